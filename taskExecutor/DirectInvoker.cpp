@@ -1,0 +1,10 @@
+#include "DirectInvoker.h"
+
+namespace TPL {
+
+CDirectInvoker& CDirectInvoker::GetInstance() {
+    static CDirectInvoker instance;
+    return instance;
+}
+
+}  // namespace TPL

@@ -1,0 +1,44 @@
+#include "TaskInvokerImpl.h"
+
+#include "TaskExecutor.h"
+#include "log.h"
+
+namespace {
+
+constexpr unsigned int QUEUE_TIMEOUT_SEC = 15;
+constexpr unsigned int QUEUE_CAPACITY = 10;
+constexpr unsigned int TERMINATION_TIMEOUT_MS = 1000;
+
+}  // namespace
+
+TaskInvokerImpl::TaskInvokerImpl() {
+    initiateTaskExecutor();
+}
+
+TaskInvokerImpl::~TaskInvokerImpl() {
+    terminateTaskExecutor();
+}
+
+void TaskInvokerImpl::initiateTaskExecutor() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    m_taskExecutor = TaskExecutor::Create();
+    if (m_taskExecutor) {
+        m_taskExecutor->Initiate(QUEUE_TIMEOUT_SEC, QUEUE_CAPACITY);
+    }
+}
+
+void TaskInvokerImpl::terminateTaskExecutor() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    if (m_taskExecutor) {
+        m_taskExecutor->TerminateSync(TERMINATION_TIMEOUT_MS);
+        m_taskExecutor.reset();
+    }
+}
+
+void TaskInvokerImpl::invokeTask(const ITaskInvoker::Task& task) {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    if (!m_taskExecutor || !task) {
+        return;
+    }
+    m_taskExecutor->Schedule(task);
+}

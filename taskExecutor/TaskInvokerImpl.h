@@ -1,0 +1,36 @@
+// A task invoker with a task context of its own; every plugin is one.
+#pragma once
+
+#include <memory>
+
+#include "ITaskInvoker.h"
+
+class TaskExecutor;
+
+/// Active from construction until terminateTaskExecutor, which its destructor calls.
+///
+/// Threads: invokeTask from any thread; the others from construction and destruction
+/// only, while nobody calls invokeTask.
+class TaskInvokerImpl : public ITaskInvoker {
+public:
+    TaskInvokerImpl();
+    /// Waits up to 1000 ms for the running task. Ends the process if the queue stays
+    /// full for 15 s.
+    ~TaskInvokerImpl() override;
+    TaskInvokerImpl(const TaskInvokerImpl&) = delete;
+    TaskInvokerImpl& operator=(const TaskInvokerImpl&) = delete;
+
+    /// Runs `task` before returning if the context is idle, else leaves it to the thread
+    /// that runs the context. Ignores an empty task, and every task once terminated.
+    /// Throws std::domain_error when 10 tasks stayed queued for 15 s, and what a task
+    /// that ran on this thread threw.
+    void invokeTask(const ITaskInvoker::Task& task) override;
+
+    /// Makes a fresh context; one held before is let go as it is.
+    void initiateTaskExecutor();
+    /// Drops the queued tasks and lets the context go. Harmless when done before.
+    void terminateTaskExecutor();
+
+private:
+    std::shared_ptr<TaskExecutor> m_taskExecutor;
+};
