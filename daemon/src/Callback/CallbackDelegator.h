@@ -1,0 +1,87 @@
+// The registry of event sources. A source exists, and its platform callback is set,
+// exactly while somebody listens.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "CallbackType.h"
+#include "ICallback.h"
+#include "ITaskInvoker.h"
+#include "Singleton.h"
+#include "log.h"
+
+/// One for the process, held by Singleton<CallbackDelegator>; owns every event source.
+///
+/// Threads: registerCallback and unregisterCallback from any thread; one mutex
+/// serialises them, with every platform set and unset call. Delivery never takes it.
+/// Errors: the exhaustion of memory and a mutex that can't be locked; never a platform
+/// call's result.
+class CallbackDelegator {
+public:
+    CallbackDelegator();
+    virtual ~CallbackDelegator();
+    CallbackDelegator(const CallbackDelegator&) = delete;
+    CallbackDelegator& operator=(const CallbackDelegator&) = delete;
+
+    /// Subscribes `invoker` to the events of `type`, for the first subscriber by making
+    /// the source and setting the platform callback. Always 0.
+    template <typename CallbackClass>
+    int registerCallback(CallbackType type, ITaskInvoker* invoker,
+                         typename CallbackClass::Function fn, void* userData);
+
+    /// Removes all of `invoker`'s subscriptions to `type`; with the last of anybody the
+    /// platform callback is unset and the source destroyed. Always 0.
+    template <typename CallbackClass>
+    int unregisterCallback(CallbackType type, ITaskInvoker* invoker);
+
+    /// The registry that holds `type`: one for all of them. Under the mutex.
+    std::map<CallbackType, std::unique_ptr<ICallback>>& getCallbackList(CallbackType type);
+
+private:
+    void init();
+    void deinit();
+
+    std::map<CallbackType, std::unique_ptr<ICallback>> m_callbacks;
+    // Reserved for the other groups of types; always empty.
+    std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved2;
+    std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved3;
+    std::mutex m_mutex;
+};
+
+template <typename CallbackClass>
+int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker,
+                                        typename CallbackClass::Function fn, void* userData) {
+    const std::lock_guard lock(m_mutex);
+    auto& callbacks = getCallbackList(type);
+    auto found = callbacks.find(type);
+    if (found == callbacks.end()) {
+        LOGI("no callback, crate callback.");
+        auto created = std::make_unique<CallbackClass>();
+        created->registerCallback();
+        found = callbacks.emplace(type, std::move(created)).first;
+    }
+    auto* source = dynamic_cast<CallbackClass*>(found->second.get());
+    LOGI("task invoker : %p, callback : %p", static_cast<void*>(invoker),
+         reinterpret_cast<void*>(fn));
+    source->add(invoker, fn, userData);
+    return 0;
+}
+
+template <typename CallbackClass>
+int CallbackDelegator::unregisterCallback(CallbackType type, ITaskInvoker* invoker) {
+    const std::lock_guard lock(m_mutex);
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    auto& callbacks = getCallbackList(type);
+    const auto found = callbacks.find(type);
+    if (found == callbacks.end()) {
+        LOGI("no callback");
+        return 0;
+    }
+    if (dynamic_cast<CallbackClass*>(found->second.get())->remove(invoker) == 0) {
+        callbacks.erase(found);
+    }
+    return 0;
+}
