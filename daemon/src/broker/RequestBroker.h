@@ -1,0 +1,28 @@
+// The daemon's side of the plugin ABI: binds each operation to the callback delegator
+// or to the plugin's own task context.
+#pragma once
+
+#include <functional>
+
+#include "IRequestBroker.h"
+
+class ITaskInvoker;
+
+/// One for each plugin, owned by it. Undoes nothing when destroyed.
+/// Threads and errors: see IRequestBroker.
+class RequestBroker : public IRequestBroker {
+public:
+    /// `invoker` is the plugin's; not owned, and outlives the broker.
+    explicit RequestBroker(ITaskInvoker* invoker) : m_invoker(invoker) {}
+
+#define BROKER_OPERATION(subscribe, unsubscribe, CallbackFunction, type, Source) \
+    int subscribe(CallbackFunction callback, void* userData) override;           \
+    int unsubscribe() override;
+#include "BrokerOperations.def"
+#undef BROKER_OPERATION
+
+    int RequestToInvokeInTaskExecutor(std::function<void(void*)> function, void* userData) override;
+
+private:
+    ITaskInvoker* m_invoker;
+};
