@@ -1,0 +1,101 @@
+#include "CommonDaemon.h"
+
+#include <bluetooth.h>
+#include <bluetooth_tv.h>
+
+#include <exception>
+#include <string>
+#include <thread>
+
+#include "CallbackDelegator.h"
+#include "FileManager.h"
+#include "MainThreadInvoker.h"
+#include "PluginPath.h"
+#include "log.h"
+
+CommonDaemon::CommonDaemon() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+}
+
+CommonDaemon::~CommonDaemon() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+}
+
+void CommonDaemon::start() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    featureInitialize();
+    MainThreadInvoker::setMainThreadId(std::this_thread::get_id());
+    loadPlugins();
+}
+
+void CommonDaemon::terminate() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    unloadPlugins();
+    Singleton<CallbackDelegator>::getInstance();
+    Singleton<CallbackDelegator>::instance().reset();
+    featureDeinitialize();
+}
+
+void CommonDaemon::featureInitialize() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    bluetoothInitialize();
+}
+
+void CommonDaemon::featureDeinitialize() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    bluetoothDeinitialize();
+}
+
+void CommonDaemon::bluetoothInitialize() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    LOGI("init bluetooth");
+    bt_product_init();
+    bt_audio_initialize();
+}
+
+void CommonDaemon::bluetoothDeinitialize() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    LOGI("deinit bluetooth");
+    bt_product_deinit();
+    bt_audio_deinitialize();
+}
+
+void CommonDaemon::loadPlugins() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    for (PluginQueue candidates = getPluginsInPriority(); !candidates.empty(); candidates.pop()) {
+        Plugin* plugin = candidates.top();
+        bool failed = false;
+        try {
+            plugin->load();
+        } catch (const std::exception& e) {
+            LOGE("Exception : %s", e.what());
+            failed = true;
+        }
+        // Not in the handler: the exception's own code may lie in the library that
+        // this closes. A plugin that failed stays in the list, inert, and goes through
+        // shut-down like any other.
+        if (failed) {
+            plugin->tearDown();
+        }
+        m_plugins.emplace_back(plugin);
+    }
+}
+
+void CommonDaemon::unloadPlugins() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    for (const auto& plugin : m_plugins) {
+        plugin->unload();
+        plugin->destroy();
+    }
+    m_plugins.clear();
+}
+
+CommonDaemon::PluginQueue CommonDaemon::getPluginsInPriority() {
+    PluginQueue plugins;
+    for (const std::string& name : FileManager().getFilesInDirectory(PLUGIN_PATH)) {
+        auto* plugin = new Plugin;
+        plugin->create(name);
+        plugins.push(plugin);
+    }
+    return plugins;
+}

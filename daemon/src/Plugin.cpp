@@ -1,0 +1,99 @@
+#include "Plugin.h"
+
+#include <dlfcn.h>
+
+#include <stdexcept>
+
+#include "PluginPath.h"
+#include "PluginPriorityChecker.h"
+#include "log.h"
+
+namespace {
+
+using InitFunction = int (*)(void*);
+using DeinitFunction = void (*)();
+
+}  // namespace
+
+void Plugin::LibraryCloser::operator()(void* handle) const {
+    dlclose(handle);
+}
+
+Plugin::~Plugin() {
+    release();
+}
+
+void Plugin::create(const std::string& name) {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    m_name = name;
+    m_priority = PluginPriorityChecker::getPriority(m_name);
+    m_broker = std::make_unique<RequestBroker>(this);
+}
+
+void Plugin::load() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    LOGI("load plugin : %s{p:%d]}", m_name.c_str(), m_priority);
+    loadServicePlugin();
+}
+
+void Plugin::loadServicePlugin() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    LOGI("start dlopen : %s", m_name.c_str());
+    const std::string path = PLUGIN_PATH + "/" + m_name;
+    m_handle.reset(dlopen(path.c_str(), RTLD_LAZY));
+    LOGI("end dlopen : %s", m_name.c_str());
+    if (!m_handle) {
+        throw std::runtime_error("fail to open plugin");
+    }
+    const auto init = reinterpret_cast<InitFunction>(dlsym(m_handle.get(), "PLUGIN_INIT"));
+    if (init == nullptr) {
+        m_handle.reset();
+        throw std::runtime_error("fail to find init function");
+    }
+    LOGI("start init func");
+    const int result = init(getRequestBrokerHandle());
+    LOGI("end init func");
+    if (result < 0) {
+        m_handle.reset();
+        throw std::runtime_error("plugin return negative value : " + std::to_string(result));
+    }
+}
+
+void* Plugin::getRequestBrokerHandle() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    return static_cast<IRequestBroker*>(m_broker.get());
+}
+
+void Plugin::unload() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    unloadServicePlugin();
+}
+
+void Plugin::unloadServicePlugin() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    if (!m_handle) {
+        return;
+    }
+    if (const auto deinit =
+            reinterpret_cast<DeinitFunction>(dlsym(m_handle.get(), "PLUGIN_DEINIT"))) {
+        LOGI("start deinit func");
+        deinit();
+        LOGI("end deinit func");
+    }
+    m_handle.reset();
+    m_broker.reset();
+}
+
+void Plugin::destroy() {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+}
+
+void Plugin::tearDown() {
+    release();
+    terminateTaskExecutor();
+}
+
+void Plugin::release() {
+    m_broker.reset();
+    m_handle.reset();
+}

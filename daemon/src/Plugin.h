@@ -1,0 +1,57 @@
+// One plugin library: how it is opened, started, stopped and closed. A plugin is the
+// task invoker through which its own events and tasks reach it.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "RequestBroker.h"
+#include "TaskInvokerImpl.h"
+
+/// Owned by whoever took it from the priority queue, then by the daemon's list.
+/// Threads: main thread, but for invokeTask.
+class Plugin : public TaskInvokerImpl {
+public:
+    /// Orders by priority, so that a std::priority_queue yields the highest first.
+    struct Compare {
+        bool operator()(const Plugin* left, const Plugin* right) const {
+            return left->m_priority < right->m_priority;
+        }
+    };
+
+    Plugin() = default;
+    ~Plugin() override;
+
+    /// Names the library file (without directory), sets the priority and makes the broker.
+    void create(const std::string& name);
+
+    /// Opens the library and calls its PLUGIN_INIT with the broker. Throws
+    /// std::runtime_error when that fails, and what PLUGIN_INIT throws.
+    void load();
+
+    /// Calls PLUGIN_DEINIT, closes the library and drops the broker; nothing if the
+    /// library isn't open.
+    void unload();
+
+    /// The last step for each plugin at shut-down.
+    void destroy();
+
+    /// All that deletion does, but leaves an inert object behind: nothing is open, and
+    /// tasks are ignored.
+    void tearDown();
+
+private:
+    struct LibraryCloser {
+        void operator()(void* handle) const;
+    };
+
+    void loadServicePlugin();
+    void unloadServicePlugin();
+    void* getRequestBrokerHandle();
+    void release();
+
+    std::string m_name;
+    std::unique_ptr<void, LibraryCloser> m_handle;
+    std::unique_ptr<RequestBroker> m_broker;
+    int m_priority = 0;
+};

@@ -1,0 +1,40 @@
+// The priority of a plugin by its file name. Two names depend on the product: on a file
+// that another application leaves, and on a product type of the platform.
+#pragma once
+
+#include <system_info.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "log.h"
+
+namespace PluginPriorityChecker {
+
+/// Whether the product type is one of those that come with the dongle.
+inline bool isZarnReadySupport() {
+    constexpr const char* key = "com.ondrix/featureconf/product.zarn_product_type";
+    int type = 0;
+    if (system_info_get_custom_int(key, &type) != 0) {
+        LOGE("%s", key);
+    }
+    LOGI("product type : %d", type);
+    return type == 7 || type == 8;
+}
+
+/// Higher is loaded earlier. Main thread; asks the platform only for the names concerned.
+inline int getPriority(const std::string& name) {
+    constexpr int ordinary = 5;
+    if (name == "libbleapp.so") {
+        return 8;
+    }
+    if (name == "libbtapp-lite.so") {
+        return access(CORVANE_MARKER_FILE, F_OK) == 0 ? 9 : 7;
+    }
+    if (name == "libZarnDongleDetectNotification.so") {
+        return isZarnReadySupport() ? 10 : ordinary;
+    }
+    return ordinary;
+}
+
+}  // namespace PluginPriorityChecker

@@ -1,0 +1,28 @@
+// The daemon's whole life on its initial thread. No arguments, no signal handling of
+// its own: the main loop library ends the loop on SIGTERM and SIGINT.
+#include <Ecore.h>
+
+#include <exception>
+#include <stdexcept>
+
+#include "CommonDaemon.h"
+#include "log.h"
+
+int main(int, char**) {
+    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    CommonDaemon daemon;
+    try {
+        if (ecore_init() == 0) {
+            throw std::runtime_error("fail to ecore_init()");
+        }
+        daemon.start();
+        ecore_main_loop_begin();
+        daemon.terminate();
+        ecore_shutdown();
+        return 0;
+    } catch (const std::exception& e) {
+        // Under the task library's tag; watchers of the log look for it there.
+        DAEMON_LOG("QVX_TPL_CONTEXT", DLOG_PRIORITY_ERROR, "exception : %s", e.what());
+        return -1;
+    }
+}
