@@ -1,0 +1,90 @@
+// One task context, many threads, and tasks that fail: never two tasks at once.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+#include "FakePlatform.h"
+#include "TaskExecutor.h"
+
+namespace {
+
+constexpr int THREADS = 4;
+constexpr int TASKS_PER_THREAD = 50'000;
+constexpr int ONE_IN = 7;  // tasks that throw
+
+}  // namespace
+
+TEST(TaskContextStormTest, TasksNeverOverlapAlsoWhenSomeOfThemThrow) {
+    fake_platform::reset();
+    fake_platform::recordNothing();
+    const auto executor = TaskExecutor::Create();
+    executor->Initiate(0, 0);
+    long ran = 0;  // plain on purpose: two tasks at once are a data race
+    std::atomic<int> inside = 0;
+    std::atomic<int> overlaps = 0;
+    std::atomic<int> thrown = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < THREADS; ++thread) {
+            threads.emplace_back([&] {
+                for (int i = 0; i < TASKS_PER_THREAD; ++i) {
+                    try {
+                        executor->Schedule([&, i] {
+                            overlaps += inside++ != 0;
+                            ++ran;
+                            --inside;
+                            if (i % ONE_IN == 0) {
+                                throw std::runtime_error("task");
+                            }
+                        });
+                    } catch (const std::runtime_error&) {
+                        ++thrown;
+                    }
+                }
+            });
+        }
+    }
+    // What a failed drain or a leaving runner left behind.
+    for (bool drained = false; !drained;) {
+        try {
+            executor->Schedule([] {});
+            drained = true;
+        } catch (const std::runtime_error&) {
+            ++thrown;
+        }
+    }
+    EXPECT_EQ(overlaps, 0);
+    EXPECT_EQ(ran, long{THREADS} * TASKS_PER_THREAD);
+    EXPECT_EQ(thrown, THREADS * ((TASKS_PER_THREAD + ONE_IN - 1) / ONE_IN));
+    executor->TerminateSync(0);
+    fake_platform::reset();
+}
+
+TEST(TaskContextStormTest, ContextsMayEndWhileTheirProducersAreBusy) {
+    fake_platform::reset();
+    fake_platform::recordNothing();
+    for (int round = 0; round < 500; ++round) {
+        std::atomic<int> ran = 0;
+        int accepted = 0;
+        std::atomic<bool> started = false;
+        const auto executor = TaskExecutor::Create();
+        executor->Initiate(0, 0);
+        std::thread producer([&] {
+            while (executor->Schedule([&ran] { ++ran; })) {
+                ++accepted;
+                started = true;
+                started.notify_one();
+            }
+        });
+        started.wait(false);
+        executor->TerminateSync(20'000);
+        producer.join();
+        EXPECT_LE(ran, accepted + 1);
+        EXPECT_FALSE(executor->Schedule([] {}));
+    }
+    fake_platform::reset();
+}

@@ -1,0 +1,27 @@
+// Task invokers for tests: one that runs what it is given, one that keeps it.
+#pragma once
+
+#include <deque>
+#include <utility>
+
+#include "ITaskInvoker.h"
+
+class DirectTaskInvoker : public ITaskInvoker {
+public:
+    void invokeTask(const ITaskInvoker::Task& task) override { task(); }
+};
+
+/// One thread.
+class QueueTaskInvoker : public ITaskInvoker {
+public:
+    void invokeTask(const ITaskInvoker::Task& task) override { tasks.push_back(task); }
+    void runAll() {
+        while (!tasks.empty()) {
+            const ITaskInvoker::Task task = std::move(tasks.front());
+            tasks.pop_front();
+            task();
+        }
+    }
+
+    std::deque<ITaskInvoker::Task> tasks;
+};
