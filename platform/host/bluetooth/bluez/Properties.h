@@ -1,0 +1,54 @@
+// The properties of one interface of a BlueZ object, read from a message.
+#pragma once
+
+#include <systemd/sd-bus.h>
+
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace corvane::host {
+
+using Property = std::variant<bool, std::uint32_t, std::string>;
+using Properties = std::map<std::string, Property, std::less<>>;
+
+/// The value of that name, or null if there is none or it has another type.
+template <typename T>
+const T* findProperty(const Properties& properties, std::string_view name) {
+    const auto found = properties.find(name);
+    return found == properties.end() ? nullptr : std::get_if<T>(&found->second);
+}
+
+/// What comes next in a message isn't what belongs there.
+class MalformedMessage : public std::exception {};
+
+/// Reads the a{sv} that comes next; values of types not listed above are left out. All
+/// functions that read throw MalformedMessage.
+Properties readProperties(sd_bus_message* message);
+
+/// Reads the `as` or string or object path that comes next.
+std::vector<std::string> readNames(sd_bus_message* message);
+std::string readName(sd_bus_message* message, char type);
+
+/// Throws MalformedMessage for a negative `result`, else returns it.
+int checked(int result);
+
+/// Reads an array of dictionary entries `contents`, calling `readEntry` inside each.
+template <typename ReadEntry>
+void readDictionary(sd_bus_message* message, const std::string& contents, ReadEntry readEntry) {
+    checked(
+        sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, ('{' + contents + '}').c_str()));
+    while (checked(sd_bus_message_enter_container(message, SD_BUS_TYPE_DICT_ENTRY,
+                                                  contents.c_str())) > 0) {
+        readEntry();
+        checked(sd_bus_message_exit_container(message));
+    }
+    checked(sd_bus_message_exit_container(message));
+}
+
+}  // namespace corvane::host

@@ -1,0 +1,58 @@
+// Strings and arrays as the platform lends them to a callback: each in memory of its
+// own, exactly as long as it has to be, gone when the callback has returned. Who
+// keeps a pointer or reads beyond the end is found out by the memory checkers.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane::host {
+
+/// A string with its terminator.
+class LentText {
+public:
+    explicit LentText(std::string_view text) : m_text(new char[text.size() + 1]) {
+        std::copy(text.begin(), text.end(), m_text.get());
+        m_text[text.size()] = '\0';
+    }
+
+    char* get() const { return m_text.get(); }
+
+private:
+    std::unique_ptr<char[]> m_text;
+};
+
+/// An array of strings; a null pointer if it is empty.
+class LentTexts {
+public:
+    explicit LentTexts(const std::vector<std::string>& texts)
+        : m_texts(texts.begin(), texts.end()), m_pointers(texts.size()) {
+        std::transform(m_texts.begin(), m_texts.end(), m_pointers.begin(),
+                       [](const LentText& text) { return text.get(); });
+    }
+
+    char** get() { return m_pointers.data(); }
+    int count() const { return static_cast<int>(m_pointers.size()); }
+
+private:
+    std::vector<LentText> m_texts;
+    std::vector<char*> m_pointers;
+};
+
+/// Bytes without a terminator; a null pointer if there are none.
+class LentBytes {
+public:
+    explicit LentBytes(const std::vector<char>& bytes) : m_bytes(bytes.begin(), bytes.end()) {}
+
+    char* get() { return m_bytes.data(); }
+    int count() const { return static_cast<int>(m_bytes.size()); }
+
+private:
+    std::vector<char> m_bytes;
+};
+
+}  // namespace corvane::host

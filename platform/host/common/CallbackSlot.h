@@ -1,0 +1,94 @@
+// The one callback, with its user data, that the platform keeps for each kind of
+// event, and the pair of C functions that sets and clears it. A slot is named by
+// the address of its set function: slotOf<&bt_adapter_set_state_changed_cb>.
+#pragma once
+
+#include "PlatformApi.h"
+
+#include <cerrno>
+#include <mutex>
+
+namespace corvane::host {
+
+template <typename Callback>
+class CallbackSlot;
+
+/// Owner: the library, for the life of the process. Threads: every operation may run on
+/// any thread, also inside the callback, which is called without a lock held. A callback
+/// just replaced or cleared by one thread may still be running on another.
+/// Errors: what the callback throws passes through deliver().
+template <typename... All>
+class CallbackSlot<void (*)(All...)> {
+public:
+    using Callback = void (*)(All...);
+
+    constexpr CallbackSlot() = default;
+    CallbackSlot(const CallbackSlot&) = delete;
+    CallbackSlot& operator=(const CallbackSlot&) = delete;
+
+    int set(Callback callback, void* userData) {
+        if (callback == nullptr) {
+            return -EINVAL;
+        }
+        const std::lock_guard lock(m_mutex);
+        m_callback = callback;
+        m_userData = userData;
+        return 0;
+    }
+
+    int unset() {
+        const std::lock_guard lock(m_mutex);
+        m_callback = nullptr;
+        m_userData = nullptr;
+        return 0;
+    }
+
+    /// Calls the callback, if one is set, with `arguments` and its user data. Returns the
+    /// number of callbacks called.
+    template <typename... Args>
+    unsigned deliver(Args... arguments) {
+        Callback callback;
+        void* userData;
+        {
+            const std::lock_guard lock(m_mutex);
+            callback = m_callback;
+            userData = m_userData;
+        }
+        if (callback == nullptr) {
+            return 0;
+        }
+        callback(arguments..., userData);
+        return 1;
+    }
+
+private:
+    std::mutex m_mutex;
+    Callback m_callback = nullptr;
+    void* m_userData = nullptr;
+};
+
+template <typename SetFunction>
+struct SetterTraits;
+
+template <typename CallbackType>
+struct SetterTraits<int (*)(CallbackType, void*)> {
+    using Callback = CallbackType;
+};
+
+template <auto setFunction>
+using CallbackOf = typename SetterTraits<decltype(setFunction)>::Callback;
+
+template <auto setFunction>
+constinit inline CallbackSlot<CallbackOf<setFunction>> slotOf;
+
+}  // namespace corvane::host
+
+// Defines both C functions of one kind of event.
+#define CALLBACK_PAIR(setFunction, unsetFunction)                                  \
+    PLATFORM_API int setFunction(corvane::host::CallbackOf<&setFunction> callback, \
+                                 void* userData) {                                 \
+        return corvane::host::slotOf<&setFunction>.set(callback, userData);        \
+    }                                                                              \
+    PLATFORM_API int unsetFunction() {                                             \
+        return corvane::host::slotOf<&setFunction>.unset();                        \
+    }

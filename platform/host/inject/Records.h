@@ -1,0 +1,53 @@
+// The fields of the platform's records, as they are injected. The counts in a record
+// are not given: they follow from the arrays.
+#pragma once
+
+#include "Enumerations.h"
+#include "EventTable.h"
+
+namespace corvane::host {
+
+inline constexpr const char* defaultAddress = "AA:BB:CC:DD:EE:FF";
+inline constexpr const char* defaultName = "Headset";
+inline constexpr const char* defaultUuids = "110b,110e";
+
+inline constexpr Field discoveryInfo[] = {
+    {"remote_address", Kind::Text, defaultAddress},
+    {"remote_name", Kind::Text, defaultName},
+    {"major_device_class", Kind::Integer, "4"},
+    {"minor_device_class", Kind::Integer, "1"},
+    {"major_service_class_mask", Kind::Integer, "0x120"},
+    {"rssi", Kind::Integer, "-60"},
+    {"is_bonded", Kind::Boolean, "false"},
+    {"service_uuid", Kind::Uuids, defaultUuids},
+    {"appearance", Kind::Integer, "0"},
+    {"manufacturer_data", Kind::Bytes, "0a0b"},
+};
+
+// "present" is no field of the record: without it the callback gets a null pointer.
+inline constexpr Field deviceInfo[] = {
+    {"present", Kind::Boolean, "true"},
+    {"remote_address", Kind::Text, defaultAddress},
+    {"remote_name", Kind::Text, defaultName},
+    {"major_device_class", Kind::Integer, "4"},
+    {"minor_device_class", Kind::Integer, "1"},
+    {"major_service_class_mask", Kind::Integer, "0x120"},
+    {"service_uuid", Kind::Uuids, defaultUuids},
+    {"is_bonded", Kind::Boolean, "true"},
+    {"is_connected", Kind::Boolean, "false"},
+    {"is_authorized", Kind::Boolean, "false"},
+    {"manufacturer_data", Kind::Bytes, "0a0b"},
+};
+
+inline constexpr Field connectionInfo[] = {
+    {"remote_address", Kind::Text, defaultAddress},
+    {"link", Kind::Enumeration, "bredr", linkType},
+    {"disconn_reason", Kind::Enumeration, "unknown", disconnectReason},
+};
+
+inline constexpr Field sdpInfo[] = {
+    {"remote_address", Kind::Text, defaultAddress},
+    {"service_uuid", Kind::Uuids, defaultUuids},
+};
+
+}  // namespace corvane::host

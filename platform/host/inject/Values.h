@@ -1,0 +1,44 @@
+// The values of one event's arguments and record fields, by name.
+#pragma once
+
+#include "EventTable.h"
+
+#include <map>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace corvane::host {
+
+using Bytes = std::vector<char>;
+using Uuids = std::vector<std::string>;
+
+/// Integer and Enumeration, Boolean, Text, Bytes, Uuids.
+using Value = std::variant<int, bool, std::string, Bytes, Uuids>;
+
+/// Owner: whoever reads or writes one message. Not for use by several threads at once.
+class Values {
+public:
+    /// Starts with the default of every argument and field of `event`.
+    explicit Values(const Event& event);
+
+    void set(const Field& field, Value value) { m_values[field.name] = std::move(value); }
+
+    /// Throws std::out_of_range or std::bad_variant_access if the event has no such field.
+    template <typename T>
+    const T& get(const std::string& name) const {
+        return std::get<T>(m_values.at(name));
+    }
+
+    template <typename T>
+    T enumeration(const std::string& name) const {
+        return static_cast<T>(get<int>(name));
+    }
+
+private:
+    void setDefaults(std::span<const Field> fields);
+
+    std::map<std::string, Value> m_values;
+};
+
+}  // namespace corvane::host

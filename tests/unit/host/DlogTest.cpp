@@ -1,0 +1,138 @@
+// The platform log: layout of a line, lengths, priorities, threads, bad streams.
+#include "ChildProcess.h"
+
+#include <dlog.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <sstream>
+#include <string>
+#include <utility>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+constexpr const char* lineStart = "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9]+ [0-9]+ ";
+
+template <typename Log>
+std::string logged(Log log) {
+    testing::internal::CaptureStderr();
+    log();
+    return testing::internal::GetCapturedStderr();
+}
+
+ChildProcess::Result runLogProgram(const std::string& what, const std::string& level = "") {
+    return ChildProcess::run({{LOG_PROGRAM, what}, {}, {{"CORVANE_LOG_LEVEL", level}}});
+}
+
+TEST(DlogTest, WritesTimeThreadPriorityTagAndText) {
+    const auto line = logged([] { dlog_print(DLOG_PRIORITY_INFO, "QVX", "answer %d", 42); });
+    EXPECT_THAT(line, MatchesRegex(std::string(lineStart) + "I QVX: answer 42\n"));
+}
+
+TEST(DlogTest, NamesEachPriorityByItsLetter) {
+    for (const auto& [priority, letter] :
+         {std::pair{3, 'D'}, {4, 'I'}, {5, 'W'}, {6, 'E'}, {7, '?'}}) {
+        const auto line = logged([&, p = priority] { __dlog_print(0, p, "T", "x"); });
+        EXPECT_THAT(line, HasSubstr(std::string(" ") + letter + " T: x\n"));
+    }
+}
+
+TEST(DlogTest, StripsOneTrailingNewlineAndReturnsTheSizeOfTheText) {
+    int result = 0;
+    const auto line = logged([&] { result = dlog_print(4, "T", "text\n"); });
+    EXPECT_THAT(line, testing::EndsWith("T: text\n"));
+    EXPECT_EQ(result, 5);
+}
+
+TEST(DlogTest, KeepsARecordWithControlCharactersOnOneLine) {
+    const auto line = logged([] { dlog_print(4, "T", "%s", "a\nb\tc\x1b[1md\n\n"); });
+    EXPECT_THAT(line, testing::EndsWith("T: a b\tc [1md \n"));
+}
+
+TEST(DlogTest, WritesEmptyTextsAndMissingTags) {
+    EXPECT_THAT(logged([] { dlog_print(4, "T", "%s", ""); }), testing::EndsWith(" I T: \n"));
+    EXPECT_THAT(logged([] { dlog_print(4, nullptr, "x"); }), testing::EndsWith(" I : x\n"));
+}
+
+TEST(DlogTest, RefusesAMissingFormat) {
+    const char* const missing = nullptr;
+    const auto line = logged([&] { EXPECT_LT(dlog_print(4, "T", missing, 0), 0); });
+    EXPECT_EQ(line, "");
+}
+
+TEST(DlogTest, WritesALineOfAnyLengthInFull) {
+    for (std::size_t size = 900; size < 1100; ++size) {
+        const std::string text(size, 'x');
+        const auto line = logged([&] { dlog_print(4, "T", "%s", text.c_str()); });
+        EXPECT_THAT(line, testing::EndsWith("T: " + text + '\n')) << size;
+    }
+    const std::string text(200000, 'y');
+    const std::string tag(3000, 't');
+    const auto line = logged([&] { dlog_print(4, tag.c_str(), "%s", text.c_str()); });
+    EXPECT_THAT(line, testing::EndsWith(' ' + tag + ": " + text + '\n'));
+}
+
+TEST(DlogTest, LeavesErrnoAloneAndPrintsIt) {
+    errno = ENOENT;
+    const auto line = logged([] { dlog_print(4, "T", "%m"); });
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_THAT(line, testing::EndsWith("No such file or directory\n"));
+}
+
+TEST(DlogLevelTest, WritesEverythingByDefault) {
+    const auto result = runLogProgram("priorities");
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 4);
+}
+
+TEST(DlogLevelTest, LeavesOutWhatIsBelowTheLevel) {
+    for (const std::string level : {"warning", "5"}) {
+        const auto result = runLogProgram("priorities", level);
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 2);
+        EXPECT_THAT(result.errors, HasSubstr("W TEST: priority 5\n"));
+        EXPECT_THAT(result.errors, HasSubstr("E TEST: priority 6\n"));
+    }
+}
+
+TEST(DlogLevelTest, ReportsABadLevelOnceAndWritesEverything) {
+    const auto result = runLogProgram("priorities", "loud");
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 5);
+    EXPECT_THAT(result.errors,
+                testing::StartsWith("CORVANE_LOG_LEVEL is \"loud\"; it must be debug, info, "
+                                    "warning, error or 3 to 6\n"));
+}
+
+TEST(DlogStreamTest, NeverTearsTheLinesOfSeveralThreads) {
+    const auto result = runLogProgram("threads");
+    std::istringstream lines(result.errors);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        const auto start = line.find('<');
+        ASSERT_NE(start, std::string::npos);
+        const auto text = line.substr(start + 1, line.size() - start - 2);
+        ASSERT_TRUE(text.size() == 8000 || text.size() == 10) << line;
+        ASSERT_EQ(text, std::string(text.size(), text[0]));
+        ASSERT_EQ(line.back(), '>');
+    }
+    EXPECT_EQ(count, 400);
+}
+
+TEST(DlogStreamTest, SurvivesAPipeNobodyReads) {
+    const auto result = runLogProgram("closed-pipe");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "result negative, SIGPIPE not pending\n");
+}
+
+TEST(DlogStreamTest, SurvivesAFullDevice) {
+    EXPECT_EQ(runLogProgram("full-device").output, "result negative, SIGPIPE not pending\n");
+}
+
+TEST(DlogStreamTest, SurvivesAClosedStandardError) {
+    EXPECT_EQ(runLogProgram("closed").status, 0);
+}
+
+}  // namespace

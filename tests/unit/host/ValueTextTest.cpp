@@ -1,0 +1,81 @@
+// Values of injected events, given as text.
+#include "ValueText.h"
+
+#include "EventTable.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using namespace corvane::host;
+
+constexpr EnumerationName colours[] = {{"red", 0}, {"green", 1}, {"blue", 5}};
+constexpr Field number{"number", Kind::Integer};
+constexpr Field flag{"flag", Kind::Boolean};
+constexpr Field text{"text", Kind::Text};
+constexpr Field colour{"colour", Kind::Enumeration, "red", colours};
+constexpr Field bytes{"bytes", Kind::Bytes};
+constexpr Field uuids{"uuids", Kind::Uuids};
+constexpr Field record{"record", Kind::Record, "", {}, {&number, 1}};
+
+std::string complaint(const Field& field, std::string_view given) {
+    try {
+        parseValue(field, given);
+        return "";
+    } catch (const InvalidValue& invalid) {
+        return invalid.what();
+    }
+}
+
+TEST(ValueTextTest, ReadsIntegers) {
+    EXPECT_EQ(parseValue(number, "-2147483648"), Value(-2147483647 - 1));
+    EXPECT_EQ(parseValue(number, "0x1F"), Value(31));
+    for (const auto* bad : {"", "x", "1x", "2147483648", "0x", "0x-1", " 1", "+1"}) {
+        EXPECT_EQ(complaint(number, bad),
+                  "number can't be \"" + std::string(bad) + "\"; it must be an integer of 32 bits");
+    }
+}
+
+TEST(ValueTextTest, ReadsBooleans) {
+    EXPECT_EQ(parseValue(flag, "true"), Value(true));
+    EXPECT_EQ(parseValue(flag, "false"), Value(false));
+    EXPECT_EQ(complaint(flag, "1"), "flag can't be \"1\"; it must be true or false");
+}
+
+TEST(ValueTextTest, TakesTextsAsTheyAre) {
+    EXPECT_EQ(parseValue(text, " a=b "), Value(std::string(" a=b ")));
+    EXPECT_EQ(parseValue(text, ""), Value(std::string()));
+}
+
+TEST(ValueTextTest, ReadsEnumerationsByNameAndValue) {
+    EXPECT_EQ(parseValue(colour, "blue"), Value(5));
+    EXPECT_EQ(parseValue(colour, "1"), Value(1));
+    EXPECT_EQ(complaint(colour, "2"),
+              "colour can't be \"2\"; it must be red (0), green (1) or blue (5)");
+}
+
+TEST(ValueTextTest, ReadsBytes) {
+    EXPECT_EQ(parseValue(bytes, "00ffA1"), Value(Bytes{'\0', '\xff', '\xa1'}));
+    EXPECT_EQ(parseValue(bytes, ""), Value(Bytes{}));
+    EXPECT_NE(complaint(bytes, "0"), "");
+    EXPECT_NE(complaint(bytes, "0g"), "");
+    EXPECT_NE(complaint(bytes, "-1"), "");
+}
+
+TEST(ValueTextTest, ReadsUuids) {
+    EXPECT_EQ(parseValue(uuids, "110b,110e"), Value(Uuids{"110b", "110e"}));
+    EXPECT_EQ(parseValue(uuids, ""), Value(Uuids{}));
+    for (const auto* bad : {",", "110b,", ",110b", "1,,2"}) {
+        EXPECT_NE(complaint(uuids, bad), "") << bad;
+    }
+}
+
+TEST(ValueTextTest, HasNoTextForARecord) {
+    EXPECT_EQ(complaint(record, "none"),
+              "record can't be \"none\"; it must be given by its fields, each by its own name");
+}
+
+}  // namespace
