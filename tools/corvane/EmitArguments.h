@@ -1,0 +1,22 @@
+// The words of `corvane emit`: the name of an event, then key=value.
+#pragma once
+
+#include "EventTable.h"
+#include "Values.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane::tool {
+
+/// The event of that name. Throws std::runtime_error, which names the events whose names
+/// are most like it.
+const corvane::host::Event& eventNamed(std::string_view name);
+
+/// The defaults of `event` with the values given on top. Throws std::runtime_error, which
+/// names the argument and what is allowed.
+corvane::host::Values parseArguments(const corvane::host::Event& event,
+                                     const std::vector<std::string>& words);
+
+}  // namespace corvane::tool

@@ -1,0 +1,102 @@
+// corvane list: the events that can be injected, with their arguments.
+#include "ListCommand.h"
+
+#include "EventTable.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iostream>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace corvane::tool {
+
+namespace {
+
+using namespace corvane::host;
+
+using Row = std::vector<std::string>;
+
+std::string typeOf(const Field& field) {
+    switch (field.kind) {
+        case Kind::Integer:
+            return "integer";
+        case Kind::Boolean:
+            return "boolean";
+        case Kind::Text:
+            return "text";
+        case Kind::Enumeration:
+            return "one of";
+        case Kind::Bytes:
+            return "bytes";
+        case Kind::Uuids:
+            return "uuids";
+        case Kind::Record:
+            return "record";
+    }
+    return "";
+}
+
+std::string allowedNames(const Field& field) {
+    if (field.kind == Kind::Boolean) {
+        return "true|false";
+    }
+    std::string names;
+    for (const auto& entry : field.allowed) {
+        names += (names.empty() ? "" : "|") + std::string(entry.name);
+    }
+    return names;
+}
+
+void addRows(std::vector<Row>& rows, std::span<const Field> fields, const std::string& record) {
+    for (const auto& field : fields) {
+        if (field.kind == Kind::Record) {
+            addRows(rows, field.fields, field.name);
+        } else {
+            rows.push_back(
+                {field.name, record, typeOf(field), field.defaultText, allowedNames(field)});
+        }
+    }
+}
+
+std::string joined(const Row& row, const std::vector<std::size_t>& widths) {
+    std::string line = "  ";
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        line += row[i] + std::string(widths[i] - row[i].size() + 2, ' ');
+    }
+    return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
+}
+
+}  // namespace
+
+std::string listText() {
+    const Row headings{"ARGUMENT", "OF RECORD", "TYPE", "DEFAULT", "ALLOWED"};
+    std::vector<Row> all{headings};
+    for (const auto& event : allEvents()) {
+        addRows(all, event.arguments, "");
+    }
+    std::vector<std::size_t> widths(headings.size());
+    for (const auto& row : all) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], row[i].size());
+        }
+    }
+    std::string text = joined(headings, widths);
+    for (const auto& event : allEvents()) {
+        text += '\n' + std::string(event.name) + ": " + event.meaning + '\n';
+        std::vector<Row> rows;
+        addRows(rows, event.arguments, "");
+        for (const auto& row : rows) {
+            text += joined(row, widths);
+        }
+    }
+    return text;
+}
+
+void addListCommand(CLI::App& app) {
+    auto* const command = app.add_subcommand("list", "Show the events and their arguments");
+    command->callback([] { std::cout << listText(); });
+}
+
+}  // namespace corvane::tool
