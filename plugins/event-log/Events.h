@@ -1,0 +1,21 @@
+// All the events a plugin can subscribe to, with what the log calls them and their
+// arguments.
+#pragma once
+
+#include <IRequestBroker.h>
+
+#include <array>
+#include <span>
+
+namespace eventlog {
+
+struct Event {
+    const char* name;
+    std::array<const char*, 5> arguments;
+    void (*subscribe)(IRequestBroker& broker, const Event& event);
+    int (IRequestBroker::*unsubscribe)();
+};
+
+std::span<const Event> allEvents();
+
+}  // namespace eventlog

@@ -1,0 +1,46 @@
+// One callback for all the events: a template, from which the compiler makes a
+// function of the right type for each.
+#pragma once
+
+#include "Describe.h"
+#include "Events.h"
+
+#include <IRequestBroker.h>
+#include <dlog.h>
+
+#include <cstddef>
+#include <string>
+#include <tuple>
+#include <utility>
+
+namespace eventlog {
+
+/// The callback. The user data, always the last argument, is the event's row. Everything
+/// else is lent to the plugin for the call only: what is to be kept must be copied.
+template <typename... All>
+void logEvent(All... all) {
+    const std::tuple arguments(all...);
+    constexpr std::size_t count = sizeof...(All) - 1;
+    const auto& event = *static_cast<const Event*>(std::get<count>(arguments));
+    std::string line = event.name;
+    [&]<std::size_t... i>(std::index_sequence<i...>) {
+        (describeNamed(line, event.arguments[i], std::get<i>(arguments)), ...);
+    }
+    (std::make_index_sequence<count>());
+    dlog_print(DLOG_PRIORITY_INFO, "EVENT_LOG", "%s", line.c_str());
+}
+
+template <typename... All>
+void subscribeWith(IRequestBroker& broker,
+                   int (IRequestBroker::*operation)(void (*callback)(All...), void* userData),
+                   const Event& event) {
+    (broker.*operation)(&logEvent<All...>, const_cast<Event*>(&event));
+}
+
+/// Subscribes to the event whose broker operation is named: subscribe<&IRequestBroker::...>.
+template <auto operation>
+void subscribe(IRequestBroker& broker, const Event& event) {
+    subscribeWith(broker, operation, event);
+}
+
+}  // namespace eventlog
