@@ -68,7 +68,8 @@ private:
     class CTerminateJobSync;
     class CSynchronizer;
 
-    struct State {
+    // Aligned to its size, or clang would go through libatomic.
+    struct alignas(2) State {
         bool initiated;
         bool terminated;
     };
