@@ -1,6 +1,7 @@
 // Events of every kind from four threads while two others subscribe and unsubscribe.
 #include <bluetooth.h>
 #include <gtest/gtest.h>
+#include <sound_manager_tv.h>
 
 #include <array>
 #include <atomic>
@@ -32,7 +33,7 @@ struct OrderReceiver {
     std::array<int, DELIVERING_THREADS> next{};
     int outOfOrder = 0;
 
-    static void receive(int number, bt_adapter_state_e thread, void* userData) {
+    static void receive(sound_tv_output_route_e thread, int number, void* userData) {
         auto* self = static_cast<OrderReceiver*>(userData);
         int& next = self->next[static_cast<std::size_t>(thread)];
         self->outOfOrder += number != next;
@@ -123,14 +124,14 @@ TEST_F(EventStormTest, APluginThatStaysGetsEveryEventOfEveryKind) {
 TEST_F(EventStormTest, EachThreadsEventsArriveInOrder) {
     Plugin staying;
     OrderReceiver order;
-    staying.broker.BtAdapterSetStateChangedCb(OrderReceiver::receive, &order);
+    staying.broker.SoundManagerSetMultiviewSpeakerChangedCb(OrderReceiver::receive, &order);
     storm(
         [](int thread, int number) {
-            fake_platform::deliver("bt_adapter_set_state_changed_cb", number,
-                                   static_cast<bt_adapter_state_e>(thread));
+            fake_platform::deliver("sound_manager_set_multiview_speaker_selection_changed_cb",
+                                   static_cast<sound_tv_output_route_e>(thread), number);
         },
         [](Plugin& passing) {
-            const Event& event = eventOf(BT_ADAPTER_STATE_CHANGED);
+            const Event& event = eventOf(SOUND_MANAGER_MULTIVIEW_SPEAKER_CHANGED);
             event.subscribe(passing.broker, passing.receiver);
             event.unsubscribe(passing.broker);
         });
@@ -139,7 +140,7 @@ TEST_F(EventStormTest, EachThreadsEventsArriveInOrder) {
     for (const int next : order.next) {
         EXPECT_EQ(next, EVENTS_PER_THREAD);
     }
-    staying.broker.BtAdapterUnsetStateChangedCb();
+    staying.broker.SoundManagerUnsetMultiviewSpeakerChangedCb();
 }
 
 TEST_F(EventStormTest, SourcesMayComeAndGoBetweenTheEvents) {

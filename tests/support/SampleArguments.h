@@ -39,8 +39,8 @@ template <typename T>
 T sample(SampleBuffers& buffers, int position) {
     if constexpr (std::is_same_v<T, char*> || std::is_same_v<T, const char*>) {
         return buffers.text("text of argument " + std::to_string(position));
-    } else if constexpr (std::is_same_v<T, bool>) {
-        return true;
+    } else if constexpr (std::is_same_v<T, bool> || std::is_enum_v<T>) {
+        return static_cast<T>(1);
     } else {
         return static_cast<T>(position + 1);
     }

@@ -11,6 +11,7 @@
 
 #include "FakePlatform.h"
 #include "Gate.h"
+#include "IntendedLeak.h"
 #include "TPLContext.h"
 #include "TaskExecutor.h"
 
@@ -251,11 +252,13 @@ struct CallingInvoker {
 
 }  // namespace
 
-TEST_F(TaskContextTest, AContextThatNoSharedPointerOwnsThrowsAndStaysUsable) {
+TEST_F(TaskContextTest, AContextThatNoSharedPointerOwnsThrowsAndKeepsItsJobs) {
+    const IntendedLeak leak;  // queued jobs don't go with their context
     CallingInvoker invoker;
     OpenContext context;
     EXPECT_THROW(context.Initiate(0, 0, invoker), std::bad_weak_ptr);
     EXPECT_EQ(fake_platform::count("  _InvokeJob exception has been occured\n"), 1);
+    EXPECT_EQ(fake_platform::count("InitiateJob destroyed"), 0);
 }
 
 TEST_F(TaskContextTest, AnInvokerThatFailsLeavesTheContextIdle) {
