@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -12,6 +13,7 @@
 
 #include "BluetoothCallback.h"
 #include "FakePlatform.h"
+#include "HeapInUse.h"
 #include "Invokers.h"
 
 using testing::ElementsAre;
@@ -170,4 +172,26 @@ TEST_F(CallbackImplTest, TwoFanOutsOfOneSourceMayNest) {
     m_source.add(&m_b, receiveB, nullptr);
     event();
     EXPECT_THAT(g_received, ElementsAre("A", "A", "B", "B"));
+}
+
+TEST_F(CallbackImplTest, ListsReplacedDuringFanOutsDoNotPileUp) {
+    struct ComingAndGoing : ITaskInvoker {
+        std::function<void()> comeAndGo;
+        void invokeTask(const ITaskInvoker::Task&) override { comeAndGo(); }
+    } restless;
+    restless.comeAndGo = [&] {
+        m_source.remove(&m_b);
+        m_source.add(&m_b, receiveB, nullptr);
+    };
+    m_source.add(&restless, receiveA, nullptr);
+    m_source.add(&m_b, receiveB, nullptr);
+    fake_platform::recordNothing();
+    event();
+    g_received.clear();
+    g_received.reserve(1000);
+    const std::size_t before = heapInUse();
+    for (int i = 0; i < 1000; ++i) {
+        event();
+    }
+    EXPECT_LT(heapInUse(), before + 10'000);
 }

@@ -35,8 +35,11 @@ public:
         std::function<void(Types...)> deliver;
     };
 
-    CallbackImpl() : m_entries(new const Entries) {}
-    ~CallbackImpl() override { delete m_entries.load(); }
+    CallbackImpl() : m_current(new List) {}
+    ~CallbackImpl() override {
+        freeAll(m_current);
+        freeAll(m_replaced);
+    }
     CallbackImpl(const CallbackImpl&) = delete;
     CallbackImpl& operator=(const CallbackImpl&) = delete;
 
@@ -48,31 +51,31 @@ public:
 
     /// Appends a subscription; the same invoker may subscribe again.
     void add(ITaskInvoker* invoker, CallbackFunction fn, void* userData) {
-        auto entries = std::make_unique<Entries>(*m_entries.load());
-        entries->push_back({invoker, [this, invoker, fn, userData](Types... args) {
-                                const ITaskInvoker::Task task =
-                                    getInvokingTask(fn, args..., userData);
-                                invoker->invokeTask(task);
-                            }});
-        replaceEntries(std::move(entries));
+        auto list = std::make_unique<List>(m_current.load()->entries);
+        list->entries.push_back({invoker, [this, invoker, fn, userData](Types... args) {
+                                     const ITaskInvoker::Task task =
+                                         getInvokingTask(fn, args..., userData);
+                                     invoker->invokeTask(task);
+                                 }});
+        replaceList(std::move(list));
     }
 
     /// Removes every subscription of `invoker`; returns how many of others are left.
     size_t remove(ITaskInvoker* invoker) {
         ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
         LOGI("remove invoker : %p", static_cast<void*>(invoker));
-        auto entries = std::make_unique<Entries>(*m_entries.load());
-        std::erase_if(*entries,
+        auto list = std::make_unique<List>(m_current.load()->entries);
+        std::erase_if(list->entries,
                       [invoker](const CallbackEntry& entry) { return entry.invoker == invoker; });
-        const size_t left = entries->size();
-        replaceEntries(std::move(entries));
+        const size_t left = list->entries.size();
+        replaceList(std::move(list));
         return left;
     }
 
     /// Delivers one event to every subscription in the order they were made.
     void onCallback(Types... args) {
         const FanOut fanOut(*this);
-        for (const CallbackEntry& entry : *m_entries.load()) {
+        for (const CallbackEntry& entry : m_current.load()->entries) {
             LOGI("invoker : %p", static_cast<void*>(entry.invoker));
             entry.deliver(args...);
         }
@@ -107,18 +110,21 @@ protected:
     }
 
 private:
-    using Entries = std::vector<CallbackEntry>;
+    /// Not changed once it is current. Replaced ones wait in a chain until no fan-out
+    /// can be inside them.
+    struct List {
+        explicit List(std::vector<CallbackEntry> subscriptions = {})
+            : entries(std::move(subscriptions)) {}
+        std::vector<CallbackEntry> entries;
+        List* nextReplaced = nullptr;
+    };
 
     class FanOut {
     public:
         explicit FanOut(CallbackImpl& source) : m_source(source) {
             m_source.m_fanOuts.fetch_add(1);
         }
-        ~FanOut() {
-            if (m_source.m_fanOuts.fetch_sub(1) == (RELEASED | 1)) {
-                destroy(&m_source);
-            }
-        }
+        ~FanOut() { m_source.leave(); }
         FanOut(const FanOut&) = delete;
         FanOut& operator=(const FanOut&) = delete;
 
@@ -128,24 +134,61 @@ private:
 
     static constexpr std::size_t RELEASED = ~(~std::size_t{0} >> 1);
 
+    // A fan-out counts itself in before it takes the list. So if lists are first taken
+    // from the chain, which they joined after they were replaced, and nobody is counted
+    // in after that, nobody is in one of them.
+    void replaceList(std::unique_ptr<List> list) {
+        keep(m_current.exchange(list.release()));
+        List* replaced = m_replaced.exchange(nullptr);
+        if (m_fanOuts == 0) {
+            freeAll(replaced);
+        } else {
+            keep(replaced);
+        }
+    }
+
+    // Nothing of this source may be touched once the fan-out is counted out.
+    void leave() {
+        List* replaced = m_replaced == nullptr ? nullptr : m_replaced.exchange(nullptr);
+        std::size_t count = m_fanOuts;
+        do {
+            if ((count & ~RELEASED) > 1) {
+                keep(std::exchange(replaced, nullptr));
+            }
+        } while (!m_fanOuts.compare_exchange_weak(count, count - 1));
+        freeAll(replaced);
+        if (count == (RELEASED | 1)) {
+            destroy(this);
+        }
+    }
+
+    void keep(List* chain) {
+        if (chain == nullptr) {
+            return;
+        }
+        List* last = chain;
+        while (last->nextReplaced != nullptr) {
+            last = last->nextReplaced;
+        }
+        last->nextReplaced = m_replaced;
+        while (!m_replaced.compare_exchange_weak(last->nextReplaced, chain)) {
+        }
+    }
+
+    static void freeAll(List* chain) {
+        while (chain != nullptr) {
+            delete std::exchange(chain, chain->nextReplaced);
+        }
+    }
+
     static void destroy(CallbackImpl* source) {
         void* storage = dynamic_cast<void*>(source);
         source->~CallbackImpl();
         ::operator delete(storage);
     }
 
-    // A fan-out counts itself in before it takes the list, so a count of 0 seen after
-    // the exchange says that nobody is left in a replaced list.
-    void replaceEntries(std::unique_ptr<const Entries> entries) {
-        m_replaced.reserve(m_replaced.size() + 1);
-        m_replaced.emplace_back(m_entries.exchange(entries.release()));
-        if (m_fanOuts == 0) {
-            m_replaced.clear();
-        }
-    }
-
-    std::atomic<const Entries*> m_entries;
-    std::vector<std::unique_ptr<const Entries>> m_replaced;
+    std::atomic<List*> m_current;
+    std::atomic<List*> m_replaced = nullptr;
     std::atomic<std::size_t> m_fanOuts = 0;  // fan-outs inside, and RELEASED
     bool m_ended = false;
 };
