@@ -13,6 +13,7 @@
 #include "FakePlatform.h"
 #include "Invokers.h"
 #include "SampleArguments.h"
+#include "SoundManagerCallback.h"
 
 namespace {
 
@@ -265,4 +266,31 @@ TEST_F(RecordCopyTest, APluginMayChangeTheStringItIsLent) {
     source.add(&invoker, callback, &received);
     source.onCallback("name");
     EXPECT_EQ(received, "Name");
+}
+
+TEST_F(RecordCopyTest, TheFeaturesAndTheConnectionAreLoggedBeforeThePluginIsCalled) {
+    BtAvrcpRemoteFeaturesCb features;
+    BtDeviceConnectionStateChangedCb connection;
+    int checks = 0;
+    Subscriber<BtAvrcpRemoteFeaturesCb, bt_avrcp_remote_features_s> a(
+        features, [&checks](bt_avrcp_remote_features_s*) {
+            EXPECT_EQ(fake_platform::count(") > remote addr : "), 1);
+            ++checks;
+        });
+    Subscriber<BtDeviceConnectionStateChangedCb, bt_device_connection_info_s> b(
+        connection, [&checks](bt_device_connection_info_s*) {
+            EXPECT_EQ(fake_platform::count(") > addr : "), 1);
+            ++checks;
+        });
+    features.onCallback(sample<bt_avrcp_remote_features_s*>(m_buffers, 0));
+    connection.onCallback(true, sample<bt_device_connection_info_s*>(m_buffers, 1));
+    EXPECT_EQ(fake_platform::count(" addr : "), 0);
+    a.invoker().runAll();
+    b.invoker().runAll();
+    EXPECT_EQ(checks, 2);
+}
+
+TEST_F(RecordCopyTest, ADestroyedSourceHasUnsetItsCallback) {
+    { SoundManagerSpeakerChangedCb neverRegistered; }
+    EXPECT_EQ(fake_platform::slot("sound_manager_set_speaker_changed_cb").unsets, 1);
 }
