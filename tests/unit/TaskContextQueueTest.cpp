@@ -94,13 +94,14 @@ TEST_F(FullQueueTest, AProducerThatTimedOutLeavesTheRunnerAlone) {
 }
 
 TEST_F(FullQueueTest, AProducerWaitsUntilTheRunnerMakesRoom) {
-    fill(15);
+    fill(60);
     auto producer = std::async(std::launch::async, [this] {
         return m_executor->Schedule([this] { m_ran.push_back(CAPACITY); });
     });
     EXPECT_EQ(producer.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     EXPECT_EQ(fake_platform::count("task is queued"), 0);
     drain();
+    ASSERT_EQ(producer.wait_for(TEST_TIME_LIMIT), std::future_status::ready);
     EXPECT_TRUE(producer.get());
     // The producer may have come in while the runner left; then it waits for the next.
     m_executor->Schedule([] {});

@@ -162,6 +162,21 @@ TEST_F(TaskContextTest, ATerminatedContextRefusesJobsAndRunsAgainAfterInitiate) 
     EXPECT_THAT(m_ran, ElementsAre("ran"));
 }
 
+TEST_F(TaskContextTest, AContextThatWasTerminatedSkipsTasksUntilItIsInitiatedAgain) {
+    m_executor->TerminateSync(0);
+    // Initiate has taken the termination back, and its job isn't queued yet.
+    fake_platform::onLog([this](const fake_platform::Line& line) {
+        if (line.text.find("InitiateJob created") != std::string::npos) {
+            EXPECT_TRUE(m_executor->Schedule(note("early")));
+        }
+    });
+    EXPECT_TRUE(m_executor->Initiate(0, 0));
+    fake_platform::onLog(nullptr);
+    EXPECT_EQ(fake_platform::count("CAN NOT DO _ProcessTask"), 1);
+    EXPECT_TRUE(m_executor->Schedule(note("late")));
+    EXPECT_THAT(m_ran, ElementsAre("late"));
+}
+
 TEST_F(TaskContextTest, JobsBehindATerminateJobAreDestroyedUnrun) {
     m_executor->Schedule([&] {
         m_executor->TerminateSync(0);
