@@ -181,7 +181,9 @@ private:
         }
     }
 
-    static void destroy(CallbackImpl* source) {
+    // Rare, and out of line: inlined where a source lives on the stack, g++ would warn of
+    // a path that only a deleted source takes.
+    [[gnu::noinline]] static void destroy(CallbackImpl* source) {
         void* storage = dynamic_cast<void*>(source);
         source->~CallbackImpl();
         ::operator delete(storage);
