@@ -1,0 +1,46 @@
+// Where the settings come from: the file, then the environment over it.
+#include "Settings.h"
+
+#include "SettingsFile.h"
+#include "SettingsKeys.h"
+
+#include <cstdlib>
+
+namespace corvane::host {
+
+namespace {
+
+const char* variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr || *value == '\0' ? nullptr : value;
+}
+
+void override(Settings& settings, const char* name, const char* section, const char* key) {
+    if (const char* const value = variable(name)) {
+        if (const auto error = storeSetting(settings, section, key, value)) {
+            settings.complaints.push_back(std::string(name) + ": " + *error);
+        }
+    }
+}
+
+}  // namespace
+
+Settings readSettings() {
+    Settings result;
+    if (const char* const path = variable("CORVANE_PLATFORM_CONF")) {
+        readSettingsFile(result, path, AbsentFile::reported);
+    } else {
+        readSettingsFile(result, CORVANE_SETTINGS_FILE, AbsentFile::allowed);
+    }
+    override(result, "CORVANE_LOG_LEVEL", "log", "level");
+    override(result, "CORVANE_INJECT_SOCKET", "inject", "socket");
+    return result;
+}
+
+const Settings& settings() {
+    // Never destroyed: what runs at the exit of the process logs as well.
+    static const Settings& read = *new Settings(readSettings());
+    return read;
+}
+
+}  // namespace corvane::host

@@ -1,0 +1,113 @@
+// Reads a file of settings with inih. The reader stands between it and the file to know
+// which line is at work and whether the parser could use it, which inih tells of the
+// first bad line only.
+#include "SettingsFile.h"
+
+#include "SettingsKeys.h"
+
+#include <ini.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace corvane::host {
+
+namespace {
+
+class SettingsReader {
+public:
+    SettingsReader(Settings& settings, const std::string& path)
+        : m_settings(settings), m_path(path), m_file(path) {}
+
+    bool isOpen() const { return m_file.is_open(); }
+
+    void read() {
+        ini_parse_stream(
+            [](char* buffer, int size, void* self) {
+                return static_cast<SettingsReader*>(self)->nextLine(buffer,
+                                                                    static_cast<std::size_t>(size));
+            },
+            this,
+            [](void* self, const char* section, const char* key, const char* value) {
+                static_cast<SettingsReader*>(self)->take(section, key, value);
+                return 1;
+            },
+            this);
+        if (m_file.bad()) {
+            m_settings.complaints.push_back(m_path + ": can't be read to its end");
+        }
+    }
+
+private:
+    char* nextLine(char* buffer, std::size_t size) {
+        if (m_pending) {
+            complain("this is neither \"[section]\" nor \"key = value\" nor a comment");
+        }
+        m_pending = false;
+        std::string line;
+        if (!std::getline(m_file, line)) {
+            return nullptr;
+        }
+        ++m_number;
+        if (m_number == 1 && line.starts_with("\xef\xbb\xbf")) {
+            line.erase(0, 3);
+        }
+        // The parser takes an indented line for more of the value above it.
+        line.erase(0, line.find_first_not_of(" \t\r"));
+        // For the parser's line end, which it cuts off, and a null byte.
+        if (line.size() > size - 2) {
+            complain("the line has more than " + std::to_string(size - 2) + " characters");
+            line.clear();
+        }
+        m_pending = !line.empty() && line[0] != '#' && line[0] != ';' &&
+                    !(line[0] == '[' && line.find(']') != std::string::npos);
+        line += '\n';
+        std::memcpy(buffer, line.c_str(), line.size() + 1);
+        return buffer;
+    }
+
+    void take(std::string_view section, std::string_view key, std::string_view value) {
+        m_pending = false;
+        if (!isSection(section)) {
+            if (m_unknownSection != section) {
+                m_unknownSection = section;
+                complain(section.empty()
+                             ? "there is no section above this line; " + allowedSections()
+                             : "there is no section [" + std::string(section) + "]; " +
+                                   allowedSections());
+            }
+        } else if (const auto error = storeSetting(m_settings, section, key, value)) {
+            complain(*error);
+        }
+    }
+
+    void complain(const std::string& text) {
+        m_settings.complaints.push_back(m_path + ':' + std::to_string(m_number) + ": " + text);
+    }
+
+    Settings& m_settings;
+    const std::string& m_path;
+    std::ifstream m_file;
+    std::size_t m_number = 0;
+    bool m_pending = false;  // the line at work means something, but hasn't been taken
+    std::optional<std::string> m_unknownSection;
+};
+
+}  // namespace
+
+void readSettingsFile(Settings& settings, const std::string& path, AbsentFile absent) {
+    SettingsReader reader(settings, path);
+    if (reader.isOpen()) {
+        reader.read();
+    } else if (const int error = errno; absent == AbsentFile::reported || error != ENOENT) {
+        settings.complaints.push_back(path + ": " + std::generic_category().message(error) +
+                                      "; every setting has its default");
+    }
+}
+
+}  // namespace corvane::host

@@ -1,0 +1,174 @@
+// The table of all settings. A value that a key takes is stored by a small function of
+// its own; the text beside it says what is allowed.
+#include "SettingsKeys.h"
+
+#include "SettingsValues.h"
+
+#include <dlog.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace corvane::host {
+
+namespace {
+
+// Stores a value, or returns false. `rest` is the key behind the prefix in the table.
+using Store = bool (*)(Settings& settings, std::string_view rest, std::string_view value);
+
+struct Key {
+    std::string_view section;
+    std::string_view name;  // one that ends in '*' is a prefix
+    const char* allowed;
+    Store store;
+};
+
+constexpr std::array outputs{Named{"auto", LogOutput::automatic},
+                             Named{"stderr", LogOutput::standardError},
+                             Named{"journal", LogOutput::journal}, Named{"file", LogOutput::file}};
+
+constexpr std::array levels{
+    Named{"debug", DLOG_PRIORITY_DEBUG},     Named{"info", DLOG_PRIORITY_INFO},
+    Named{"warning", DLOG_PRIORITY_WARNING}, Named{"error", DLOG_PRIORITY_ERROR},
+    Named{"3", DLOG_PRIORITY_DEBUG},         Named{"4", DLOG_PRIORITY_INFO},
+    Named{"5", DLOG_PRIORITY_WARNING},       Named{"6", DLOG_PRIORITY_ERROR}};
+
+constexpr std::array agents{Named{"none", ""},
+                            Named{"DisplayOnly", "DisplayOnly"},
+                            Named{"DisplayYesNo", "DisplayYesNo"},
+                            Named{"KeyboardOnly", "KeyboardOnly"},
+                            Named{"NoInputNoOutput", "NoInputNoOutput"},
+                            Named{"KeyboardDisplay", "KeyboardDisplay"}};
+
+constexpr std::array answers{Named{"accept", true}, Named{"reject", false}};
+
+constexpr std::array decisions{Named{"yes", true}, Named{"no", false}};
+
+constexpr std::array routes{Named{"speaker", SOUND_TV_OUTPUT_ROUTE_SPEAKER},
+                            Named{"bluetooth", SOUND_TV_OUTPUT_ROUTE_BLUETOOTH},
+                            Named{"optical", SOUND_TV_OUTPUT_ROUTE_OPTICAL},
+                            Named{"hdmi", SOUND_TV_OUTPUT_ROUTE_HDMI},
+                            Named{"line-out", SOUND_TV_OUTPUT_ROUTE_LINE_OUT}};
+
+constexpr Key keys[] = {
+    {"log", "output", "auto, stderr, journal or file",
+     [](Settings& s, auto, auto value) { return storeNamed(s.log.output, outputs, value); }},
+    {"log", "file", "a path that starts with '/'",
+     [](Settings& s, auto, auto value) { return storePath(s.log.file, value); }},
+    {"log", "level", "debug, info, warning, error or 3 to 6",
+     [](Settings& s, auto, auto value) { return storeNamed(s.log.level, levels, value); }},
+    {"system-info", "*", "an integer of 32 bits",
+     [](Settings& s, auto rest, auto value) {
+         int number = 0;
+         const bool good = storeNumber(number, INT32_MIN, INT32_MAX, value);
+         if (good) {
+             s.systemInfo[std::string(rest)] = number;
+         }
+         return good;
+     }},
+    {"inject", "socket", "a path of at most 107 characters, or empty",
+     [](Settings& s, auto, auto value) {
+         const bool good = value.size() <= 107;
+         if (good) {
+             s.inject.socket = value;
+         }
+         return good;
+     }},
+    {"inject", "threads", "a number from 0 to 8",
+     [](Settings& s, auto, auto value) { return storeNumber(s.inject.threads, 0U, 8U, value); }},
+    {"callbacks", "slow_ms", "a number of milliseconds from 0 to 3600000",
+     [](Settings& s, auto, auto value) {
+         int number = 0;
+         const bool good = storeNumber(number, 0, 3600000, value);
+         if (good) {
+             s.callbacks.slow = std::chrono::milliseconds(number);
+         }
+         return good;
+     }},
+    {"bluez", "agent",
+     "none, DisplayOnly, DisplayYesNo, KeyboardOnly, NoInputNoOutput or KeyboardDisplay",
+     [](Settings& s, auto, auto value) { return storeNamed(s.bluez.agent, agents, value); }},
+    {"bluez", "agent_answer", "accept or reject",
+     [](Settings& s, auto, auto value) {
+         return storeNamed(s.bluez.agentAccepts, answers, value);
+     }},
+    {"bluez", "agent_default", "yes or no",
+     [](Settings& s, auto, auto value) {
+         return storeNamed(s.bluez.agentIsDefault, decisions, value);
+     }},
+    {"bluez", "profiles",
+     "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, with commas between them",
+     [](Settings& s, auto, auto value) { return addUuids(s.bluez.profiles, value); }},
+    {"bluez", "input_directory", "a path that starts with '/'",
+     [](Settings& s, auto, auto value) { return storePath(s.bluez.inputDirectory, value); }},
+    {"sound", "server", "the address of a sound server, or empty",
+     [](Settings& s, auto, auto value) {
+         s.sound.server = value;
+         return true;
+     }},
+    {"sound", "route.*", "speaker, bluetooth, optical, hdmi or line-out",
+     [](Settings& s, auto rest, auto value) {
+         SinkRoute route{std::string(rest), SOUND_TV_OUTPUT_ROUTE_SPEAKER};
+         const bool good = storeNamed(route.route, routes, value);
+         if (good) {
+             s.sound.routes.push_back(std::move(route));
+         }
+         return good;
+     }},
+};
+
+bool matches(std::string_view name, std::string_view key) {
+    if (!name.ends_with('*')) {
+        return name == key;
+    }
+    name.remove_suffix(1);
+    return key.size() > name.size() && key.starts_with(name);
+}
+
+std::string listed(std::string_view section) {
+    std::string result;
+    for (const auto& key : keys) {
+        if (key.section == section) {
+            result.append(result.empty() ? "" : ", ").append(key.name);
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+bool isSection(std::string_view name) {
+    return std::ranges::any_of(keys, [=](const Key& key) { return key.section == name; });
+}
+
+std::string allowedSections() {
+    std::string result = "the sections are";
+    std::string_view before;
+    for (const auto& key : keys) {
+        if (key.section != before) {
+            result.append(before.empty() ? " [" : ", [").append(key.section).append("]");
+            before = key.section;
+        }
+    }
+    return result;
+}
+
+std::optional<std::string> storeSetting(Settings& settings, std::string_view section,
+                                        std::string_view key, std::string_view value) {
+    for (const auto& known : keys) {
+        if (known.section != section || !matches(known.name, key)) {
+            continue;
+        }
+        const auto prefix = known.name.ends_with('*') ? known.name.size() - 1 : 0;
+        if (known.store(settings, key.substr(prefix), value)) {
+            return std::nullopt;
+        }
+        return std::string(key) + " is \"" + std::string(value) + "\"; it must be " + known.allowed;
+    }
+    return "[" + std::string(section) + "] has no key \"" + std::string(key) + "\"; its keys are " +
+           listed(section);
+}
+
+}  // namespace corvane::host

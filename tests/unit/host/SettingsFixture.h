@@ -1,0 +1,35 @@
+// A settings file for a test, which the environment names while the test runs.
+#pragma once
+
+#include "Settings.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+class SettingsFixture : public testing::Test {
+protected:
+    SettingsFixture() {
+        char directory[] = "/tmp/corvane-settings-XXXXXX";
+        m_directory = mkdtemp(directory);
+        setenv("CORVANE_PLATFORM_CONF", path().c_str(), 1);
+    }
+
+    ~SettingsFixture() override {
+        setenv("CORVANE_PLATFORM_CONF", "/dev/null", 1);
+        unsetenv("CORVANE_LOG_LEVEL");
+        unsetenv("CORVANE_INJECT_SOCKET");
+        std::filesystem::remove_all(m_directory);
+    }
+
+    std::filesystem::path directory() const { return m_directory; }
+    std::string path() const { return m_directory / "platform.conf"; }
+    void write(const std::string& text) const { std::ofstream(path()) << text; }
+    corvane::host::Settings read() const { return corvane::host::readSettings(); }
+
+private:
+    std::filesystem::path m_directory;
+};
