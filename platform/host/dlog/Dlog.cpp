@@ -1,10 +1,12 @@
-// Platform log on the standard error, one line for each record:
+// Platform log. In the journal a record has fields; elsewhere it is a line:
 //     12:34:56.789 4711 I TAG: text
 // Time is local, the number is the thread's, the letter is the priority's (D, I, W, E).
-// Control characters in the text become spaces, so no record can pass for two.
-#include "LogLevel.h"
+// Control characters in the line become spaces, so no record can pass for two.
+#include "LogDestination.h"
+#include "LogJournal.h"
 #include "LogStream.h"
 #include "PlatformApi.h"
+#include "Settings.h"
 
 #include <dlog.h>
 #include <time.h>
@@ -16,8 +18,8 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <exception>
 #include <memory>
-#include <new>
 
 namespace corvane::host {
 
@@ -48,31 +50,36 @@ int formatHead(char* buffer, std::size_t size, int priority, const char* tag) {
                          static_cast<int>(gettid()), letterOf(priority), tag == nullptr ? "" : tag);
 }
 
-// Makes head and text, both followed by a byte of no meaning, one line and writes it.
-int writeLine(char* line, std::size_t headSize, std::size_t textSize) {
+// The head belongs to a line; in the journal its parts are fields.
+std::size_t formatHeadFor(const LogDestination& destination, char* buffer, std::size_t size,
+                          int priority, const char* tag) {
+    return destination.journal ? 0
+                               : static_cast<std::size_t>(formatHead(buffer, size, priority, tag));
+}
+
+// Head and text are followed by a byte of no meaning.
+int writeRecord(const LogDestination& destination, int priority, const char* tag, char* line,
+                std::size_t headSize, std::size_t textSize) {
     char* const text = line + headSize;
     if (textSize > 0 && text[textSize - 1] == '\n') {
         --textSize;
+    }
+    if (destination.journal) {
+        return sendToJournal(priority, tag, {text, textSize});
     }
     std::replace_if(
         line, text + textSize,
         [](char c) { return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f'; },
         ' ');
     text[textSize] = '\n';
-    return writeStandardError(line, headSize + textSize + 1);
+    return writeLogLine(destination.fd, line, headSize + textSize + 1);
 }
 
-int print(int priority, const char* tag, const char* format, va_list arguments) {
-    if (format == nullptr) {
-        return -EINVAL;
-    }
-    if (priority < minimumPriority()) {
-        return 0;
-    }
+int printTo(const LogDestination& destination, int priority, const char* tag, const char* format,
+            va_list arguments) {
     const int errorBefore = errno;  // "%m" prints it, and logging must not change it
     std::array<char, 1024> line;
-    const int head = formatHead(line.data(), line.size(), priority, tag);
-    const auto headSize = static_cast<std::size_t>(head);
+    const auto headSize = formatHeadFor(destination, line.data(), line.size(), priority, tag);
     const bool headFits = headSize < line.size();
 
     va_list again;
@@ -85,22 +92,55 @@ int print(int priority, const char* tag, const char* format, va_list arguments) 
     if (text < 0) {
         result = -EINVAL;
     } else if (headSize + textSize < line.size()) {
-        result = writeLine(line.data(), headSize, textSize);
+        result = writeRecord(destination, priority, tag, line.data(), headSize, textSize);
     } else {
         const std::size_t size = headSize + textSize + 1;
-        const std::unique_ptr<char[]> longLine(new (std::nothrow) char[size]);
-        if (longLine == nullptr) {
-            result = -ENOMEM;
-        } else {
-            formatHead(longLine.get(), size, priority, tag);
-            errno = errorBefore;
-            std::vsnprintf(longLine.get() + headSize, textSize + 1, format, again);
-            result = writeLine(longLine.get(), headSize, textSize);
-        }
+        const std::unique_ptr<char[]> longLine(new char[size]);
+        formatHeadFor(destination, longLine.get(), size, priority, tag);
+        errno = errorBefore;
+        std::vsnprintf(longLine.get() + headSize, textSize + 1, format, again);
+        result = writeRecord(destination, priority, tag, longLine.get(), headSize, textSize);
     }
     va_end(again);
     errno = errorBefore;
     return result < 0 ? result : text;
+}
+
+struct Log {
+    int level;
+    LogDestination destination;
+};
+
+void complain(const LogDestination& destination, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    printTo(destination, DLOG_PRIORITY_ERROR, "SETTINGS", format, arguments);
+    va_end(arguments);
+}
+
+// What is wrong with the settings is said whatever the level.
+Log openLog() {
+    auto complaints = settings().complaints;
+    const auto destination = openLogDestination(settings(), complaints);
+    for (const auto& complaint : complaints) {
+        complain(destination, "%s", complaint.c_str());
+    }
+    return {settings().log.level, destination};
+}
+
+int print(int priority, const char* tag, const char* format, va_list arguments) noexcept {
+    if (format == nullptr) {
+        return -EINVAL;
+    }
+    try {
+        const int errorBefore = errno;
+        static const Log log = openLog();
+        errno = errorBefore;
+        return priority < log.level ? 0
+                                    : printTo(log.destination, priority, tag, format, arguments);
+    } catch (const std::exception&) {
+        return -ENOMEM;
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The standard error as a place for whole lines.
+// A descriptor as a place for whole lines.
 #include "LogStream.h"
 
 #include <signal.h>
@@ -14,6 +14,7 @@ namespace {
 
 // A pipe takes long lines in pieces, between which another thread could write.
 constinit std::mutex streamMutex;
+bool lineIsTorn = false;  // only a part of the last line was taken
 
 // Keeps the SIGPIPE of a closed pipe from ending the process, without changing what
 // the process itself decided about that signal.
@@ -42,25 +43,38 @@ private:
     sigset_t m_before;
 };
 
-}  // namespace
-
-int writeStandardError(const char* text, std::size_t size) noexcept {
-    PipeSignalBlocked blocked;
-    const std::lock_guard lock(streamMutex);
-    while (size > 0) {
-        const ssize_t written = write(STDERR_FILENO, text, size);
+// Returns how much was written; `size` is as much as there is to write.
+std::size_t writeAll(int fd, const char* text, std::size_t size, int& error) {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t written = write(fd, text + done, size - done);
         if (written >= 0) {
-            text += written;
-            size -= static_cast<std::size_t>(written);
+            done += static_cast<std::size_t>(written);
         } else if (errno != EINTR) {
-            const int error = errno;
-            if (error == EPIPE) {
-                blocked.discardRaised();
-            }
-            return -error;
+            error = errno;
+            break;
         }
     }
-    return 0;
+    return done;
+}
+
+}  // namespace
+
+int writeLogLine(int fd, const char* line, std::size_t size) noexcept {
+    PipeSignalBlocked blocked;
+    const std::lock_guard lock(streamMutex);
+    int error = 0;
+    if (lineIsTorn && writeAll(fd, "\n", 1, error) == 1) {
+        lineIsTorn = false;
+    }
+    if (!lineIsTorn) {
+        const auto done = writeAll(fd, line, size, error);
+        lineIsTorn = done > 0 && done < size;
+    }
+    if (error == EPIPE) {
+        blocked.discardRaised();
+    }
+    return -error;
 }
 
 }  // namespace corvane::host

@@ -1,6 +1,7 @@
-// System information of the host: CORVANE_SYSTEM_INFO names the file with the
-// integers, else it is /etc/corvane/system-info.conf. It is read at each call.
+// System information of the host: the integers in the file that CORVANE_SYSTEM_INFO
+// names, read at each call, and behind it those in the settings.
 #include "PlatformApi.h"
+#include "Settings.h"
 #include "SystemInfoFile.h"
 
 #include <system_info.h>
@@ -8,15 +9,29 @@
 #include <cerrno>
 #include <cstdlib>
 #include <exception>
+#include <optional>
+
+namespace {
+
+std::optional<int> find(const char* key) {
+    if (const char* const path = std::getenv("CORVANE_SYSTEM_INFO")) {
+        if (const auto found = corvane::host::readSystemInfo(path, key)) {
+            return found;
+        }
+    }
+    const auto& integers = corvane::host::settings().systemInfo;
+    const auto place = integers.find(key);
+    return place == integers.end() ? std::nullopt : std::optional(place->second);
+}
+
+}  // namespace
 
 PLATFORM_API int system_info_get_custom_int(const char* key, int* value) {
     if (key == nullptr || value == nullptr) {
         return -EINVAL;
     }
-    const char* const path = std::getenv("CORVANE_SYSTEM_INFO");
     try {
-        const auto found = corvane::host::readSystemInfo(
-            path == nullptr ? "/etc/corvane/system-info.conf" : path, key);
+        const auto found = find(key);
         if (!found) {
             return -ENOENT;
         }

@@ -101,9 +101,10 @@ TEST(DlogLevelTest, LeavesOutWhatIsBelowTheLevel) {
 TEST(DlogLevelTest, ReportsABadLevelOnceAndWritesEverything) {
     const auto result = runLogProgram("priorities", "loud");
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 5);
-    EXPECT_THAT(result.errors,
-                testing::StartsWith("CORVANE_LOG_LEVEL is \"loud\"; it must be debug, info, "
-                                    "warning, error or 3 to 6\n"));
+    EXPECT_THAT(result.errors.substr(0, result.errors.find('\n')),
+                MatchesRegex(std::string(lineStart) +
+                             "E SETTINGS: CORVANE_LOG_LEVEL: level is \"loud\"; it must be debug, "
+                             "info, warning, error or 3 to 6"));
 }
 
 TEST(DlogStreamTest, NeverTearsTheLinesOfSeveralThreads) {
@@ -131,8 +132,17 @@ TEST(DlogStreamTest, SurvivesAFullDevice) {
     EXPECT_EQ(runLogProgram("full-device").output, "result negative, SIGPIPE not pending\n");
 }
 
-TEST(DlogStreamTest, SurvivesAClosedStandardError) {
+TEST(DlogStreamTest, SurvivesAClosedStandardErrorAndLeavesItsNumberToOthers) {
     EXPECT_EQ(runLogProgram("closed").status, 0);
+}
+
+TEST(DlogStreamTest, StartsANewLineAfterOneThatWasCutOff) {
+    const auto result = runLogProgram("cut-off");
+    const auto end = result.output.find('\n');
+    ASSERT_NE(end, std::string::npos) << result.output.size();
+    EXPECT_THAT(result.output.substr(0, end), testing::EndsWith("xxx"));
+    EXPECT_THAT(result.output.substr(end + 1),
+                MatchesRegex(std::string(lineStart) + "I TEST: after\n"));
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 // A program that logs, for tests of what a process has only one of: its
 // environment, its standard error and its threads.
 #include <dlog.h>
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -56,6 +58,38 @@ int logIntoClosedPipe() {
     return logInto(ends[1]);
 }
 
+// What is opened next has the number of the standard error.
+int logIntoNothing() {
+    close(STDERR_FILENO);
+    const int lost = dlog_print(DLOG_PRIORITY_INFO, "TEST", "lost");
+    const int other = open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    const int stillLost = dlog_print(DLOG_PRIORITY_INFO, "TEST", "lost");
+    struct stat status {};
+    fstat(other, &status);
+    return lost < 0 && stillLost < 0 && other == STDERR_FILENO && status.st_size == 0 ? 0 : 1;
+}
+
+// Fills a pipe that doesn't wait with a line longer than it, then empties it.
+int logIntoFullPipe() {
+    int ends[2];
+    if (pipe2(ends, O_NONBLOCK) != 0) {
+        return 1;
+    }
+    dup2(ends[1], STDERR_FILENO);
+    const std::string text(1 << 20, 'x');
+    const bool failed = dlog_print(DLOG_PRIORITY_INFO, "TEST", "%s", text.c_str()) < 0;
+    const auto empty = [&] {
+        char buffer[4096];
+        for (ssize_t size; (size = read(ends[0], buffer, sizeof buffer)) > 0;) {
+            std::fwrite(buffer, 1, static_cast<std::size_t>(size), stdout);
+        }
+    };
+    empty();
+    dlog_print(DLOG_PRIORITY_INFO, "TEST", "after");
+    empty();
+    return failed ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -73,8 +107,10 @@ int main(int argc, char** argv) {
         return logInto(fileno(std::fopen("/dev/full", "w")));
     }
     if (what == "closed") {
-        close(STDERR_FILENO);
-        return dlog_print(DLOG_PRIORITY_INFO, "TEST", "lost") < 0 ? 0 : 1;
+        return logIntoNothing();
+    }
+    if (what == "cut-off") {
+        return logIntoFullPipe();
     }
     return 2;
 }

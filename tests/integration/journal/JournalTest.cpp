@@ -1,0 +1,140 @@
+// The daemon as a service: a real journal, in a directory /run that only the test's
+// programs see. And the daemon with a standard error that takes nothing.
+#include "ChildProcess.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class DaemonLogTest : public testing::Test {
+protected:
+    DaemonLogTest() {
+        char name[] = "/tmp/corvane-journal-XXXXXX";
+        m_directory = mkdtemp(name);
+        fs::create_directory(m_directory / "plugins");
+        fs::copy_file(EVENT_LOG_PLUGIN,
+                      m_directory / "plugins" / fs::path(EVENT_LOG_PLUGIN).filename());
+    }
+
+    ~DaemonLogTest() override { fs::remove_all(m_directory); }
+
+    ChildProcess::Options daemon(const std::vector<std::string>& command) const {
+        return {command,
+                m_directory,
+                {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
+                 {"XDG_RUNTIME_DIR", m_directory},
+                 {"HOME", m_directory},
+                 {"CORVANE_PLATFORM_CONF", "/dev/null"},
+                 {"CORVANE_INJECT_SOCKET", socket()}},
+                {"ECORE_NO_SYSTEM_MODULES", "CORVANE_LOG_LEVEL", "JOURNAL_STREAM"}};
+    }
+
+    std::string socket() const { return m_directory / "inject.sock"; }
+
+    ChildProcess::Result emit() const {
+        return ChildProcess::run(
+            {{TOOL, "--socket", socket(), "emit", "bt-adapter-state-changed"}});
+    }
+
+    fs::path m_directory;
+};
+
+class JournalTest : public DaemonLogTest {
+protected:
+    void SetUp() override {
+        const std::vector<std::string> unshare{"unshare", geteuid() == 0 ? "-m" : "-mr"};
+        auto probe = unshare;
+        probe.insert(probe.end(), {"mount", "-t", "tmpfs", "none", "/run"});
+        if (ChildProcess::run({probe}).status != 0) {
+            GTEST_SKIP() << "this machine lets nobody have a /run of their own";
+        }
+        auto command = unshare;
+        command.insert(
+            command.end(),
+            {"sh", "-c",
+             "mount -t tmpfs none /run && mkdir -p /run/systemd/journal /run/log/journal "
+             "&& echo ready && exec /lib/systemd/systemd-journald"});
+        m_journal = std::make_unique<ChildProcess>(ChildProcess::Options{command});
+        ASSERT_TRUE(m_journal->waitForLine("ready")) << m_journal->errors();
+        const auto waiting = ChildProcess::run(
+            {beside({"timeout", "20", "sh", "-c",
+                     "until [ -S /run/systemd/journal/socket ]; do sleep .01; done"})});
+        ASSERT_EQ(waiting.status, 0) << m_journal->errors();
+    }
+
+    // A command in the same view of the file system.
+    std::vector<std::string> beside(const std::vector<std::string>& command) const {
+        std::vector<std::string> result{"nsenter", "-t", std::to_string(m_journal->id()), "-m"};
+        if (geteuid() != 0) {
+            result.insert(result.end(), {"-U", "--preserve-credentials"});
+        }
+        result.push_back("--wd=" + m_directory.string());
+        result.insert(result.end(), command.begin(), command.end());
+        return result;
+    }
+
+    std::unique_ptr<ChildProcess> m_journal;
+};
+
+TEST_F(JournalTest, HasTheDaemonsRecordsAndTheStandardErrorHasNone) {
+    ChildProcess reader({beside({"journalctl", "--directory=/run/log/journal", "--follow",
+                                 "--lines=all", "--output=json"})});
+    ChildProcess running(daemon(
+        beside({"sh", "-c", "JOURNAL_STREAM=$(stat -L -c %d:%i /proc/self/fd/2) exec " DAEMON})));
+    const auto line = reader.waitForLine("end init func");
+    ASSERT_TRUE(line) << reader.errors() << running.errors();
+    EXPECT_THAT(
+        *line,
+        AllOf(HasSubstr("\"SYSLOG_IDENTIFIER\":\"QVX\""), HasSubstr("\"PRIORITY\":\"6\""),
+              HasSubstr("\"CODE_FILE\":\"Plugin.cpp\""),
+              HasSubstr("\"CODE_FUNC\":\"loadServicePlugin\""), HasSubstr("\"CODE_LINE\":\""),
+              HasSubstr("\"MESSAGE\":\"Plugin.cpp: loadServicePlugin(")));
+    EXPECT_EQ(emit().status, 0);
+    const auto event = reader.waitForLine("bt-adapter-state-changed");
+    ASSERT_TRUE(event);
+    EXPECT_THAT(*event, AllOf(HasSubstr("\"SYSLOG_IDENTIFIER\":\"EVENT_LOG\""),
+                              Not(HasSubstr("CODE_FUNC"))));
+    EXPECT_EQ(running.terminate(), 0);
+    EXPECT_EQ(running.errors(), "");
+}
+
+struct BadStream {
+    const char* name;
+    const char* redirection;
+};
+
+class BadStreamTest : public DaemonLogTest, public testing::WithParamInterface<BadStream> {};
+
+TEST_P(BadStreamTest, DoesTheDaemonNoHarm) {
+    ChildProcess running(
+        daemon({"sh", "-c", std::string("exec " DAEMON " ") + GetParam().redirection}));
+    const auto waiting = ChildProcess::run(
+        {{"timeout", "20", "sh", "-c", "until [ -S " + socket() + " ]; do sleep .01; done"}});
+    ASSERT_EQ(waiting.status, 0);
+    const auto emitted = emit();
+    EXPECT_EQ(emitted.status, 0) << emitted.errors;
+    EXPECT_EQ(emit().status, 0);
+    EXPECT_EQ(running.terminate(), 0);
+    EXPECT_EQ(running.output() + running.errors(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, BadStreamTest,
+                         testing::Values(BadStream{"Full", "2>/dev/full"},
+                                         BadStream{"Closed", "2>&-"},
+                                         BadStream{"AllClosed", "<&- >&- 2>&-"}),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+}  // namespace
