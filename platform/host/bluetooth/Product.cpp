@@ -1,15 +1,14 @@
 // Starts and stops what feeds the callbacks.
 #include "Product.h"
 
+#include "Settings.h"
 #include "bluez/BluezClient.h"
-#include "inject/Deliveries.h"
 #include "inject/InjectServer.h"
 
 #include <Ecore.h>
 #include <dlog.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <exception>
 #include <memory>
 
@@ -27,12 +26,12 @@ struct Product {
 Product* product = nullptr;
 
 std::unique_ptr<InjectServer> openInjection() {
-    const char* const path = std::getenv("CORVANE_INJECT_SOCKET");
-    if (path == nullptr || *path == '\0') {
+    const auto& wanted = settings().inject;
+    if (wanted.socket.empty()) {
         return nullptr;
     }
     try {
-        return std::make_unique<InjectServer>(path, bluetoothDeliveries());
+        return std::make_unique<InjectServer>(wanted.socket, wanted.threads);
     } catch (const std::exception& error) {
         dlog_print(DLOG_PRIORITY_ERROR, "INJECT", "no injection: %s", error.what());
         return nullptr;

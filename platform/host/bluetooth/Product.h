@@ -1,5 +1,5 @@
 // What feeds the callbacks of all the platform libraries: BlueZ, and injection when
-// the environment variable CORVANE_INJECT_SOCKET names its socket.
+// the settings, or the environment variable CORVANE_INJECT_SOCKET, name its socket.
 #pragma once
 
 #include "PlatformApi.h"

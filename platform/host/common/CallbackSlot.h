@@ -4,8 +4,14 @@
 #pragma once
 
 #include "PlatformApi.h"
+#include "SlotObserver.h"
+
+#include <bluetooth.h>
+#include <bluetooth_tv.h>
+#include <sound_manager_tv.h>
 
 #include <cerrno>
+#include <chrono>
 #include <mutex>
 
 namespace corvane::host {
@@ -23,6 +29,7 @@ public:
     using Callback = void (*)(All...);
 
     constexpr CallbackSlot() = default;
+    constexpr explicit CallbackSlot(const char* event) : m_event(event) {}
     CallbackSlot(const CallbackSlot&) = delete;
     CallbackSlot& operator=(const CallbackSlot&) = delete;
 
@@ -33,6 +40,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_callback = callback;
         m_userData = userData;
+        observeSlot(SlotChange::Set, m_event);
         return 0;
     }
 
@@ -40,7 +48,13 @@ public:
         const std::lock_guard lock(m_mutex);
         m_callback = nullptr;
         m_userData = nullptr;
+        observeSlot(SlotChange::Unset, m_event);
         return 0;
+    }
+
+    bool isSet() {
+        const std::lock_guard lock(m_mutex);
+        return m_callback != nullptr;
     }
 
     /// Calls the callback, if one is set, with `arguments` and its user data. Returns the
@@ -54,15 +68,19 @@ public:
             callback = m_callback;
             userData = m_userData;
         }
-        if (callback == nullptr) {
-            return 0;
+        if (callback != nullptr) {
+            const auto start = std::chrono::steady_clock::now();
+            callback(arguments..., userData);
+            reportIfSlow(m_event, std::chrono::steady_clock::now() - start);
         }
-        callback(arguments..., userData);
-        return 1;
+        const unsigned called = callback == nullptr ? 0 : 1;
+        observeSlot(SlotChange::Delivered, m_event, called);
+        return called;
     }
 
 private:
     std::mutex m_mutex;
+    const char* m_event = "";
     Callback m_callback = nullptr;
     void* m_userData = nullptr;
 };
@@ -78,8 +96,20 @@ struct SetterTraits<int (*)(CallbackType, void*)> {
 template <auto setFunction>
 using CallbackOf = typename SetterTraits<decltype(setFunction)>::Callback;
 
+// The slots of all the platform libraries are in one of them, with what feeds them.
 template <auto setFunction>
-constinit inline CallbackSlot<CallbackOf<setFunction>> slotOf;
+struct SlotHolder;
+
+#define SLOT(setFunction, event)                                         \
+    template <>                                                          \
+    struct SlotHolder<&setFunction> {                                    \
+        PLATFORM_API static CallbackSlot<CallbackOf<&setFunction>> slot; \
+    };
+#include "Slots.def"
+#undef SLOT
+
+template <auto setFunction>
+inline constexpr auto& slotOf = SlotHolder<setFunction>::slot;
 
 }  // namespace corvane::host
 

@@ -4,6 +4,8 @@
 #include "EventTable.h"
 
 #include <bluetooth.h>
+#include <bluetooth_tv.h>
+#include <sound_manager_tv.h>
 
 namespace corvane::host {
 
@@ -49,6 +51,52 @@ inline constexpr EnumerationName disconnectReason[] = {
     {"remote", BT_DEVICE_DISCONNECT_REASON_REMOTE},
     {"authentication", BT_DEVICE_DISCONNECT_REASON_AUTHENTICATION},
     {"suspend", BT_DEVICE_DISCONNECT_REASON_SUSPEND},
+};
+
+inline constexpr EnumerationName audioState[] = {
+    {"stopped", BT_A2DP_SOURCE_AUDIO_STATE_STOPPED},
+    {"suspended", BT_A2DP_SOURCE_AUDIO_STATE_SUSPENDED},
+    {"started", BT_A2DP_SOURCE_AUDIO_STATE_STARTED},
+};
+
+inline constexpr EnumerationName audioProfile[] = {
+    {"hands-free", BT_AUDIO_PROFILE_HANDS_FREE},
+    {"a2dp-source", BT_AUDIO_PROFILE_A2DP_SOURCE},
+    {"a2dp-sink", BT_AUDIO_PROFILE_A2DP_SINK},
+    {"audio-gateway", BT_AUDIO_PROFILE_AUDIO_GATEWAY},
+};
+
+inline constexpr EnumerationName socketState[] = {
+    {"connected", BT_SOCKET_CONNECTED},
+    {"disconnected", BT_SOCKET_DISCONNECTED},
+};
+
+inline constexpr EnumerationName socketRole[] = {
+    {"unknown", BT_SOCKET_ROLE_UNKNOWN},
+    {"server", BT_SOCKET_ROLE_SERVER},
+    {"client", BT_SOCKET_ROLE_CLIENT},
+};
+
+inline constexpr EnumerationName keyState[] = {
+    {"released", BT_AVRCP_KEY_RELEASED},
+    {"pressed", BT_AVRCP_KEY_PRESSED},
+};
+
+inline constexpr EnumerationName gripState[] = {
+    {"released", BT_HID_SC_GRIP_SENSOR_RELEASED},
+    {"held", BT_HID_SC_GRIP_SENSOR_HELD},
+};
+
+inline constexpr EnumerationName broadcastState[] = {
+    {"stopped", BT_LE_AUDIO_BROADCAST_STOPPED},
+    {"configured", BT_LE_AUDIO_BROADCAST_CONFIGURED},
+    {"streaming", BT_LE_AUDIO_BROADCAST_STREAMING},
+};
+
+inline constexpr EnumerationName outputRoute[] = {
+    {"speaker", SOUND_TV_OUTPUT_ROUTE_SPEAKER},   {"bluetooth", SOUND_TV_OUTPUT_ROUTE_BLUETOOTH},
+    {"optical", SOUND_TV_OUTPUT_ROUTE_OPTICAL},   {"hdmi", SOUND_TV_OUTPUT_ROUTE_HDMI},
+    {"line-out", SOUND_TV_OUTPUT_ROUTE_LINE_OUT},
 };
 
 }  // namespace corvane::host

@@ -10,6 +10,9 @@ namespace corvane::host {
 
 enum class Kind {
     Integer,      // D-Bus i
+    Byte,         // D-Bus y
+    Short,        // D-Bus q: 16 bits without a sign
+    Count,        // D-Bus i, or nothing: as many as the array has
     Boolean,      // D-Bus b
     Text,         // D-Bus s
     Enumeration,  // D-Bus s: a name, or the value in decimal
@@ -33,8 +36,9 @@ struct Field {
 
 struct Event {
     const char* name;
+    const char* callback;  // the platform's function that sets the callback
     const char* meaning;
-    std::span<const Field> arguments;
+    std::span<const Field> arguments = {};
 };
 
 /// All events. Within one event the names of arguments and of record fields are unique,

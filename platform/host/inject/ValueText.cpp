@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <system_error>
 
 namespace corvane::host {
@@ -20,6 +21,14 @@ Value parseInteger(const Field& field, std::string_view text) {
     const bool hexadecimal = text.starts_with("0x") && !text.starts_with("0x-");
     int value = 0;
     if (!parseNumber(hexadecimal ? text.substr(2) : text, value, hexadecimal ? 16 : 10)) {
+        throw InvalidValue(field, text);
+    }
+    return value;
+}
+
+Value parseSmall(const Field& field, std::string_view text, int highest) {
+    const auto value = parseInteger(field, text);
+    if (std::get<int>(value) < 0 || std::get<int>(value) > highest) {
         throw InvalidValue(field, text);
     }
     return value;
@@ -79,6 +88,12 @@ Value parseValue(const Field& field, std::string_view text) {
     switch (field.kind) {
         case Kind::Integer:
             return parseInteger(field, text);
+        case Kind::Byte:
+            return parseSmall(field, text, UINT8_MAX);
+        case Kind::Short:
+            return parseSmall(field, text, UINT16_MAX);
+        case Kind::Count:
+            return text == "auto" ? Value() : parseInteger(field, text);
         case Kind::Boolean:
             return parseBoolean(field, text);
         case Kind::Text:
@@ -99,6 +114,12 @@ std::string allowedText(const Field& field) {
     switch (field.kind) {
         case Kind::Integer:
             return "an integer of 32 bits";
+        case Kind::Byte:
+            return "an integer from 0 to 255";
+        case Kind::Short:
+            return "an integer from 0 to 65535";
+        case Kind::Count:
+            return "auto, for as many as are given, or an integer of 32 bits";
         case Kind::Boolean:
             return "true or false";
         case Kind::Text:

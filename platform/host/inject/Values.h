@@ -13,8 +13,9 @@ namespace corvane::host {
 using Bytes = std::vector<char>;
 using Uuids = std::vector<std::string>;
 
-/// Integer and Enumeration, Boolean, Text, Bytes, Uuids.
-using Value = std::variant<int, bool, std::string, Bytes, Uuids>;
+/// Numbers and Enumeration, Boolean, Text, Bytes, Uuids; nothing for a count that follows
+/// from the array.
+using Value = std::variant<std::monostate, int, bool, std::string, Bytes, Uuids>;
 
 /// Owner: whoever reads or writes one message. Not for use by several threads at once.
 class Values {
@@ -28,6 +29,13 @@ public:
     template <typename T>
     const T& get(const std::string& name) const {
         return std::get<T>(m_values.at(name));
+    }
+
+    /// The same, or null where the value is nothing or the event has no such field.
+    template <typename T>
+    const T* find(const std::string& name) const {
+        const auto found = m_values.find(name);
+        return found == m_values.end() ? nullptr : std::get_if<T>(&found->second);
     }
 
     template <typename T>

@@ -1,15 +1,20 @@
 // The one callback kept for each kind of event.
 #include "CallbackSlot.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
 using corvane::host::CallbackSlot;
+using corvane::host::setSlotObserver;
+using corvane::host::SlotChange;
 using Callback = void (*)(int, void*);
 using Slot = CallbackSlot<Callback>;
 
@@ -64,6 +69,54 @@ TEST(CallbackSlotTest, LetsAnExceptionOfTheCallbackThrough) {
     slot.set([](int, void*) { throw std::runtime_error("thrown"); }, nullptr);
     EXPECT_THROW(slot.deliver(7), std::runtime_error);
     EXPECT_THROW(slot.deliver(7), std::runtime_error);
+}
+
+struct Told {
+    std::vector<std::string> changes;
+
+    static void note(void* self, SlotChange change, const char* event, unsigned called) {
+        const char* const word = change == SlotChange::Set     ? "set "
+                                 : change == SlotChange::Unset ? "unset "
+                                                               : "delivered ";
+        static_cast<Told*>(self)->changes.push_back(word + std::string(event) + ' ' +
+                                                    std::to_string(called));
+    }
+};
+
+TEST(CallbackSlotTest, TellsTheObserverWhatHappens) {
+    Slot slot("event");
+    int value = 0;
+    Told told;
+    setSlotObserver(&Told::note, &told);
+    slot.set(nullptr, nullptr);
+    slot.deliver(7);
+    slot.set(store, &value);
+    slot.deliver(7);
+    slot.unset();
+    setSlotObserver(nullptr, nullptr);
+    slot.set(store, &value);
+    EXPECT_THAT(told.changes, testing::ElementsAre("delivered event 0", "set event 0",
+                                                   "delivered event 1", "unset event 0"));
+}
+
+TEST(CallbackSlotTest, KnowsWhetherItIsSet) {
+    Slot slot;
+    int value = 0;
+    EXPECT_FALSE(slot.isSet());
+    slot.set(store, &value);
+    EXPECT_TRUE(slot.isSet());
+    slot.unset();
+    EXPECT_FALSE(slot.isSet());
+}
+
+// The television's libraries keep their slots in another library.
+TEST(CallbackSlotTest, IsTheSameInAllLibraries) {
+    auto& slot = corvane::host::slotOf<&bt_avrcp_set_volume_changed_cb>;
+    EXPECT_EQ(bt_avrcp_set_volume_changed_cb([](unsigned short, void*) {}, nullptr), 0);
+    EXPECT_TRUE(slot.isSet());
+    EXPECT_EQ(slot.deliver(static_cast<unsigned short>(7)), 1u);
+    EXPECT_EQ(bt_avrcp_unset_volume_changed_cb(), 0);
+    EXPECT_FALSE(slot.isSet());
 }
 
 // Callback and user data belong together, whatever another thread does to the slot.

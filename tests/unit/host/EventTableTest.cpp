@@ -1,6 +1,7 @@
 // The table of what can be injected.
 #include "EventTable.h"
 
+#include "EventJson.h"
 #include "ListCommand.h"
 #include "ValueText.h"
 #include "Values.h"
@@ -8,8 +9,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <cstddef>
+#include <iterator>
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -25,8 +30,35 @@ void forEachField(std::span<const Field> fields, Visit visit) {
     }
 }
 
-TEST(EventTableTest, HasTheEventsOfAdapterAndDevices) {
-    EXPECT_EQ(allEvents().size(), 11u);
+// The names of the type and of the set function of every kind of event.
+struct Kept {
+    const char* type;
+    const char* set;
+};
+
+constexpr Kept kept[] = {
+#define EVENT(source, type, value, subscribe, unsubscribe, setFunction, ...) {#type, #setFunction},
+#include "EventTable.def"
+#undef EVENT
+};
+
+std::string eventName(std::string_view type) {
+    std::string name;
+    for (const char letter : type) {
+        name += letter == '_' ? '-' : static_cast<char>(std::tolower(letter));
+    }
+    return name;
+}
+
+TEST(EventTableTest, HasEveryKindOfEventInOrder) {
+    ASSERT_EQ(allEvents().size(), std::size(kept));
+    for (std::size_t i = 0; i < std::size(kept); ++i) {
+        EXPECT_EQ(allEvents()[i].name, eventName(kept[i].type));
+        EXPECT_STREQ(allEvents()[i].callback, kept[i].set);
+    }
+}
+
+TEST(EventTableTest, FindsEventsByTheirWholeName) {
     EXPECT_NE(findEvent("bt-adapter-ssp-conecnt-request"), nullptr);
     EXPECT_EQ(findEvent("bt-adapter"), nullptr);
 }
@@ -70,6 +102,26 @@ TEST(ListCommandTest, ShowsEveryEventAndField) {
                      [&](const Field& field) { EXPECT_THAT(text, HasSubstr(field.name)); });
     }
     EXPECT_THAT(text, HasSubstr("pin-request|pin-display|passkey-request"));
+}
+
+TEST(ListCommandTest, ShowsEveryEventAsJson) {
+    const auto list = nlohmann::json::parse(corvane::tool::listJson());
+    ASSERT_EQ(list.size(), allEvents().size());
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        EXPECT_EQ(list[i].at("name"), allEvents()[i].name);
+        EXPECT_EQ(list[i].at("callback"), allEvents()[i].callback);
+    }
+}
+
+TEST(ListCommandTest, ShowsArgumentsAndRecordFieldsAsJson) {
+    const auto event = corvane::tool::eventJson(*findEvent("bt-socket-connection-state-changed"));
+    EXPECT_EQ(event.at("arguments").size(), 7u);
+    EXPECT_EQ(event.at("arguments")[1].dump(),
+              R"({"name":"state","type":"enumeration","default":"connected",)"
+              R"("values":["connected","disconnected"]})");
+    EXPECT_EQ(event.at("arguments")[2].dump(),
+              R"({"name":"socket_fd","record":"connection","type":"integer","default":"7",)"
+              R"("values":[]})");
 }
 
 }  // namespace

@@ -14,6 +14,9 @@ using namespace corvane::host;
 
 constexpr EnumerationName colours[] = {{"red", 0}, {"green", 1}, {"blue", 5}};
 constexpr Field number{"number", Kind::Integer};
+constexpr Field byte{"byte", Kind::Byte};
+constexpr Field shortNumber{"short", Kind::Short};
+constexpr Field count{"count", Kind::Count};
 constexpr Field flag{"flag", Kind::Boolean};
 constexpr Field text{"text", Kind::Text};
 constexpr Field colour{"colour", Kind::Enumeration, "red", colours};
@@ -37,6 +40,23 @@ TEST(ValueTextTest, ReadsIntegers) {
         EXPECT_EQ(complaint(number, bad),
                   "number can't be \"" + std::string(bad) + "\"; it must be an integer of 32 bits");
     }
+}
+
+TEST(ValueTextTest, ReadsSmallNumbers) {
+    EXPECT_EQ(parseValue(byte, "255"), Value(255));
+    EXPECT_EQ(parseValue(shortNumber, "0xffff"), Value(65535));
+    EXPECT_EQ(complaint(byte, "256"), "byte can't be \"256\"; it must be an integer from 0 to 255");
+    EXPECT_EQ(complaint(byte, "-1"), "byte can't be \"-1\"; it must be an integer from 0 to 255");
+    EXPECT_EQ(complaint(shortNumber, "65536"),
+              "short can't be \"65536\"; it must be an integer from 0 to 65535");
+}
+
+TEST(ValueTextTest, ReadsCounts) {
+    EXPECT_EQ(parseValue(count, "auto"), Value());
+    EXPECT_EQ(parseValue(count, "-1"), Value(-1));
+    EXPECT_EQ(complaint(count, "many"),
+              "count can't be \"many\"; it must be auto, for as many as are given, or an integer "
+              "of 32 bits");
 }
 
 TEST(ValueTextTest, ReadsBooleans) {

@@ -1,6 +1,7 @@
 // How an injected event reaches its callback: the same way as one from BlueZ.
 #pragma once
 
+#include "EventTable.h"
 #include "Values.h"
 
 #include <span>
@@ -8,12 +9,14 @@
 namespace corvane::host {
 
 /// One event of the table and the function that calls its callback with the values given.
-/// The function returns the number of callbacks called and throws what they throw.
+/// The function returns the number of callbacks called and throws what they throw, or
+/// InvalidValue, and nothing has been called, if the values don't go together.
 struct Delivery {
     const char* event;
-    unsigned (*deliver)(const Values& values);
+    unsigned (*deliver)(const Event& event, const Values& values);
 };
 
-std::span<const Delivery> bluetoothDeliveries();
+/// One for each slot.
+std::span<const Delivery> allDeliveries();
 
 }  // namespace corvane::host

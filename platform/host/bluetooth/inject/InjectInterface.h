@@ -1,20 +1,22 @@
-// The D-Bus interface org.corvane.Inject1: one method for each event that can be
-// delivered. It returns the number of callbacks called.
+// The D-Bus interface org.corvane.Inject1: one method for each event, which returns
+// the number of callbacks called; and signals of what happens to the callbacks, for
+// those who called Watch.
 #pragma once
 
-#include "BusPump.h"
 #include "Deliveries.h"
 #include "EventTable.h"
 
 #include <systemd/sd-bus.h>
 
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace corvane::host {
+
+inline constexpr const char* injectPath = "/org/corvane/Inject";
+inline constexpr const char* injectInterface = "org.corvane.Inject1";
 
 /// Owner: InjectServer; outlives its clients. Threads: main thread.
 class InjectInterface {
@@ -28,8 +30,10 @@ public:
         std::string argumentNames;  // each ended by a zero, as sd-bus wants them
     };
 
-    /// Throws std::logic_error if a delivery is of no event in the table.
-    explicit InjectInterface(std::span<const Delivery> deliveries);
+    /// The handlers are given the object's user data. Throws std::logic_error if a delivery is
+    /// of no event in the table.
+    InjectInterface(std::span<const Delivery> deliveries, sd_bus_message_handler_t onEvent,
+                    sd_bus_message_handler_t onWatch);
 
     const Method& method(std::string_view name) const;
     const sd_bus_vtable* vtable() const { return m_vtable.data(); }
@@ -37,20 +41,6 @@ public:
 private:
     std::vector<Method> m_methods;
     std::vector<sd_bus_vtable> m_vtable;
-};
-
-/// One connected peer. Owner: InjectServer. Threads: main thread.
-class InjectClient {
-public:
-    /// `onLost` is called when the peer has gone, and may destroy the client. Throws
-    /// std::runtime_error if the interface can't be offered.
-    InjectClient(BusPtr bus, const InjectInterface& interface, std::function<void()> onLost);
-
-    int emit(sd_bus_message* message, sd_bus_error* error);
-
-private:
-    const InjectInterface& m_interface;
-    BusPump m_pump;
 };
 
 }  // namespace corvane::host

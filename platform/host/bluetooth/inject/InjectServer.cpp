@@ -1,11 +1,15 @@
 // Lets a developer make the platform's events.
 #include "InjectServer.h"
 
+#include "ValueText.h"
+
+#include <dlog.h>
 #include <systemd/sd-bus.h>
 #include <systemd/sd-id128.h>
 #include <unistd.h>
 
-#include <memory>
+#include <algorithm>
+#include <exception>
 #include <new>
 #include <utility>
 
@@ -33,10 +37,38 @@ BusPtr openServerBus(int fd) {
     return bus;
 }
 
+int onEvent(sd_bus_message* message, void* client, sd_bus_error* error) {
+    return static_cast<InjectClient*>(client)->emit(message, error);
+}
+
+int onWatchCall(sd_bus_message* message, void* client, sd_bus_error*) {
+    return static_cast<InjectClient*>(client)->watch(message);
+}
+
+// Nobody is left to throw to on a thread of the server: as on a device, the process ends,
+// but not without a word.
+unsigned deliverOrEnd(const InjectInterface::Method& method, const Values& values,
+                      std::string& refusal) {
+    try {
+        return method.delivery->deliver(*method.event, values);
+    } catch (const InvalidValue& invalid) {
+        refusal = invalid.what();
+        return 0;
+    } catch (const std::exception& error) {
+        dlog_print(DLOG_PRIORITY_ERROR, "INJECT",
+                   "%s: its callback threw on a thread of the platform, which ends the process: %s",
+                   method.event->name, error.what());
+        throw;
+    }
+}
+
 }  // namespace
 
-InjectServer::InjectServer(const std::string& path, std::span<const Delivery> deliveries)
-    : m_socket(path), m_interface(deliveries) {
+InjectServer::InjectServer(const std::string& path, unsigned threads)
+    : m_socket(path), m_interface(allDeliveries(), &onEvent, &onWatchCall) {
+    if (threads > 0) {
+        m_threads.emplace(threads);
+    }
     const auto onPeer = [](void* self, Ecore_Fd_Handler*) -> Eina_Bool {
         static_cast<InjectServer*>(self)->acceptClient();
         return ECORE_CALLBACK_RENEW;
@@ -50,6 +82,10 @@ InjectServer::InjectServer(const std::string& path, std::span<const Delivery> de
 
 InjectServer::~InjectServer() {
     ecore_main_fd_handler_del(m_handler);
+    m_threads.reset();
+    setSlotObserver(nullptr, nullptr);
+    m_putOff.clear();
+    m_queue.run();  // so that watchers see the last changes
 }
 
 void InjectServer::acceptClient() {
@@ -58,14 +94,57 @@ void InjectServer::acceptClient() {
         return;
     }
     if (auto bus = openServerBus(peer)) {
-        addClient(std::move(bus));
+        InjectPeers& peers = *this;
+        m_clients.push_back(std::make_unique<InjectClient>(std::move(bus), peers));
     }
 }
 
-void InjectServer::addClient(BusPtr bus) {
-    const auto place = m_clients.emplace(m_clients.end());
-    *place = std::make_unique<InjectClient>(std::move(bus), m_interface,
-                                            [this, place] { m_clients.erase(place); });
+bool InjectServer::deliverElsewhere(InjectClient& client, sd_bus_message* call,
+                                    const InjectInterface::Method& method, const Values& values) {
+    if (!m_threads) {
+        return false;
+    }
+    // The threads know the call by its number only: messages are the main thread's.
+    const auto id = m_nextId++;
+    m_putOff.emplace(id, PutOff{&client, MessagePtr(sd_bus_message_ref(call))});
+    m_threads->post([this, id, &method, values] {
+        std::string refusal;
+        const unsigned called = deliverOrEnd(method, values, refusal);
+        m_queue.push([this, id, called, refusal] { answer(id, called, refusal); });
+    });
+    return true;
+}
+
+void InjectServer::answer(std::uint64_t id, unsigned called, const std::string& refusal) {
+    // Nothing is found if the peer has gone in the meantime.
+    if (const auto putOff = m_putOff.extract(id)) {
+        putOff.mapped().client->answer(putOff.mapped().call.get(), called, refusal);
+    }
+}
+
+void InjectServer::onWatch() {
+    setSlotObserver(&InjectServer::onSlotChange, this);
+}
+
+void InjectServer::onSlotChange(void* data, SlotChange change, const char* event,
+                                unsigned called) noexcept {
+    auto* const self = static_cast<InjectServer*>(data);
+    self->m_queue.push([self, change, event, called] { self->tell(change, event, called); });
+}
+
+void InjectServer::tell(SlotChange change, const char* event, unsigned called) {
+    for (const auto& client : m_clients) {
+        client->tell(change, event, called);
+    }
+}
+
+void InjectServer::onLost(InjectClient& client) {
+    std::erase_if(m_putOff, [&](const auto& putOff) { return putOff.second.client == &client; });
+    m_clients.remove_if([&](const auto& other) { return other.get() == &client; });
+    const auto watches = [](const auto& other) { return other->watches(); };
+    if (std::ranges::none_of(m_clients, watches)) {
+        setSlotObserver(nullptr, nullptr);
+    }
 }
 
 }  // namespace corvane::host

@@ -15,9 +15,10 @@ namespace corvane::host {
 /// A string with its terminator.
 class LentText {
 public:
-    explicit LentText(std::string_view text) : m_text(new char[text.size() + 1]) {
+    /// In memory of at least `atLeast` bytes, the rest of them zero.
+    explicit LentText(std::string_view text, std::size_t atLeast = 0)
+        : m_text(new char[std::max(text.size() + 1, atLeast)]()) {
         std::copy(text.begin(), text.end(), m_text.get());
-        m_text[text.size()] = '\0';
     }
 
     char* get() const { return m_text.get(); }

@@ -4,6 +4,7 @@
 #include "ValueText.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,6 +18,13 @@ int checked(int result) {
         throw InvalidValue("the message is broken");
     }
     return result;
+}
+
+template <typename Number>
+int readNumber(sd_bus_message* message, char type) {
+    Number number = 0;
+    checked(sd_bus_message_read_basic(message, type, &number));
+    return static_cast<int>(number);
 }
 
 std::string readText(sd_bus_message* message) {
@@ -45,14 +53,16 @@ Uuids readUuids(sd_bus_message* message) {
 }
 
 Value readValue(sd_bus_message* message, const Field& field) {
-    int number = 0;
     switch (field.kind) {
         case Kind::Integer:
-            checked(sd_bus_message_read_basic(message, SD_BUS_TYPE_INT32, &number));
-            return number;
+        case Kind::Count:
+            return readNumber<std::int32_t>(message, SD_BUS_TYPE_INT32);
+        case Kind::Byte:
+            return readNumber<std::uint8_t>(message, SD_BUS_TYPE_BYTE);
+        case Kind::Short:
+            return readNumber<std::uint16_t>(message, SD_BUS_TYPE_UINT16);
         case Kind::Boolean:
-            checked(sd_bus_message_read_basic(message, SD_BUS_TYPE_BOOLEAN, &number));
-            return number != 0;
+            return readNumber<int>(message, SD_BUS_TYPE_BOOLEAN) != 0;
         case Kind::Text:
             return readText(message);
         case Kind::Bytes:

@@ -1,0 +1,23 @@
+// The warning about a callback that keeps the platform's thread for too long.
+#include "Settings.h"
+#include "SlotObserver.h"
+
+#include <dlog.h>
+#include <unistd.h>
+
+namespace corvane::host {
+
+void reportIfSlow(const char* event, std::chrono::steady_clock::duration duration) {
+    using std::chrono::milliseconds;
+    static const milliseconds limit = settings().callbacks.slow;
+    if (limit.count() == 0 || duration <= limit) {
+        return;
+    }
+    dlog_print(DLOG_PRIORITY_WARNING, "SLOW",
+               "%s: the callback kept thread %d for %lld ms; the limit is %lld ms", event,
+               static_cast<int>(gettid()),
+               static_cast<long long>(std::chrono::duration_cast<milliseconds>(duration).count()),
+               static_cast<long long>(limit.count()));
+}
+
+}  // namespace corvane::host

@@ -1,0 +1,124 @@
+// One peer connected to injection.
+#include "InjectClient.h"
+
+#include "MessageValues.h"
+#include "Slots.h"
+#include "ValueText.h"
+
+#include <dlog.h>
+#include <sys/socket.h>
+
+#include <cstdint>
+#include <exception>
+#include <stdexcept>
+#include <utility>
+
+namespace corvane::host {
+
+namespace {
+
+// More signals than anybody who reads leaves behind.
+constexpr std::uint64_t mostUnread = 4096;
+
+// The tools that talk to a bus greet it first; here they find somebody to greet.
+int onHello(sd_bus_message* message, void*, sd_bus_error*) {
+    return sd_bus_reply_method_return(message, "s", ":1.1");
+}
+
+constexpr sd_bus_vtable greeting[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD("Hello", "", "s", &onHello, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END,
+};
+
+}  // namespace
+
+InjectClient::InjectClient(BusPtr bus, InjectPeers& peers)
+    : m_peers(peers), m_pump(std::move(bus), [this] { m_peers.onLost(*this); }) {
+    if (sd_bus_add_object_vtable(m_pump.bus(), nullptr, injectPath, injectInterface,
+                                 peers.interface().vtable(), this) < 0 ||
+        sd_bus_add_object_vtable(m_pump.bus(), nullptr, "/org/freedesktop/DBus",
+                                 "org.freedesktop.DBus", greeting, nullptr) < 0) {
+        throw std::runtime_error("the D-Bus interface can't be offered");
+    }
+    m_pump.rearm();
+}
+
+int InjectClient::emit(sd_bus_message* message, sd_bus_error* error) {
+    const auto& method = m_peers.interface().method(sd_bus_message_get_member(message));
+    try {
+        const auto values = readValues(message, *method.event);
+        if (m_peers.deliverElsewhere(*this, message, method, values)) {
+            return 1;
+        }
+        unsigned called = 1;
+        std::string refusal;
+        m_pump.guard([&] {
+            try {
+                called = method.delivery->deliver(*method.event, values);
+            } catch (const InvalidValue& invalid) {
+                refusal = invalid.what();
+            }
+        });
+        if (!refusal.empty()) {
+            return sd_bus_error_set(error, SD_BUS_ERROR_INVALID_ARGS, refusal.c_str());
+        }
+        m_peers.tellWatchers();  // before the answer: whoever has it has the signals
+        return sd_bus_reply_method_return(message, "u", called);
+    } catch (const InvalidValue& invalid) {
+        return sd_bus_error_set(error, SD_BUS_ERROR_INVALID_ARGS, invalid.what());
+    } catch (const std::exception& failure) {
+        return sd_bus_error_set(error, SD_BUS_ERROR_FAILED, failure.what());
+    }
+}
+
+void InjectClient::answer(sd_bus_message* call, unsigned called, const std::string& refusal) {
+    if (refusal.empty()) {
+        sd_bus_reply_method_return(call, "u", called);
+    } else {
+        sd_bus_reply_method_errorf(call, SD_BUS_ERROR_INVALID_ARGS, "%s", refusal.c_str());
+    }
+    m_pump.rearm();
+}
+
+int InjectClient::watch(sd_bus_message* message) {
+    m_watches = true;
+    m_peers.onWatch();
+    // Read after the watch has begun: a change in between is told twice rather than never.
+    sd_bus_message* made = nullptr;
+    int result = sd_bus_message_new_method_return(message, &made);
+    const MessagePtr reply(made);
+    result = result < 0 ? result : sd_bus_message_open_container(made, SD_BUS_TYPE_ARRAY, "s");
+    for (const auto& slot : slotStates()) {
+        if (result >= 0 && slot.isSet()) {
+            result = sd_bus_message_append(made, "s", slot.event);
+        }
+    }
+    result = result < 0 ? result : sd_bus_message_close_container(made);
+    return result < 0 ? result : sd_bus_send(nullptr, made, nullptr);
+}
+
+void InjectClient::tell(SlotChange change, const char* event, unsigned called) {
+    if (!m_watches) {
+        return;
+    }
+    auto* const bus = m_pump.bus();
+    std::uint64_t unread = 0;
+    if (sd_bus_get_n_queued_write(bus, &unread) < 0 || unread > mostUnread) {
+        // The pump finds the end and has the peer removed; here it may be in the middle of a
+        // call of that peer.
+        dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "a watcher that doesn't read is disconnected");
+        shutdown(sd_bus_get_fd(bus), SHUT_RDWR);
+        m_watches = false;
+        return;
+    }
+    if (change == SlotChange::Delivered) {
+        sd_bus_emit_signal(bus, injectPath, injectInterface, "Delivered", "su", event, called);
+    } else {
+        sd_bus_emit_signal(bus, injectPath, injectInterface,
+                           change == SlotChange::Set ? "Set" : "Unset", "s", event);
+    }
+    m_pump.rearm();
+}
+
+}  // namespace corvane::host

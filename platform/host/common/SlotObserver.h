@@ -1,0 +1,32 @@
+// What happens to the slots, for those who watch, and callbacks that take too long.
+#pragma once
+
+#include "PlatformApi.h"
+
+#include <atomic>
+#include <chrono>
+
+namespace corvane::host {
+
+enum class SlotChange { Set, Unset, Delivered };
+
+/// Called on the thread of the change, with a lock held for Set and Unset: it must neither
+/// touch a slot nor throw. `called` is the number of callbacks called.
+using SlotObserver = void (*)(void* data, SlotChange change, const char* event, unsigned called);
+
+/// The one observer, or null. After the return no thread is inside the one before.
+PLATFORM_API void setSlotObserver(SlotObserver observer, void* data);
+
+PLATFORM_API extern std::atomic<bool> slotsAreObserved;
+PLATFORM_API void tellSlotObserver(SlotChange change, const char* event, unsigned called);
+
+inline void observeSlot(SlotChange change, const char* event, unsigned called = 0) {
+    if (slotsAreObserved.load(std::memory_order_acquire)) {
+        tellSlotObserver(change, event, called);
+    }
+}
+
+/// Writes a warning for a callback that took longer than the limit in the settings.
+PLATFORM_API void reportIfSlow(const char* event, std::chrono::steady_clock::duration duration);
+
+}  // namespace corvane::host
