@@ -2,7 +2,16 @@
 // starts at the same speed with a bus that hangs as with none.
 #include "BluezClient.h"
 
-#include "Properties.h"
+#include "AdapterReporter.h"
+#include "AudioReporter.h"
+#include "BatteryReporter.h"
+#include "BondReporter.h"
+#include "DeviceReporter.h"
+#include "DiscoveryReporter.h"
+#include "LinkReporters.h"
+#include "RemoteControlReporter.h"
+#include "Settings.h"
+#include "VolumeReporter.h"
 
 #include <string>
 #include <utility>
@@ -14,17 +23,32 @@ namespace {
 constexpr double retryDelaySec = 2.0;
 
 // Reads the a{sa{sv}} that comes next: the interfaces of one object.
-template <typename Use>
-void readInterfaces(sd_bus_message* message, Use use) {
+BluezObjects::Interfaces readInterfaces(sd_bus_message* message) {
+    BluezObjects::Interfaces interfaces;
     readDictionary(message, "sa{sv}", [&] {
-        const auto interface = readName(message, SD_BUS_TYPE_STRING);
-        use(interface, readProperties(message));
+        auto name = readName(message, SD_BUS_TYPE_STRING);
+        interfaces.insert_or_assign(std::move(name), readProperties(message));
     });
+    return interfaces;
 }
 
 }  // namespace
 
-BluezClient::BluezClient() {
+BluezClient::BluezClient()
+    : m_agent(settings().bluez, m_objects, m_peer),
+      m_sockets(settings().bluez, m_objects, m_peer),
+      m_keys(settings().bluez.inputDirectory, m_objects) {
+    // In the order in which the events of one change are to come.
+    m_objects.addReporter(std::make_unique<AdapterReporter>());
+    m_objects.addReporter(std::make_unique<DiscoveryReporter>());
+    m_objects.addReporter(std::make_unique<DeviceReporter>(m_objects, m_peer));
+    m_objects.addReporter(std::make_unique<BondReporter>(m_peer));
+    m_objects.addReporter(std::make_unique<GattReporter>());
+    m_objects.addReporter(std::make_unique<HidReporter>());
+    m_objects.addReporter(std::make_unique<RemoteControlReporter>());
+    m_objects.addReporter(std::make_unique<AudioReporter>());
+    m_objects.addReporter(std::make_unique<VolumeReporter>());
+    m_objects.addReporter(std::make_unique<BatteryReporter>());
     connect();
 }
 
@@ -37,13 +61,15 @@ BluezClient::~BluezClient() {
 void BluezClient::connect() {
     sd_bus* bus = nullptr;
     if (sd_bus_open_system(&bus) < 0) {
-        connectLater();
+        retryLater();
         return;
     }
     m_pump = std::make_unique<BusPump>(BusPtr(bus), [this] { onLost(); });
+    m_peer.attach(m_pump.get());
     if (!watch()) {
+        m_peer.attach(nullptr);
         m_pump.reset();
-        connectLater();
+        retryLater();
         return;
     }
     requestObjects();
@@ -62,55 +88,63 @@ bool BluezClient::watch() {
            add(manager + ",member='InterfacesRemoved'", &onInterfacesRemoved) &&
            add("sender='org.bluez',interface='org.freedesktop.DBus.Properties',"
                "member='PropertiesChanged'",
-               &onPropertiesChanged);
+               &onPropertiesChanged) &&
+           m_agent.offer() && m_sockets.offer();
 }
 
 void BluezClient::requestObjects() {
     sd_bus_message* request = nullptr;
+    sd_bus_slot* slot = nullptr;
     if (sd_bus_message_new_method_call(m_pump->bus(), &request, "org.bluez", "/",
                                        "org.freedesktop.DBus.ObjectManager",
                                        "GetManagedObjects") >= 0) {
         // Whether bluetoothd runs is the system's decision.
         sd_bus_message_set_auto_start(request, 0);
-        sd_bus_call_async(m_pump->bus(), nullptr, request, &onObjects, this, 0);
+        sd_bus_call_async(m_pump->bus(), &slot, request, &onObjects, this, 0);
         sd_bus_message_unref(request);
     }
-    m_pump->rearm();
+    m_request.reset(slot);
+    m_peer.flush();
 }
 
-void BluezClient::connectLater() {
-    const auto retry = [](void* data) -> Eina_Bool {
+void BluezClient::retryLater() {
+    const auto onTimer = [](void* data) -> Eina_Bool {
         auto* const client = static_cast<BluezClient*>(data);
         client->m_retry = nullptr;
-        client->connect();
+        client->retry();
         return ECORE_CALLBACK_CANCEL;
     };
-    m_retry = ecore_timer_add(retryDelaySec, retry, this);
+    if (m_retry == nullptr) {
+        m_retry = ecore_timer_add(retryDelaySec, onTimer, this);
+    }
+}
+
+void BluezClient::retry() {
+    if (!m_pump) {
+        connect();
+    } else if (m_peer.owner().empty()) {
+        requestObjects();
+    }
 }
 
 void BluezClient::onLost() {
+    m_peer.attach(nullptr);
+    m_agent.forget();
+    m_request.reset();
     m_pump.reset();
-    connectLater();
+    retryLater();
     m_objects.removeAll();
-}
-
-// A message that isn't what it should be is dropped.
-template <typename Body>
-void BluezClient::handle(Body&& body) {
-    m_pump->guard([&] {
-        try {
-            body();
-        } catch (const MalformedMessage&) {
-        }
-    });
 }
 
 int BluezClient::onOwnerChanged(sd_bus_message* message, void* data, sd_bus_error*) {
     auto* const self = static_cast<BluezClient*>(data);
-    self->handle([&] {
+    self->m_peer.handle([&] {
         readName(message, SD_BUS_TYPE_STRING);
         const auto before = readName(message, SD_BUS_TYPE_STRING);
         const auto now = readName(message, SD_BUS_TYPE_STRING);
+        self->m_peer.setOwner("");
+        self->m_agent.forget();
+        self->m_request.reset();
         if (!now.empty()) {
             self->requestObjects();
         }
@@ -123,46 +157,62 @@ int BluezClient::onOwnerChanged(sd_bus_message* message, void* data, sd_bus_erro
 
 int BluezClient::onObjects(sd_bus_message* message, void* data, sd_bus_error*) {
     auto* const self = static_cast<BluezClient*>(data);
+    // The reply's own slot is kept until the handler has returned.
+    self->m_request.reset();
+    if (sd_bus_message_is_method_error(message, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0) {
+        return 0;  // its start will be told
+    }
     if (sd_bus_message_is_method_error(message, nullptr) != 0) {
+        self->retryLater();
         return 0;
     }
-    self->handle([&] {
-        readDictionary(message, "oa{sa{sv}}", [&] {
-            const auto path = readName(message, SD_BUS_TYPE_OBJECT_PATH);
-            readInterfaces(message, [&](const std::string& interface, Properties properties) {
-                self->m_objects.learn(path, interface, std::move(properties));
-            });
-        });
-        self->m_objects.reportAdapterState();
-    });
+    self->m_peer.handle([&] { self->learn(message); });
     return 0;
 }
 
+void BluezClient::learn(sd_bus_message* objects) {
+    const char* const sender = sd_bus_message_get_sender(objects);
+    m_peer.setOwner(sender == nullptr ? "" : sender);
+    m_agent.enroll();
+    m_sockets.enroll();
+    readDictionary(objects, "oa{sa{sv}}", [&] {
+        const auto path = readName(objects, SD_BUS_TYPE_OBJECT_PATH);
+        m_objects.learn(path, readInterfaces(objects));
+    });
+    m_objects.learnt();
+}
+
+// Signals from before the snapshot are in it already: they come before there is an owner.
 int BluezClient::onInterfacesAdded(sd_bus_message* message, void* data, sd_bus_error*) {
     auto* const self = static_cast<BluezClient*>(data);
-    self->handle([&] {
+    if (!self->m_peer.isFromOwner(message)) {
+        return 0;
+    }
+    self->m_peer.handle([&] {
         const auto path = readName(message, SD_BUS_TYPE_OBJECT_PATH);
-        readInterfaces(message, [&](const std::string& interface, Properties properties) {
-            self->m_objects.add(path, interface, std::move(properties));
-        });
+        self->m_objects.add(path, readInterfaces(message));
     });
     return 0;
 }
 
 int BluezClient::onInterfacesRemoved(sd_bus_message* message, void* data, sd_bus_error*) {
     auto* const self = static_cast<BluezClient*>(data);
-    self->handle([&] {
+    if (!self->m_peer.isFromOwner(message)) {
+        return 0;
+    }
+    self->m_peer.handle([&] {
         const auto path = readName(message, SD_BUS_TYPE_OBJECT_PATH);
-        for (const auto& interface : readNames(message)) {
-            self->m_objects.remove(path, interface);
-        }
+        self->m_objects.remove(path, readNames(message));
     });
     return 0;
 }
 
 int BluezClient::onPropertiesChanged(sd_bus_message* message, void* data, sd_bus_error*) {
     auto* const self = static_cast<BluezClient*>(data);
-    self->handle([&] {
+    if (!self->m_peer.isFromOwner(message)) {
+        return 0;
+    }
+    self->m_peer.handle([&] {
         const std::string path = sd_bus_message_get_path(message);
         const auto interface = readName(message, SD_BUS_TYPE_STRING);
         const auto changed = readProperties(message);

@@ -2,8 +2,12 @@
 // Where there is no bus or no BlueZ it waits in silence for either.
 #pragma once
 
+#include "BluezAgent.h"
 #include "BluezObjects.h"
+#include "BluezPeer.h"
 #include "BusPump.h"
+#include "KeyReporter.h"
+#include "ProfileSockets.h"
 
 #include <Ecore.h>
 #include <systemd/sd-bus.h>
@@ -11,6 +15,10 @@
 #include <memory>
 
 namespace corvane::host {
+
+struct SlotReleaser {
+    void operator()(sd_bus_slot* slot) const { sd_bus_slot_unref(slot); }
+};
 
 /// Owner: Product. Threads: main thread, after ecore_init(). Destroying it is silent.
 /// Errors: std::bad_alloc; what a callback throws leaves through the main loop.
@@ -25,11 +33,10 @@ private:
     void connect();
     bool watch();
     void requestObjects();
-    void connectLater();
+    void retryLater();
+    void retry();
     void onLost();
-
-    template <typename Body>
-    void handle(Body&& body);
+    void learn(sd_bus_message* objects);
 
     static int onOwnerChanged(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onObjects(sd_bus_message* message, void* self, sd_bus_error* error);
@@ -37,8 +44,13 @@ private:
     static int onInterfacesRemoved(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onPropertiesChanged(sd_bus_message* message, void* self, sd_bus_error* error);
 
+    BluezPeer m_peer;
     BluezObjects m_objects;
+    BluezAgent m_agent;
+    ProfileSockets m_sockets;
+    KeyReporter m_keys;
     std::unique_ptr<BusPump> m_pump;
+    std::unique_ptr<sd_bus_slot, SlotReleaser> m_request;  // for the objects; null once answered
     Ecore_Timer* m_retry = nullptr;
 };
 

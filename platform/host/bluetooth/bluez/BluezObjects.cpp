@@ -1,139 +1,180 @@
-// What is known of BlueZ's objects, and the events that follow from its changes.
+// What is known of BlueZ's objects. Every change of theirs goes through here and
+// on to the reporters, which make events of it.
 #include "BluezObjects.h"
 
-#include "CallbackSlot.h"
+#include "BluezNames.h"
 
-#include <bluetooth.h>
-
-#include <string_view>
+#include <iterator>
 #include <utility>
 
 namespace corvane::host {
 
-namespace {
-
-constexpr std::string_view adapterInterface = "org.bluez.Adapter1";
-constexpr std::string_view deviceInterface = "org.bluez.Device1";
-
-std::string textOf(const Properties& properties, std::string_view name) {
-    const auto* const text = findProperty<std::string>(properties, name);
-    return text == nullptr ? std::string() : *text;
+void BluezObjects::addReporter(std::unique_ptr<BluezReporter> reporter) {
+    m_reporters.push_back(std::move(reporter));
 }
 
-bool isConnected(const Properties& device) {
-    const auto* const connected = findProperty<bool>(device, "Connected");
-    return connected != nullptr && *connected;
+void BluezObjects::learn(const std::string& path, Interfaces interfaces) {
+    noteAddress(path, interfaces);
+    m_objects.insert_or_assign(path, std::move(interfaces));
 }
 
-// BlueZ doesn't tell the link of a connection. Only an LE device has a random address or
-// no class.
-bt_device_connection_link_type_e linkOf(const Properties& device) {
-    const bool isLe = textOf(device, "AddressType") == "random" ||
-                      findProperty<std::uint32_t>(device, "Class") == nullptr;
-    return isLe ? BT_DEVICE_LINK_LE : BT_DEVICE_LINK_BREDR;
-}
-
-void reportName(std::string name) {
-    slotOf<&bt_adapter_set_name_changed_cb>.deliver(name.data());
-}
-
-void reportConnection(const Properties& device, bool connected) {
-    auto address = textOf(device, "Address");
-    bt_device_connection_info_s info{address.data(), linkOf(device),
-                                     BT_DEVICE_DISCONNECT_REASON_UNKNOWN};
-    slotOf<&bt_device_set_connection_state_changed_cb>.deliver(connected, &info);
-}
-
-}  // namespace
-
-BluezObjects::Objects* BluezObjects::objectsOf(const std::string& interface) {
-    if (interface == adapterInterface) {
-        return &m_adapters;
+void BluezObjects::learnt() {
+    for (const auto& reporter : m_reporters) {
+        try {
+            reporter->onSnapshot(*this);
+        } catch (...) {
+            m_kept = m_kept ? m_kept : std::current_exception();
+        }
     }
-    return interface == deviceInterface ? &m_devices : nullptr;
+    throwKept();
 }
 
-void BluezObjects::learn(const std::string& path, const std::string& interface,
-                         Properties properties) {
-    if (auto* const objects = objectsOf(interface)) {
-        objects->insert_or_assign(path, std::move(properties));
+void BluezObjects::add(const std::string& path, Interfaces interfaces) {
+    const bool isFound = interfaces.contains(deviceInterface) && !m_objects.contains(path);
+    noteAddress(path, interfaces);
+    auto& object = m_objects[path];
+    Interfaces known;
+    std::vector<const Interfaces::value_type*> added;
+    for (auto& [name, properties] : interfaces) {
+        if (object.contains(name)) {
+            known.emplace(name, std::move(properties));
+        } else {
+            added.push_back(&*object.emplace(name, std::move(properties)).first);
+        }
     }
-}
-
-void BluezObjects::add(const std::string& path, const std::string& interface,
-                       Properties properties) {
-    const auto* const objects = objectsOf(interface);
-    if (objects != nullptr && objects->contains(path)) {
-        change(path, interface, properties, {});
-    } else {
-        learn(path, interface, std::move(properties));
-        reportAdapterState();
+    for (const auto* const interface : added) {
+        report({*this, path, interface->first, nullptr, &interface->second, isFound});
     }
+    for (const auto& [name, properties] : known) {
+        changeOne(path, name, properties, {});
+    }
+    throwKept();
 }
 
 void BluezObjects::change(const std::string& path, const std::string& interface,
                           const Properties& changed, const std::vector<std::string>& invalidated) {
-    auto* const objects = objectsOf(interface);
-    if (objects == nullptr || !objects->contains(path)) {
+    changeOne(path, interface, changed, invalidated);
+    throwKept();
+}
+
+void BluezObjects::changeOne(const std::string& path, const std::string& interface,
+                             const Properties& changed,
+                             const std::vector<std::string>& invalidated) {
+    const auto object = m_objects.find(path);
+    if (object == m_objects.end() || !object->second.contains(interface)) {
         return;
     }
-    auto& object = objects->at(path);
-    const auto before = object;
+    auto& now = object->second.at(interface);
+    const auto before = now;
     for (const auto& name : invalidated) {
-        object.erase(name);
+        now.erase(name);
     }
     for (const auto& [name, value] : changed) {
-        object.insert_or_assign(name, value);
+        now.insert_or_assign(name, value);
     }
-    if (objects == &m_devices) {
-        if (isConnected(object) != isConnected(before)) {
-            reportConnection(object, isConnected(object));
-        }
-        return;
-    }
-    const bool isTheAdapter = path == m_adapters.begin()->first;
-    const auto name = textOf(object, "Alias");
-    reportAdapterState();
-    if (isTheAdapter && !name.empty() && name != textOf(before, "Alias")) {
-        reportName(name);
+    noteAddress(path, object->second);
+    if (now != before) {
+        report({*this, path, interface, &before, &now, false});
     }
 }
 
-void BluezObjects::remove(const std::string& path, const std::string& interface) {
-    auto* const objects = objectsOf(interface);
-    if (objects == nullptr) {
-        return;
+void BluezObjects::remove(const std::string& path, const std::vector<std::string>& interfaces) {
+    for (const auto& interface : interfaces) {
+        removeOne(path, interface);
     }
-    const auto removed = objects->extract(path);
-    if (objects == &m_devices && !removed.empty() && isConnected(removed.mapped())) {
-        reportConnection(removed.mapped(), false);
-    }
-    reportAdapterState();
+    throwKept();
 }
 
+// From the last path to the first: what belongs to an adapter before the adapter.
 void BluezObjects::removeAll() {
-    m_adapters.clear();
-    m_devices.clear();
-    reportAdapterState();
+    while (!m_objects.empty()) {
+        const auto path = std::prev(m_objects.end())->first;
+        const auto interface = m_objects.at(path).begin();
+        if (interface == m_objects.at(path).end()) {
+            m_objects.erase(path);
+        } else {
+            removeOne(path, std::string(interface->first));
+        }
+    }
+    throwKept();
 }
 
-std::optional<bool> BluezObjects::adapterPowered() const {
-    if (m_adapters.empty()) {
-        return std::nullopt;
+void BluezObjects::removeOne(const std::string& path, const std::string& interface) {
+    const auto object = m_objects.find(path);
+    if (object == m_objects.end()) {
+        return;
     }
-    const auto* const powered = findProperty<bool>(m_adapters.begin()->second, "Powered");
-    return powered == nullptr ? std::nullopt : std::optional(*powered);
+    const auto removed = object->second.extract(interface);
+    if (object->second.empty()) {
+        m_objects.erase(object);
+    }
+    if (!removed.empty()) {
+        report({*this, path, interface, &removed.mapped(), nullptr, false});
+    }
+    forgetAddresses();
 }
 
-void BluezObjects::reportAdapterState() {
-    auto powered = adapterPowered();
-    if (!powered && m_reportedPowered) {
-        powered = false;
+const Properties* BluezObjects::find(const std::string& path, std::string_view interface) const {
+    const auto object = m_objects.find(path);
+    if (object == m_objects.end()) {
+        return nullptr;
     }
-    if (powered != m_reportedPowered) {
-        m_reportedPowered = powered;
-        slotOf<&bt_adapter_set_state_changed_cb>.deliver(
-            0, *powered ? BT_ADAPTER_STATE_ON : BT_ADAPTER_STATE_OFF);
+    const auto found = object->second.find(interface);
+    return found == object->second.end() ? nullptr : &found->second;
+}
+
+std::string BluezObjects::addressOf(const std::string& devicePath) const {
+    const auto found = m_addresses.find(devicePath);
+    return found == m_addresses.end() ? std::string() : found->second;
+}
+
+std::string BluezObjects::adapterPath() const {
+    for (const auto& [path, interfaces] : m_objects) {
+        if (interfaces.contains(adapterInterface)) {
+            return path;
+        }
+    }
+    return {};
+}
+
+void BluezObjects::forEach(
+    std::string_view interface,
+    const std::function<void(const std::string&, const Properties&)>& use) const {
+    for (const auto& [path, interfaces] : m_objects) {
+        if (const auto found = interfaces.find(interface); found != interfaces.end()) {
+            use(path, found->second);
+        }
+    }
+}
+
+// Kept when the device is removed: its audio and its remote control may go after it.
+void BluezObjects::noteAddress(const std::string& path, const Interfaces& interfaces) {
+    if (const auto found = interfaces.find(deviceInterface); found != interfaces.end()) {
+        m_addresses[path] = propertyOr<std::string>(&found->second, "Address");
+    }
+}
+
+// Those of devices of which nothing is left.
+void BluezObjects::forgetAddresses() {
+    std::erase_if(m_addresses, [this](const auto& entry) {
+        const auto rest = m_objects.lower_bound(entry.first);
+        return rest == m_objects.end() || !rest->first.starts_with(entry.first);
+    });
+}
+
+void BluezObjects::report(const Change& change) {
+    for (const auto& reporter : m_reporters) {
+        try {
+            reporter->onChange(change);
+        } catch (...) {
+            m_kept = m_kept ? m_kept : std::current_exception();
+        }
+    }
+}
+
+void BluezObjects::throwKept() {
+    if (m_kept) {
+        std::rethrow_exception(std::exchange(m_kept, nullptr));
     }
 }
 

@@ -1,45 +1,71 @@
-// What is known of BlueZ's objects, and the events that follow from its changes.
-// What is merely found is no event, except the state of the adapter.
+// What is known of BlueZ's objects. Every change of theirs goes through here and
+// on to the reporters, which make events of it.
 #pragma once
 
+#include "BluezReporter.h"
 #include "Properties.h"
 
+#include <exception>
+#include <functional>
 #include <map>
-#include <optional>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvane::host {
 
-/// The platform knows one adapter: the first in the order of the object paths.
-///
 /// Owner: BluezClient. Threads: main thread; the callbacks are called on it.
-/// Errors: std::bad_alloc, and what a callback throws, after the change has been noted.
+/// Errors: std::bad_alloc, and the first exception of a callback, after the change has been
+/// noted and reported by all reporters.
 class BluezObjects {
 public:
-    /// An object found to exist; no event. After all of them: reportAdapterState().
-    void learn(const std::string& path, const std::string& interface, Properties properties);
-    void reportAdapterState();
+    using Interfaces = std::map<std::string, Properties, std::less<>>;
 
-    /// An interface was added: to a new object, or once more with all its properties.
-    void add(const std::string& path, const std::string& interface, Properties properties);
+    void addReporter(std::unique_ptr<BluezReporter> reporter);
+
+    /// An object found to exist. After all of them: learnt().
+    void learn(const std::string& path, Interfaces interfaces);
+    void learnt();
+
+    /// Interfaces were added, to a new object or to a known one; of an interface that was
+    /// there already these are all its properties once more.
+    void add(const std::string& path, Interfaces interfaces);
 
     void change(const std::string& path, const std::string& interface, const Properties& changed,
                 const std::vector<std::string>& invalidated);
-    void remove(const std::string& path, const std::string& interface);
+    void remove(const std::string& path, const std::vector<std::string>& interfaces);
 
     /// BlueZ, or the bus, has gone.
     void removeAll();
 
+    /// The properties of an interface, or null.
+    const Properties* find(const std::string& path, std::string_view interface) const;
+
+    /// The address of a device, also after its removal while anything below it is left.
+    std::string addressOf(const std::string& devicePath) const;
+
+    /// The platform knows one adapter: the first in the order of the object paths. Empty if
+    /// there is none.
+    std::string adapterPath() const;
+
+    /// Calls `use(path, properties)` for every object that has the interface.
+    void forEach(std::string_view interface,
+                 const std::function<void(const std::string&, const Properties&)>& use) const;
+
 private:
-    using Objects = std::map<std::string, Properties>;
+    void noteAddress(const std::string& path, const Interfaces& interfaces);
+    void forgetAddresses();
+    void changeOne(const std::string& path, const std::string& interface, const Properties& changed,
+                   const std::vector<std::string>& invalidated);
+    void removeOne(const std::string& path, const std::string& interface);
+    void report(const Change& change);
+    void throwKept();
 
-    Objects* objectsOf(const std::string& interface);
-    std::optional<bool> adapterPowered() const;
-
-    Objects m_adapters;
-    Objects m_devices;
-    std::optional<bool> m_reportedPowered;
+    std::map<std::string, Interfaces> m_objects;
+    std::map<std::string, std::string> m_addresses;
+    std::vector<std::unique_ptr<BluezReporter>> m_reporters;
+    std::exception_ptr m_kept;
 };
 
 }  // namespace corvane::host

@@ -14,7 +14,12 @@
 
 namespace corvane::host {
 
-using Property = std::variant<bool, std::uint32_t, std::string>;
+/// The bytes of a{qv} entries, one after the other: two little-endian bytes of the key,
+/// then the entry's own.
+using KeyedBytes = std::vector<char>;
+
+using Property = std::variant<bool, std::uint8_t, std::int16_t, std::uint16_t, std::uint32_t,
+                              std::string, std::vector<std::string>, KeyedBytes>;
 using Properties = std::map<std::string, Property, std::less<>>;
 
 /// The value of that name, or null if there is none or it has another type.
@@ -22,6 +27,13 @@ template <typename T>
 const T* findProperty(const Properties& properties, std::string_view name) {
     const auto found = properties.find(name);
     return found == properties.end() ? nullptr : std::get_if<T>(&found->second);
+}
+
+/// The same, or an empty value; also for an interface that isn't there.
+template <typename T>
+T propertyOr(const Properties* properties, std::string_view name, T otherwise = {}) {
+    const auto* const value = properties == nullptr ? nullptr : findProperty<T>(*properties, name);
+    return value == nullptr ? otherwise : *value;
 }
 
 /// What comes next in a message isn't what belongs there.
