@@ -6,7 +6,6 @@
 
 #include <iostream>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace corvane::tool {
@@ -14,33 +13,29 @@ namespace corvane::tool {
 namespace {
 
 struct Words {
-    std::string socket;
     std::string event;
     std::vector<std::string> arguments;
 };
 
-std::string resultText(unsigned called) {
+void emit(const std::string& socket, const Words& words) {
+    const auto& event = eventNamed(words.event);
+    const auto values = parseArguments(event, words.arguments);
+    InjectPeer daemon(socketPath(socket));
+    const unsigned called = daemon.emit(event, values);
+    std::cout << event.name << ": " << deliveredText(called) << '\n';
+}
+
+}  // namespace
+
+std::string deliveredText(unsigned called) {
     if (called == 0) {
         return "nobody subscribed";
     }
     return "delivered to " + std::to_string(called) + (called == 1 ? " callback" : " callbacks");
 }
 
-void emit(const Words& words) {
-    const auto& event = eventNamed(words.event);
-    const auto values = parseArguments(event, words.arguments);
-    const unsigned called = emitEvent(socketPath(words.socket), event, values);
-    std::cout << event.name << ": " << resultText(called) << '\n';
-}
-
-}  // namespace
-
-void addEmitCommand(CLI::App& app) {
+void addEmitCommand(CLI::App& app, const std::string& socket) {
     const auto words = std::make_shared<Words>();
-    app.add_option("--socket", words->socket,
-                   "Socket of the daemon; else CORVANE_INJECT_SOCKET, else\n"
-                   "$XDG_RUNTIME_DIR/corvane/inject.sock, else /run/corvane/inject.sock")
-        ->type_name("PATH");
     auto* const command = app.add_subcommand("emit", "Make a running daemon deliver an event");
     command->fallthrough();
     command->add_option("EVENT", words->event, "Name of the event, as `corvane list` shows it")
@@ -54,7 +49,7 @@ void addEmitCommand(CLI::App& app) {
         "Example:\n"
         "  corvane emit bt-device-bond-created remote_name=Headset service_uuid=110b,110e \\\n"
         "      manufacturer_data=0a0b is_bonded=true");
-    command->callback([words] { emit(*words); });
+    command->callback([words, &socket] { emit(socket, *words); });
 }
 
 }  // namespace corvane::tool

@@ -3,9 +3,15 @@
 
 #include <CLI/CLI.hpp>
 
+#include <string>
+
 namespace corvane::tool {
 
-/// Errors leave the parse as std::runtime_error.
-void addEmitCommand(CLI::App& app);
+/// `socket`, as the command line gives it, is read when the command runs. Errors leave the
+/// parse as std::runtime_error. The same holds for the other commands.
+void addEmitCommand(CLI::App& app, const std::string& socket);
+
+/// What became of an event, in words.
+std::string deliveredText(unsigned called);
 
 }  // namespace corvane::tool

@@ -1,20 +1,22 @@
 // The daemon's end of injection, as the command sees it.
 #include "InjectPeer.h"
 
-#include "ValueText.h"
+#include "EmitMessage.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <systemd/sd-bus.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
-#include <span>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace corvane::tool {
 
@@ -22,15 +24,13 @@ using namespace corvane::host;
 
 namespace {
 
-struct BusDeleter {
-    void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
-};
-using BusPtr = std::unique_ptr<sd_bus, BusDeleter>;
+constexpr const char* objectPath = "/org/corvane/Inject";
+constexpr const char* interfaceName = "org.corvane.Inject1";
 
-struct MessageDeleter {
+struct MessageReleaser {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
-using MessagePtr = std::unique_ptr<sd_bus_message, MessageDeleter>;
+using MessagePtr = std::unique_ptr<sd_bus_message, MessageReleaser>;
 
 std::string textOf(int error) {
     return std::generic_category().message(error);
@@ -59,84 +59,34 @@ int connectTo(const std::string& path) {
     return fd;
 }
 
-BusPtr openBus(const std::string& path) {
-    sd_bus* made = nullptr;
-    check(sd_bus_new(&made), "no connection can be made");
-    BusPtr bus(made);
-    const int fd = connectTo(path);
-    check(sd_bus_set_fd(made, fd, fd), "no connection can be made");
-    check(sd_bus_start(made), "no connection can be made");
-    return bus;
+MessagePtr newCall(sd_bus* bus, const char* method) {
+    sd_bus_message* made = nullptr;
+    check(sd_bus_message_new_method_call(bus, &made, nullptr, objectPath, interfaceName, method),
+          "no message can be made");
+    return MessagePtr(made);
 }
 
-int appendValue(sd_bus_message* message, const Field& field, const Values& values) {
-    switch (field.kind) {
-        case Kind::Integer:
-            return sd_bus_message_append(message, "i", values.get<int>(field.name));
-        case Kind::Boolean:
-            return sd_bus_message_append(message, "b", values.get<bool>(field.name) ? 1 : 0);
-        case Kind::Text:
-            return sd_bus_message_append(message, "s", values.get<std::string>(field.name).c_str());
-        case Kind::Enumeration:
-            return sd_bus_message_append(message, "s",
-                                         std::to_string(values.get<int>(field.name)).c_str());
-        case Kind::Bytes: {
-            const auto& bytes = values.get<Bytes>(field.name);
-            return sd_bus_message_append_array(message, 'y', bytes.data(), bytes.size());
-        }
-        case Kind::Uuids:
-        case Kind::Record:
-            break;
-    }
-    int result = sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "s");
-    for (const auto& uuid : values.get<Uuids>(field.name)) {
-        result = result < 0 ? result : sd_bus_message_append(message, "s", uuid.c_str());
-    }
-    return result < 0 ? result : sd_bus_message_close_container(message);
-}
-
-void append(sd_bus_message* message, std::span<const Field> fields, const Values& values);
-
-void appendRecord(sd_bus_message* message, const Field& record, const Values& values) {
-    check(sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "{sv}"), record.name);
-    for (const auto& field : record.fields) {
-        check(sd_bus_message_open_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv"), field.name);
-        check(sd_bus_message_append(message, "s", field.name), field.name);
-        check(sd_bus_message_open_container(message, SD_BUS_TYPE_VARIANT, signatureOf(field.kind)),
-              field.name);
-        append(message, {&field, 1}, values);
-        check(sd_bus_message_close_container(message), field.name);
-        check(sd_bus_message_close_container(message), field.name);
-    }
-    check(sd_bus_message_close_container(message), record.name);
-}
-
-void append(sd_bus_message* message, std::span<const Field> fields, const Values& values) {
-    for (const auto& field : fields) {
-        if (field.kind == Kind::Record) {
-            appendRecord(message, field, values);
-        } else {
-            if (appendValue(message, field, values) < 0) {
-                throw std::runtime_error(std::string(field.name) + " must be " +
-                                         allowedText(field));
-            }
-        }
-    }
-}
-
-unsigned call(sd_bus* bus, sd_bus_message* message) {
+MessagePtr call(sd_bus* bus, sd_bus_message* message) {
     sd_bus_error error = SD_BUS_ERROR_NULL;
     sd_bus_message* received = nullptr;
-    const int result = sd_bus_call(bus, message, 0, &error, &received);
-    const MessagePtr reply(received);
+    // A callback may take its time: no limit but the daemon's end.
+    const int result = sd_bus_call(bus, message, UINT64_MAX, &error, &received);
     if (result < 0) {
         const std::string text = error.message == nullptr ? textOf(-result) : error.message;
         sd_bus_error_free(&error);
         throw std::runtime_error(text);
     }
-    std::uint32_t called = 0;
-    check(sd_bus_message_read(received, "u", &called), "the daemon's answer can't be read");
-    return called;
+    return MessagePtr(received);
+}
+
+// Milliseconds for poll(), rounded up.
+int remaining(InjectPeer::Limit limit) {
+    if (!limit) {
+        return -1;
+    }
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(*limit - std::chrono::steady_clock::now());
+    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 60000));
 }
 
 }  // namespace
@@ -152,15 +102,81 @@ std::string socketPath(const std::string& given) {
     return std::string(runtime == nullptr ? "/run" : runtime) + "/corvane/inject.sock";
 }
 
-unsigned emitEvent(const std::string& path, const Event& event, const Values& values) {
-    const auto bus = openBus(path);
-    sd_bus_message* made = nullptr;
-    check(sd_bus_message_new_method_call(bus.get(), &made, nullptr, "/org/corvane/Inject",
-                                         "org.corvane.Inject1", methodName(event).c_str()),
-          "no message can be made");
-    const MessagePtr message(made);
-    append(made, event.arguments, values);
-    return call(bus.get(), made);
+InjectPeer::InjectPeer(const std::string& path) {
+    constexpr const char* failure = "no connection can be made";
+    sd_bus* made = nullptr;
+    check(sd_bus_new(&made), failure);
+    m_bus.reset(made);
+    const int fd = connectTo(path);
+    check(sd_bus_set_fd(made, fd, fd), failure);
+    check(sd_bus_add_filter(made, nullptr, &InjectPeer::onMessage, this), failure);
+    check(sd_bus_start(made), failure);
+}
+
+unsigned InjectPeer::emit(const Event& event, const Values& values) {
+    const auto message = newCall(m_bus.get(), methodName(event).c_str());
+    appendArguments(message.get(), event.arguments, values);
+    const auto reply = call(m_bus.get(), message.get());
+    std::uint32_t called = 0;
+    check(sd_bus_message_read(reply.get(), "u", &called), "the daemon's answer can't be read");
+    return called;
+}
+
+std::vector<std::string> InjectPeer::watch() {
+    const auto reply = call(m_bus.get(), newCall(m_bus.get(), "Watch").get());
+    std::vector<std::string> events;
+    check(sd_bus_message_enter_container(reply.get(), SD_BUS_TYPE_ARRAY, "s"),
+          "the daemon's answer can't be read");
+    const char* event = nullptr;
+    while (sd_bus_message_read_basic(reply.get(), SD_BUS_TYPE_STRING, &event) > 0) {
+        events.emplace_back(event);
+    }
+    return events;
+}
+
+std::optional<Notice> InjectPeer::nextNotice(Limit limit, int stop) {
+    while (true) {
+        int result = 1;
+        while (m_notices.empty() && result > 0) {
+            result = sd_bus_process(m_bus.get(), nullptr);
+        }
+        if (!m_notices.empty()) {
+            auto notice = std::move(m_notices.front());
+            m_notices.pop_front();
+            return notice;
+        }
+        if (result < 0) {
+            throw std::runtime_error("the daemon has gone");
+        }
+        std::array<pollfd, 2> fds{pollfd{sd_bus_get_fd(m_bus.get()),
+                                         static_cast<short>(sd_bus_get_events(m_bus.get())), 0},
+                                  pollfd{stop, POLLIN, 0}};
+        const int ready = poll(fds.data(), fds.size(), remaining(limit));
+        const bool isLate = limit && std::chrono::steady_clock::now() >= *limit;
+        if (fds[1].revents != 0 || (ready == 0 && isLate)) {
+            return std::nullopt;
+        }
+    }
+}
+
+int InjectPeer::onMessage(sd_bus_message* message, void* data, sd_bus_error*) {
+    const auto isSignal = [&](const char* name) {
+        return sd_bus_message_is_signal(message, interfaceName, name) > 0;
+    };
+    auto& notices = static_cast<InjectPeer*>(data)->m_notices;
+    const char* event = nullptr;
+    std::uint32_t called = 0;
+    if (isSignal("Delivered")) {
+        if (sd_bus_message_read(message, "su", &event, &called) >= 0) {
+            notices.push_back({Notice::Change::Delivered, event, called});
+        }
+    } else if (isSignal("Set") || isSignal("Unset")) {
+        if (sd_bus_message_read(message, "s", &event) >= 0) {
+            const auto change = isSignal("Set") ? Notice::Change::Set : Notice::Change::Unset;
+            notices.push_back({change, event});
+        }
+    }
+    return 0;
 }
 
 }  // namespace corvane::tool

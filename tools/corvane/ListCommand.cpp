@@ -1,11 +1,13 @@
 // corvane list: the events that can be injected, with their arguments.
 #include "ListCommand.h"
 
+#include "EventJson.h"
 #include "EventTable.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <iostream>
+#include <memory>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -18,33 +20,10 @@ using namespace corvane::host;
 
 using Row = std::vector<std::string>;
 
-std::string typeOf(const Field& field) {
-    switch (field.kind) {
-        case Kind::Integer:
-            return "integer";
-        case Kind::Boolean:
-            return "boolean";
-        case Kind::Text:
-            return "text";
-        case Kind::Enumeration:
-            return "one of";
-        case Kind::Bytes:
-            return "bytes";
-        case Kind::Uuids:
-            return "uuids";
-        case Kind::Record:
-            return "record";
-    }
-    return "";
-}
-
-std::string allowedNames(const Field& field) {
-    if (field.kind == Kind::Boolean) {
-        return "true|false";
-    }
+std::string joinedNames(const Field& field) {
     std::string names;
-    for (const auto& entry : field.allowed) {
-        names += (names.empty() ? "" : "|") + std::string(entry.name);
+    for (const auto& name : valueNames(field)) {
+        names += (names.empty() ? "" : "|") + name;
     }
     return names;
 }
@@ -55,7 +34,7 @@ void addRows(std::vector<Row>& rows, std::span<const Field> fields, const std::s
             addRows(rows, field.fields, field.name);
         } else {
             rows.push_back(
-                {field.name, record, typeOf(field), field.defaultText, allowedNames(field)});
+                {field.name, record, typeName(field.kind), field.defaultText, joinedNames(field)});
         }
     }
 }
@@ -94,9 +73,19 @@ std::string listText() {
     return text;
 }
 
+std::string listJson() {
+    auto list = nlohmann::ordered_json::array();
+    for (const auto& event : allEvents()) {
+        list.push_back(eventJson(event));
+    }
+    return list.dump(2) + '\n';
+}
+
 void addListCommand(CLI::App& app) {
     auto* const command = app.add_subcommand("list", "Show the events and their arguments");
-    command->callback([] { std::cout << listText(); });
+    const auto asJson = std::make_shared<bool>(false);
+    command->add_flag("--json", *asJson, "As a JSON array with an object for each event");
+    command->callback([asJson] { std::cout << (*asJson ? listJson() : listText()); });
 }
 
 }  // namespace corvane::tool

@@ -13,4 +13,7 @@ void addListCommand(CLI::App& app);
 /// type, default and what is allowed.
 std::string listText();
 
+/// The same as JSON.
+std::string listJson();
+
 }  // namespace corvane::tool

@@ -1,11 +1,16 @@
 // The developer's command of Corvane.
+#include "CompleteCommand.h"
 #include "EmitCommand.h"
 #include "ListCommand.h"
+#include "PlayCommand.h"
+#include "Scenario.h"
+#include "WatchCommand.h"
 
 #include <CLI/CLI.hpp>
 
 #include <exception>
 #include <iostream>
+#include <string>
 
 int main(int argc, char** argv) {
     CLI::App app{"Tries out Corvane and its plugins without a device.", "corvane"};
@@ -15,13 +20,24 @@ int main(int argc, char** argv) {
         "Start the daemon with a socket for injection, then make events:\n"
         "  CORVANE_INJECT_SOCKET=/tmp/inject.sock corvaned &\n"
         "  corvane --socket /tmp/inject.sock emit bt-adapter-state-changed state=off");
+    std::string socket;
+    app.add_option("--socket", socket,
+                   "Socket of the daemon; else CORVANE_INJECT_SOCKET, else\n"
+                   "$XDG_RUNTIME_DIR/corvane/inject.sock, else /run/corvane/inject.sock")
+        ->type_name("PATH");
     corvane::tool::addListCommand(app);
-    corvane::tool::addEmitCommand(app);
+    corvane::tool::addEmitCommand(app, socket);
+    corvane::tool::addWatchCommand(app, socket);
+    corvane::tool::addPlayCommand(app, socket);
+    corvane::tool::addCompleteCommand(app);
     try {
         app.parse(argc, argv);
         return 0;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
+    } catch (const corvane::tool::ScenarioError& error) {
+        std::cerr << "corvane: " << error.what() << '\n';
+        return 2;
     } catch (const std::exception& error) {
         std::cerr << "corvane: " << error.what() << '\n';
         return 1;
