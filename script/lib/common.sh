@@ -41,5 +41,7 @@ build_preset() {
     quietly cmake --build --preset "$preset"
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libefl-all-dev libsystemd-dev libcli11-dev)
-TEST_PACKAGES=(libgtest-dev libgmock-dev dbus python3-dbusmock python3-gi systemd libglib2.0-bin)
+BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libefl-all-dev libsystemd-dev libcli11-dev
+                nlohmann-json3-dev libinih-dev libpulse-dev)
+TEST_PACKAGES=(libgtest-dev libgmock-dev dbus python3-dbusmock python3-gi systemd libglib2.0-bin
+               pulseaudio pulseaudio-utils)

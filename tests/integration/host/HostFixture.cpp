@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <chrono>
+#include <fstream>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -33,10 +34,15 @@ void HostFixture::startDaemon(const std::string& plugin,
         {DAEMON},
         m_directory,
         {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
+         {"CORVANE_PLATFORM_CONF", "/dev/null"},
          {"CORVANE_INJECT_SOCKET", socket()},
-         {"CORVANE_LOG_LEVEL", "info"}},
-        {"ECORE_NO_SYSTEM_MODULES"}};
-    options.environment.insert(environment.begin(), environment.end());
+         {"CORVANE_LOG_LEVEL", "info"},
+         {"XDG_RUNTIME_DIR", m_directory},
+         {"HOME", m_directory}},
+        {"ECORE_NO_SYSTEM_MODULES", "PULSE_SERVER"}};
+    for (const auto& [name, value] : environment) {
+        options.environment[name] = value;
+    }
     m_daemon = std::make_unique<ChildProcess>(options);
     ASSERT_TRUE(m_daemon->waitForLine("end init func")) << m_daemon->errors();
 }
@@ -48,15 +54,29 @@ std::string HostFixture::nextLine(const std::string& text) {
 }
 
 std::string HostFixture::nextEvent(const std::string& event) {
-    const auto head = "I EVENT_LOG: " + event + ' ';
+    const auto head = "I EVENT_LOG: " + event;
     const auto line = nextLine(head);
-    return line.empty() ? line : line.substr(line.find(head) + head.size());
+    const auto rest = line.empty() ? line : line.substr(line.find(head) + head.size());
+    return rest.starts_with(' ') ? rest.substr(1) : rest;
 }
 
 ChildProcess::Result HostFixture::tool(const std::vector<std::string>& arguments) const {
     std::vector<std::string> command{TOOL, "--socket", socket()};
     command.insert(command.end(), arguments.begin(), arguments.end());
     return ChildProcess::run({command});
+}
+
+std::unique_ptr<ChildProcess> HostFixture::startTool(
+    const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command{TOOL, "--socket", socket()};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return std::make_unique<ChildProcess>(ChildProcess::Options{command});
+}
+
+std::map<std::string, std::string> HostFixture::withSettings(const std::string& text) const {
+    const auto path = m_directory / "platform.conf";
+    std::ofstream(path) << text;
+    return {{"CORVANE_PLATFORM_CONF", path}};
 }
 
 ChildProcess::Result HostFixture::runAnyhow(std::vector<std::string> command) const {

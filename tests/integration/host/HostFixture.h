@@ -34,6 +34,12 @@ protected:
     /// Runs `corvane` with the daemon's socket.
     ChildProcess::Result tool(const std::vector<std::string>& arguments) const;
 
+    /// Starts `corvane` with the daemon's socket.
+    std::unique_ptr<ChildProcess> startTool(const std::vector<std::string>& arguments) const;
+
+    /// Writes a file of settings; returns the environment with which a daemon reads it.
+    std::map<std::string, std::string> withSettings(const std::string& text) const;
+
     /// Runs any program where the private bus is the system bus. Expects success.
     std::string run(std::vector<std::string> command) const;
     ChildProcess::Result runAnyhow(std::vector<std::string> command) const;

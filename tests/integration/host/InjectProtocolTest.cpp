@@ -92,6 +92,25 @@ TEST_F(InjectProtocolTest, RefusesUnknownKeysAndWrongTypesInRecords) {
     expectAlive();
 }
 
+TEST_F(InjectProtocolTest, RefusesCountsThatReadBeyondTheEnd) {
+    EXPECT_THAT(refused({"BtDeviceServiceSearched", "ia{sv}", "0", "1", "service_count", "i", "3"}),
+                HasSubstr("service_count can't be 3 with 2 in service_uuid"));
+    EXPECT_THAT(refused({"BtDeviceServiceSearched", "ia{sv}", "0", "2", "service_uuid", "as", "0",
+                         "service_count", "i", "1"}),
+                HasSubstr("service_count can't be 1 with 0 in service_uuid"));
+    EXPECT_THAT(refused({"BtDeviceBondCreated", "ia{sv}", "0", "1", "service_count", "i", "3"}),
+                HasSubstr("with an empty service_uuid it may have any value"));
+    EXPECT_THAT(toolError({"emit", "bt-adapter-device-discovery-state-changed",
+                           "service_uuid=", "service_count=1"}),
+                HasSubstr("service_count can't be 1 with 0 in service_uuid"));
+    expectAlive();
+}
+
+TEST_F(InjectProtocolTest, RefusesToLeaveOutARecordThatMustBeThere) {
+    EXPECT_THAT(refused({"BtSocketDataReceived", "a{sv}", "1", "present", "b", "false"}),
+                HasSubstr("received has no field \"present\"; its fields are socket_fd, data"));
+}
+
 TEST_F(InjectProtocolTest, RefusesArgumentsOfWrongTypesAndUnknownMethods) {
     EXPECT_THAT(refused({"BtAdapterStateChanged", "ss", "0", "on"}),
                 HasSubstr("Invalid arguments 'ss'"));

@@ -122,9 +122,11 @@ std::map<std::string, std::string> Sandbox::environment() const {
     return {
         {"ECORE_NO_SYSTEM_MODULES", "1"},
         {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "no-bus").string()},
+        {"CORVANE_PLATFORM_CONF", "/dev/null"},
         {"CORVANE_SYSTEM_INFO", "system-info.conf"},
         {"CORVANE_INJECT_SOCKET", "inject"},
         {"CORVANE_LOG_LEVEL", "debug"},
+        {"XDG_RUNTIME_DIR", m_directory},
         {"LD_PRELOAD", PLATFORM_RECORDER},
         {"ASAN_OPTIONS", withOption("ASAN_OPTIONS", m_checkerOptions)},
         {"PLATFORM_FAILURES", m_failures},
