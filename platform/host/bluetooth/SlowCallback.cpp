@@ -1,4 +1,4 @@
-// The warning about a callback that keeps the platform's thread for too long.
+// The warning about what keeps a thread for too long: a callback, or a set or unset call.
 #include "Settings.h"
 #include "SlotObserver.h"
 
@@ -7,14 +7,15 @@
 
 namespace corvane::host {
 
-void reportIfSlow(const char* event, std::chrono::steady_clock::duration duration) {
+void reportIfSlow(const char* event, const char* what,
+                  std::chrono::steady_clock::duration duration) {
     using std::chrono::milliseconds;
     static const milliseconds limit = settings().callbacks.slow;
     if (limit.count() == 0 || duration <= limit) {
         return;
     }
     dlog_print(DLOG_PRIORITY_WARNING, "SLOW",
-               "%s: the callback kept thread %d for %lld ms; the limit is %lld ms", event,
+               "%s: the %s kept thread %d for %lld ms; the limit is %lld ms", event, what,
                static_cast<int>(gettid()),
                static_cast<long long>(std::chrono::duration_cast<milliseconds>(duration).count()),
                static_cast<long long>(limit.count()));

@@ -11,7 +11,6 @@
 #include <sound_manager_tv.h>
 
 #include <cerrno>
-#include <chrono>
 #include <mutex>
 
 namespace corvane::host {
@@ -52,6 +51,8 @@ public:
         return 0;
     }
 
+    const char* event() const { return m_event; }
+
     bool isSet() {
         const std::lock_guard lock(m_mutex);
         return m_callback != nullptr;
@@ -69,9 +70,8 @@ public:
             userData = m_userData;
         }
         if (callback != nullptr) {
-            const auto start = std::chrono::steady_clock::now();
+            const SlowWatch watch(m_event, "callback");
             callback(arguments..., userData);
-            reportIfSlow(m_event, std::chrono::steady_clock::now() - start);
         }
         const unsigned called = callback == nullptr ? 0 : 1;
         observeSlot(SlotChange::Delivered, m_event, called);
@@ -117,8 +117,12 @@ inline constexpr auto& slotOf = SlotHolder<setFunction>::slot;
 #define CALLBACK_PAIR(setFunction, unsetFunction)                                  \
     PLATFORM_API int setFunction(corvane::host::CallbackOf<&setFunction> callback, \
                                  void* userData) {                                 \
-        return corvane::host::slotOf<&setFunction>.set(callback, userData);        \
+        auto& slot = corvane::host::slotOf<&setFunction>;                          \
+        const corvane::host::SlowWatch watch(slot.event(), "set call");            \
+        return slot.set(callback, userData);                                       \
     }                                                                              \
     PLATFORM_API int unsetFunction() {                                             \
-        return corvane::host::slotOf<&setFunction>.unset();                        \
+        auto& slot = corvane::host::slotOf<&setFunction>;                          \
+        const corvane::host::SlowWatch watch(slot.event(), "unset call");          \
+        return slot.unset();                                                       \
     }

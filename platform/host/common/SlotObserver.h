@@ -26,7 +26,23 @@ inline void observeSlot(SlotChange change, const char* event, unsigned called = 
     }
 }
 
-/// Writes a warning for a callback that took longer than the limit in the settings.
-PLATFORM_API void reportIfSlow(const char* event, std::chrono::steady_clock::duration duration);
+/// Writes a warning if `what` (the callback, or a call of ours) took longer than the limit
+/// in the settings.
+PLATFORM_API void reportIfSlow(const char* event, const char* what,
+                               std::chrono::steady_clock::duration duration);
+
+/// Times its own life.
+class SlowWatch {
+public:
+    SlowWatch(const char* event, const char* what) : m_event(event), m_what(what) {}
+    ~SlowWatch() { reportIfSlow(m_event, m_what, std::chrono::steady_clock::now() - m_start); }
+    SlowWatch(const SlowWatch&) = delete;
+    SlowWatch& operator=(const SlowWatch&) = delete;
+
+private:
+    const char* m_event;
+    const char* m_what;
+    const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
 
 }  // namespace corvane::host

@@ -12,12 +12,14 @@ constexpr auto& speakerSlot = corvane::host::slotOf<&sound_manager_set_speaker_c
 
 PLATFORM_API int sound_manager_set_speaker_changed_cb(sound_manager_speaker_changed_cb callback,
                                                       void* userData) {
+    const corvane::host::SlowWatch watch(speakerSlot.event(), "set call");
     const int result = speakerSlot.set(callback, userData);
     corvane::host::followSpeakerCallback();
     return result;
 }
 
 PLATFORM_API int sound_manager_unset_speaker_changed_cb() {
+    const corvane::host::SlowWatch watch(speakerSlot.event(), "unset call");
     const int result = speakerSlot.unset();
     corvane::host::followSpeakerCallback();
     return result;
