@@ -149,10 +149,9 @@ TEST_F(AgentTest, QuestionThatIsCancelledIsNotAnswered) {
 
 TEST_F(AgentTest, AnswersNobodyButBluez) {
     start("accept");
-    const auto daemon = run({"busctl", "--system", "--no-legend", "--no-pager", "list"});
-    const auto line = daemon.substr(0, daemon.find(' ' + daemonId() + ' '));
-    const auto begin = line.rfind(':');
-    const auto name = line.substr(begin, line.find(' ', begin) - begin);
+    const auto answer = call("NameOf", {daemonId()});  // as in (':1.5',)
+    const auto begin = answer.find(':');
+    const auto name = answer.substr(begin, answer.find('\'', begin) - begin);
     const auto refused =
         runAnyhow({"gdbus", "call", "--system", "-d", name, "-o", "/org/corvane/agent", "-m",
                    "org.bluez.Agent1.RequestPinCode", device});

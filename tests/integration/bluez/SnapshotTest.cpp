@@ -92,6 +92,16 @@ TEST_F(SnapshotTest, EverythingInItEndsWithTheBusExceptTheBond) {
     expectAllEnds();
 }
 
+TEST_F(SnapshotTest, AStrangerThatComesConnectedLaterIsConnected) {
+    startAll();
+    addInterface("/org/bluez/hci0/dev_AA_BB_CC_DD_EE_03", deviceInterface,
+                 std::string("{'Address': <'AA:BB:CC:DD:EE:03'>, 'Adapter': <objectpath '") +
+                     adapter + "'>, 'Class': <uint32 5>, 'Paired': <false>, 'Connected': <true>}");
+    EXPECT_EQ(nextEvent("bt-device-connection-state-changed"),
+              "connected=true info={remote_address=\"AA:BB:CC:DD:EE:03\" link=bredr "
+              "disconn_reason=unknown}");
+}
+
 TEST_F(SnapshotTest, DevicesThatComeWithARestartedBluezAreSilent) {
     startAll();
     m_bluez->terminate();

@@ -104,6 +104,11 @@ def AskAndCancel(self, pid, device):
             lambda error, method=method: answers.append(f'{method} {error.get_dbus_name()}'))
 
 
+@dbus.service.method(MOCK, in_signature='i', out_signature='s')
+def NameOf(self, pid):
+    return client(self.connection, pid)
+
+
 @dbus.service.method(MOCK, in_signature='', out_signature='s')
 def AgentAnswers(self):
     return ' '.join(answers)

@@ -30,7 +30,11 @@ void reportServices(const Properties* device) {
 }  // namespace
 
 void DeviceReporter::onChange(const Change& change) {
-    if (change.interface != deviceInterface || change.before == nullptr) {
+    if (change.interface != deviceInterface) {
+        return;
+    }
+    if (change.before == nullptr) {
+        onAdded(*change.now);
         return;
     }
     const bool wasConnected = propertyOr<bool>(change.before, "Connected");
@@ -45,6 +49,14 @@ void DeviceReporter::onChange(const Change& change) {
     }
     if (isResolved) {
         reportServices(change.now);
+    }
+}
+
+// A stranger that connects to this side appears already connected. A bonded device may
+// be one that BlueZ, started anew, has remembered.
+void DeviceReporter::onAdded(const Properties& device) {
+    if (propertyOr<bool>(&device, "Connected") && !propertyOr<bool>(&device, "Paired")) {
+        reportConnection(&device, true);
     }
 }
 

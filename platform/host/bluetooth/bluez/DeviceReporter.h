@@ -15,6 +15,7 @@ public:
     void onChange(const Change& change) override;
 
 private:
+    static void onAdded(const Properties& device);
     void checkConnected(const std::string& path);
 
     BluezObjects& m_objects;
