@@ -167,8 +167,9 @@ std::optional<std::string> storeSetting(Settings& settings, std::string_view sec
         }
         return std::string(key) + " is \"" + std::string(value) + "\"; it must be " + known.allowed;
     }
-    return "[" + std::string(section) + "] has no key \"" + std::string(key) + "\"; its keys are " +
-           listed(section);
+    std::string complaint = "[";
+    complaint.append(section).append("] has no key \"").append(key);
+    return complaint.append("\"; its keys are ").append(listed(section));
 }
 
 }  // namespace corvane::host
