@@ -1,0 +1,58 @@
+// Makes the speaker-changed events out of what the sound server does.
+#include "SpeakerEvents.h"
+
+#include "CallbackSlot.h"
+#include "SinkRoutes.h"
+#include "SoundServer.h"
+
+#include <Ecore.h>
+#include <dlog.h>
+#include <sound_manager_tv.h>
+
+#include <cstdint>
+#include <exception>
+#include <mutex>
+
+namespace corvane::host {
+
+namespace {
+
+constinit std::mutex mutex;
+// A plain pointer: a process that exits without clearing its callback must not wait
+// here for a thread that may be talking to the main loop.
+SoundServer* server = nullptr;
+
+// The main-loop library doesn't tell whether it is at work, but it numbers its events
+// when it starts.
+bool mainLoopExists() {
+    return ECORE_EXE_EVENT_ADD != 0;
+}
+
+void deliver(void* route) {
+    slotOf<&sound_manager_set_speaker_changed_cb>.deliver(
+        static_cast<sound_tv_output_route_e>(reinterpret_cast<std::intptr_t>(route)));
+}
+
+void onSink(const pa_sink_info& sink) {
+    const std::intptr_t route = routeOf(sink, settings().sound.routes);
+    ecore_main_loop_thread_safe_call_async(&deliver, reinterpret_cast<void*>(route));
+}
+
+}  // namespace
+
+void followSpeakerCallback() noexcept {
+    const std::lock_guard lock(mutex);
+    const bool wanted = slotOf<&sound_manager_set_speaker_changed_cb>.isSet();
+    if (!wanted) {
+        delete server;
+        server = nullptr;
+    } else if (server == nullptr && mainLoopExists()) {
+        try {
+            server = new SoundServer(settings().sound.server, &onSink);
+        } catch (const std::exception& error) {
+            dlog_print(DLOG_PRIORITY_ERROR, "SOUND", "no speaker events: %s", error.what());
+        }
+    }
+}
+
+}  // namespace corvane::host
