@@ -35,11 +35,12 @@ std::string lineOf(const Notice& notice) {
     return line;
 }
 
+// The object of `corvane list`, with what happened.
 std::string jsonOf(const Notice& notice) {
-    nlohmann::ordered_json object{{"change", wordFor(notice.change)}, {"name", notice.event}};
-    if (const auto* const event = corvane::host::findEvent(notice.event)) {
-        object["callback"] = event->callback;
-    }
+    nlohmann::ordered_json object{{"change", wordFor(notice.change)}};
+    const auto* const event = corvane::host::findEvent(notice.event);
+    object.update(event == nullptr ? nlohmann::ordered_json{{"name", notice.event}}
+                                   : eventJson(*event));
     if (notice.change == Notice::Change::Delivered) {
         object["called"] = notice.called;
     }
