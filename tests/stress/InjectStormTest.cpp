@@ -1,0 +1,86 @@
+// Ten thousand injected events in a second, by several peers and from several threads of
+// the platform, up to a plugin of the real daemon.
+#include "ChildProcess.h"
+#include "InjectPeer.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr int senders = 4;
+constexpr int eventsPerSecond = 10000;
+constexpr int events = eventsPerSecond * STORM_SECONDS / senders;  // of each sender
+constexpr auto pace = std::chrono::nanoseconds(1'000'000'000LL * senders / eventsPerSecond);
+
+class InjectStormTest : public testing::Test {
+protected:
+    InjectStormTest() {
+        char name[] = "/tmp/corvane-storm-XXXXXX";
+        m_directory = mkdtemp(name);
+        fs::create_directory(m_directory / "plugins");
+        fs::copy(COUNTING_PLUGIN, m_directory / "plugins");
+        std::ofstream(m_directory / "platform.conf") << "[inject]\nthreads = 4\n";
+    }
+
+    ~InjectStormTest() override { fs::remove_all(m_directory); }
+
+    std::string socket() const { return m_directory / "inject.sock"; }
+
+    ChildProcess::Options daemon() const {
+        return {{DAEMON},
+                m_directory,
+                {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
+                 {"CORVANE_PLATFORM_CONF", m_directory / "platform.conf"},
+                 {"CORVANE_INJECT_SOCKET", socket()},
+                 {"CORVANE_LOG_LEVEL", "info"},
+                 {"XDG_RUNTIME_DIR", m_directory},
+                 {"HOME", m_directory}},
+                {"ECORE_NO_SYSTEM_MODULES", "PULSE_SERVER"}};
+    }
+
+    // One sender's events, at its pace or as fast as the daemon can.
+    void send(int sender) const {
+        corvane::tool::InjectPeer peer(socket());
+        const auto& event = *corvane::host::findEvent("bt-adapter-name-changed");
+        corvane::host::Values values(event);
+        const auto start = Clock::now();
+        for (int i = 0; i < events; ++i) {
+            values.set(event.arguments[0], std::to_string(sender) + ' ' + std::to_string(i));
+            ASSERT_EQ(peer.emit(event, values), 1u);
+            std::this_thread::sleep_until(start + i * pace);
+        }
+    }
+
+    fs::path m_directory;
+};
+
+TEST_F(InjectStormTest, EveryEventArrivesOnceAndInOrder) {
+    ChildProcess daemon(this->daemon());
+    ASSERT_TRUE(daemon.waitForLine("end init func")) << daemon.errors();
+    const auto start = Clock::now();
+    std::vector<std::thread> running;
+    for (int sender = 0; sender < senders; ++sender) {
+        running.emplace_back([this, sender] { send(sender); });
+    }
+    for (auto& thread : running) {
+        thread.join();
+    }
+    const std::chrono::duration<double> time = Clock::now() - start;
+    RecordProperty("EventsPerSecond", std::to_string(senders * events / time.count()));
+    EXPECT_EQ(daemon.terminate(), 0) << daemon.errors();
+    EXPECT_TRUE(daemon.waitForLine("counted " + std::to_string(senders * events) + ", misplaced 0"))
+        << daemon.errors();
+}
+
+}  // namespace
