@@ -1,8 +1,10 @@
 // Drives one D-Bus connection from the main loop.
 #include "BusPump.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -32,15 +34,20 @@ double secondsUntil(std::uint64_t monotonicUsec) {
 BusPump::BusPump(BusPtr bus, std::function<void()> onLost)
     : m_bus(std::move(bus)),
       m_onLost(std::move(onLost)),
-      m_handler(ecore_main_fd_handler_add(sd_bus_get_fd(m_bus.get()), flagsFor(POLLIN),
-                                          &BusPump::onReady, this, nullptr, nullptr)) {
+      m_fd(fcntl(sd_bus_get_fd(m_bus.get()), F_DUPFD_CLOEXEC, 0)) {
+    if (m_fd >= 0) {
+        m_handler = ecore_main_fd_handler_add(m_fd, flagsFor(POLLIN), &BusPump::onReady, this,
+                                              nullptr, nullptr);
+    }
     if (m_handler == nullptr) {
+        close(m_fd);
         throw std::bad_alloc();
     }
 }
 
 BusPump::~BusPump() {
     ecore_main_fd_handler_del(m_handler);
+    close(m_fd);
     if (m_timer != nullptr) {
         ecore_timer_del(m_timer);
     }

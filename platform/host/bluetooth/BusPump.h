@@ -53,7 +53,8 @@ private:
 
     BusPtr m_bus;
     std::function<void()> m_onLost;
-    Ecore_Fd_Handler* m_handler;
+    int m_fd;  // one of our own: a connection that ends closes its own at once
+    Ecore_Fd_Handler* m_handler = nullptr;
     Ecore_Timer* m_timer = nullptr;
     std::exception_ptr m_kept;
     bool m_processing = false;
