@@ -11,15 +11,13 @@
 
 #include <cstdint>
 #include <exception>
-#include <mutex>
 
 namespace corvane::host {
 
 namespace {
 
-constinit std::mutex mutex;
-// A plain pointer: a process that exits without clearing its callback must not wait
-// here for a thread that may be talking to the main loop.
+// On the main thread only. A plain pointer: a process that exits without clearing its
+// callback must not wait here for a thread that may be talking to the main loop.
 SoundServer* server = nullptr;
 
 // The main-loop library doesn't tell whether it is at work, but it numbers its events
@@ -38,20 +36,38 @@ void onSink(const pa_sink_info& sink) {
     ecore_main_loop_thread_safe_call_async(&deliver, reinterpret_cast<void*>(route));
 }
 
-}  // namespace
+bool isWanted() {
+    return slotOf<&sound_manager_set_speaker_changed_cb>.isSet();
+}
 
-void followSpeakerCallback() noexcept {
-    const std::lock_guard lock(mutex);
-    const bool wanted = slotOf<&sound_manager_set_speaker_changed_cb>.isSet();
-    if (!wanted) {
-        delete server;
-        server = nullptr;
-    } else if (server == nullptr && mainLoopExists()) {
+void stop() {
+    delete server;
+    server = nullptr;
+}
+
+void startOrStop(void*) {
+    if (!isWanted()) {
+        stop();
+    } else if (server == nullptr) {
         try {
             server = new SoundServer(settings().sound.server, &onSink);
         } catch (const std::exception& error) {
             dlog_print(DLOG_PRIORITY_ERROR, "SOUND", "no speaker events: %s", error.what());
         }
+    }
+}
+
+}  // namespace
+
+void followSpeakerCallback() noexcept {
+    if (!mainLoopExists()) {
+        return;
+    }
+    // At the end of the process the main loop doesn't run any more.
+    if (!isWanted() && eina_main_loop_is()) {
+        stop();
+    } else {
+        ecore_main_loop_thread_safe_call_async(&startOrStop, nullptr);
     }
 }
 

@@ -69,6 +69,9 @@ void SoundFixture::startDaemon(const std::string& settings) {
     std::ofstream(m_directory / "platform.conf") << settings;
     m_daemon = std::make_unique<ChildProcess>(
         ChildProcess::Options{{DAEMON}, m_directory, environment(), foreignVariables});
+}
+
+void SoundFixture::waitForPlugin() {
     ASSERT_TRUE(m_daemon->waitForLine("end init func")) << m_daemon->errors();
 }
 

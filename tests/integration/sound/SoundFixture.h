@@ -25,11 +25,13 @@ protected:
     /// until it answers.
     void startServer();
 
-    /// Waits until the daemon follows the server, where `sink` is the default one.
+    /// Waits until the daemon follows the server, where `sink` is the default one. That may
+    /// be before its plugin is ready.
     void waitForFollower(const std::string& sink = "tv_speaker");
 
-    /// Starts the daemon with a settings file and waits until its plugin has been loaded.
+    /// Starts the daemon with a settings file.
     void startDaemon(const std::string& settings = "");
+    void waitForPlugin();
 
     void makeDefault(const std::string& sink) const { pactl({"set-default-sink", sink}); }
 

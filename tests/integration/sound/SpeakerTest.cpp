@@ -110,6 +110,7 @@ TEST_F(SpeakerTest, TakesTheServerOfTheSettings) {
 // Found when it comes, not mentioned before.
 TEST_F(SpeakerTest, IsSilentWithoutAServer) {
     startDaemon();
+    waitForPlugin();
     startServer();
     waitForFollower();
     const auto log = m_daemon->errors();
@@ -119,7 +120,8 @@ TEST_F(SpeakerTest, IsSilentWithoutAServer) {
 }
 
 TEST_F(SpeakerTest, EndsWithoutAServer) {
-    startDaemon();
+    startDaemon("[callbacks]\nslow_ms = 0\n");
+    waitForPlugin();
     EXPECT_EQ(m_daemon->terminate(), 0) << m_daemon->errors();
     std::istringstream log(m_daemon->errors());
     for (std::string line; std::getline(log, line);) {
