@@ -44,4 +44,4 @@ build_preset() {
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libefl-all-dev libsystemd-dev libcli11-dev
                 nlohmann-json3-dev libinih-dev libpulse-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev dbus python3-dbusmock python3-gi systemd libglib2.0-bin
-               pulseaudio pulseaudio-utils)
+               pulseaudio pulseaudio-utils mandoc)

@@ -1,0 +1,63 @@
+// What each component consists of: the lists in installed/ are complete.
+#include "ChildProcess.h"
+#include "Installation.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+std::vector<std::string> linesOf(const std::string& file) {
+    std::ifstream input(file);
+    EXPECT_TRUE(input) << file;
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(input, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+void expectFilesOf(const std::string& component) {
+    Installation installation;
+    installation.install(component);
+    auto expected = linesOf(INSTALLED "/" + component + ".txt");
+    std::ranges::sort(expected);
+    EXPECT_THAT(installation.files(), ElementsAreArray(expected));
+}
+
+TEST(InstalledFilesTest, DaemonIsComplete) {
+    expectFilesOf("daemon");
+}
+
+TEST(InstalledFilesTest, HostPlatformIsComplete) {
+    expectFilesOf("host-platform");
+}
+
+TEST(InstalledFilesTest, DevelopmentFilesAreComplete) {
+    expectFilesOf("dev");
+}
+
+TEST(InstalledFilesTest, EveryFileBelongsToAComponent) {
+    Installation installation;
+    installation.install("Unspecified");
+    EXPECT_THAT(installation.files(), IsEmpty());
+}
+
+TEST(InstalledFilesTest, ChangelogBeginsWithTheVersionOfTheProject) {
+    Installation installation;
+    installation.install("daemon");
+    const auto changelog = ChildProcess::run(
+        {.command = {"gzip", "-dc", installation.at(DOCS "/corvane/changelog.gz")}});
+    EXPECT_EQ(changelog.status, 0) << changelog.errors;
+    EXPECT_THAT(changelog.output, StartsWith("corvane (" VERSION ") "));
+}
+
+}  // namespace

@@ -1,0 +1,84 @@
+// The unit as installed, judged by systemd's own tools, which need no running systemd.
+#include "ChildProcess.h"
+#include "Installation.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::HasSubstr;
+
+class ServiceTest : public testing::Test {
+protected:
+    void SetUp() override { m_installation.install("daemon"); }
+
+    ChildProcess::Result verify() const {
+        return ChildProcess::run(
+            {.command = {"systemd-analyze", "verify", "--man=no",
+                         "--root=" + m_installation.root().string(), "corvaned.service"}});
+    }
+
+    // Verification wants to see what every service depends on.
+    void addTargetsOfTheMachine() const {
+        const auto directory = m_installation.at("/lib/systemd/system");
+        fs::create_directories(directory);
+        for (const auto& entry : fs::directory_iterator("/lib/systemd/system")) {
+            if (entry.path().extension() == ".target" && entry.is_regular_file()) {
+                fs::copy_file(entry.path(), directory / entry.path().filename());
+            }
+        }
+    }
+
+    void runAsRoot() const {
+        const auto directory = unit() + ".d";
+        fs::create_directory(directory);
+        fs::copy_file(m_installation.at(DOCS "/corvane/examples/root.conf"),
+                      directory + "/root.conf");
+    }
+
+    // Fails above the limit, which is ten times the exposure.
+    ChildProcess::Result exposure(int limit) const {
+        return ChildProcess::run({.command = {"systemd-analyze", "security", "--offline=true",
+                                              "--threshold=" + std::to_string(limit), unit()},
+                                  .environment = {{"LC_ALL", "C"}}});
+    }
+
+    std::string unit() const { return m_installation.at(UNITS "/corvaned.service"); }
+
+    Installation m_installation;
+};
+
+TEST_F(ServiceTest, HasNoFault) {
+    addTargetsOfTheMachine();
+    const auto result = verify();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(ServiceTest, StartsTheInstalledDaemon) {
+    addTargetsOfTheMachine();
+    fs::remove(m_installation.at(BINARIES "/corvaned"));
+    const auto result = verify();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors, HasSubstr(BINARIES "/corvaned is not executable"));
+}
+
+TEST_F(ServiceTest, IsHardlyExposedAsAUserOfItsOwn) {
+    const auto result = exposure(20);
+    EXPECT_EQ(result.status, 0) << result.output << result.errors;
+}
+
+TEST_F(ServiceTest, IsLittleExposedAsRoot) {
+    runAsRoot();
+    const auto result = exposure(40);
+    EXPECT_EQ(result.status, 0) << result.output << result.errors;
+    EXPECT_THAT(result.output, HasSubstr("Service runs as root user"));
+}
+
+}  // namespace
