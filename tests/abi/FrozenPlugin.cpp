@@ -1,0 +1,61 @@
+// A plugin as it was built for a frozen release: compiled against that release's
+// headers, table of events and record descriptions, whatever they are today.
+#include "FrozenPlugin.h"
+
+#include <IRequestBroker.h>
+
+#include <cstddef>
+#include <string>
+#include <tuple>
+#include <utility>
+
+#include "SampleArguments.h"
+
+namespace {
+
+template <typename... All>
+void receive(All... all) {
+    const auto arguments = std::tie(all...);
+    [&arguments]<std::size_t... Index>(std::index_sequence<Index...>) {
+        std::string text;
+        ((text += describe(std::get<Index>(arguments)) + " "), ...);
+        auto* listener = static_cast<FrozenListener*>(std::get<sizeof...(All) - 1>(arguments));
+        listener->receive(listener, text.data(), text.size());
+    }
+    (std::make_index_sequence<sizeof...(All) - 1>{});
+}
+
+IRequestBroker* brokerOf(void* broker) {
+    return static_cast<IRequestBroker*>(broker);
+}
+
+int requestWork(void* broker, FrozenListener* listener) {
+    return brokerOf(broker)->RequestToInvokeInTaskExecutor(
+        [](void* userData) {
+            auto* given = static_cast<FrozenListener*>(userData);
+            const std::string event = "own work";
+            given->receive(given, event.data(), event.size());
+        },
+        listener);
+}
+
+constexpr FrozenOperation OPERATIONS[] = {
+#define EVENT(source, type, value, subscribe, unsubscribe, set, unset, Callback, types) \
+    {#subscribe, #set,                                                                  \
+     [](void* broker, FrozenListener* listener) {                                       \
+         return brokerOf(broker)->subscribe(static_cast<Callback>(receive), listener);  \
+     }},                                                                                \
+        {#unsubscribe, #unset,                                                          \
+         [](void* broker, FrozenListener*) { return brokerOf(broker)->unsubscribe(); }},
+#include "EventTable.def"
+#undef EVENT
+    {"RequestToInvokeInTaskExecutor", nullptr, requestWork},
+};
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) const FrozenOperation* FROZEN_OPERATIONS(
+    int* count) {
+    *count = static_cast<int>(std::size(OPERATIONS));
+    return OPERATIONS;
+}

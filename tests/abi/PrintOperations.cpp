@@ -1,0 +1,10 @@
+// Prints the broker's operations in the order of their slots, for a frozen reference.
+#include <cstdio>
+
+#include "OperationTable.h"
+
+int main() {
+    for (const std::string& operation : operationTable()) {
+        std::puts(operation.c_str());
+    }
+}
