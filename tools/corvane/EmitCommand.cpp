@@ -1,7 +1,7 @@
 // corvane emit: makes a running daemon deliver an event.
 #include "EmitCommand.h"
 
-#include "EmitArguments.h"
+#include "EventArguments.h"
 #include "InjectPeer.h"
 
 #include <iostream>
@@ -18,8 +18,8 @@ struct Words {
 };
 
 void emit(const std::string& socket, const Words& words) {
-    const auto& event = eventNamed(words.event);
-    const auto values = parseArguments(event, words.arguments);
+    const auto& event = host::eventNamed(words.event);
+    const auto values = host::parseArguments(event, words.arguments);
     InjectPeer daemon(socketPath(socket));
     const unsigned called = daemon.emit(event, values);
     std::cout << event.name << ": " << deliveredText(called) << '\n';

@@ -1,7 +1,7 @@
 // What `corvane play` plays, read from a file.
 #include "Scenario.h"
 
-#include "EmitArguments.h"
+#include "EventArguments.h"
 
 #include <charconv>
 #include <cstddef>
@@ -41,8 +41,8 @@ EmitStep parseEmit(const Words& words) {
     if (words.size() < 2) {
         fail("emit needs an event: emit EVENT key=value...");
     }
-    const auto& event = eventNamed(words[1]);
-    return {&event, parseArguments(event, {words.begin() + 2, words.end()})};
+    const auto& event = host::eventNamed(words[1]);
+    return {&event, host::parseArguments(event, {words.begin() + 2, words.end()})};
 }
 
 ExpectStep parseExpect(Words words) {
@@ -52,7 +52,7 @@ ExpectStep parseExpect(Words words) {
     if (words.size() < 3) {
         fail(std::string("the expectation isn't complete; ") + form);
     }
-    ExpectStep step{&eventNamed(words[1]), ExpectStep::State::Set};
+    ExpectStep step{&host::eventNamed(words[1]), ExpectStep::State::Set};
     if (words.size() >= 5 && words[words.size() - 2] == "within") {
         step.within = milliseconds(words.back());
         words.resize(words.size() - 2);

@@ -2,6 +2,7 @@
 #include "CompleteCommand.h"
 #include "EmitCommand.h"
 #include "ListCommand.h"
+#include "NewCommand.h"
 #include "PlayCommand.h"
 #include "Scenario.h"
 #include "WatchCommand.h"
@@ -29,6 +30,7 @@ int main(int argc, char** argv) {
     corvane::tool::addEmitCommand(app, socket);
     corvane::tool::addWatchCommand(app, socket);
     corvane::tool::addPlayCommand(app, socket);
+    corvane::tool::addNewCommand(app);
     corvane::tool::addCompleteCommand(app);
     try {
         app.parse(argc, argv);

@@ -8,7 +8,7 @@ namespace corvane::host {
 
 /// Main thread only. Starting what runs and stopping what doesn't change nothing. Both
 /// return 0 or a negative error; that BlueZ or the socket isn't to be had is no error.
-PLATFORM_API int startProduct();
-PLATFORM_API int stopProduct();
+PLATFORM_SHARED int startProduct();
+PLATFORM_SHARED int stopProduct();
 
 }  // namespace corvane::host

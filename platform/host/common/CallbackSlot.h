@@ -100,10 +100,10 @@ using CallbackOf = typename SetterTraits<decltype(setFunction)>::Callback;
 template <auto setFunction>
 struct SlotHolder;
 
-#define SLOT(setFunction, event)                                         \
-    template <>                                                          \
-    struct SlotHolder<&setFunction> {                                    \
-        PLATFORM_API static CallbackSlot<CallbackOf<&setFunction>> slot; \
+#define SLOT(setFunction, event)                                            \
+    template <>                                                             \
+    struct SlotHolder<&setFunction> {                                       \
+        PLATFORM_SHARED static CallbackSlot<CallbackOf<&setFunction>> slot; \
     };
 #include "Slots.def"
 #undef SLOT

@@ -15,10 +15,10 @@ enum class SlotChange { Set, Unset, Delivered };
 using SlotObserver = void (*)(void* data, SlotChange change, const char* event, unsigned called);
 
 /// The one observer, or null. After the return no thread is inside the one before.
-PLATFORM_API void setSlotObserver(SlotObserver observer, void* data);
+PLATFORM_SHARED void setSlotObserver(SlotObserver observer, void* data);
 
-PLATFORM_API extern std::atomic<bool> slotsAreObserved;
-PLATFORM_API void tellSlotObserver(SlotChange change, const char* event, unsigned called);
+PLATFORM_SHARED extern std::atomic<bool> slotsAreObserved;
+PLATFORM_SHARED void tellSlotObserver(SlotChange change, const char* event, unsigned called);
 
 inline void observeSlot(SlotChange change, const char* event, unsigned called = 0) {
     if (slotsAreObserved.load(std::memory_order_acquire)) {
@@ -28,8 +28,8 @@ inline void observeSlot(SlotChange change, const char* event, unsigned called = 
 
 /// Writes a warning if `what` (the callback, or a call of ours) took longer than the limit
 /// in the settings.
-PLATFORM_API void reportIfSlow(const char* event, const char* what,
-                               std::chrono::steady_clock::duration duration);
+PLATFORM_SHARED void reportIfSlow(const char* event, const char* what,
+                                  std::chrono::steady_clock::duration duration);
 
 /// Times its own life.
 class SlowWatch {

@@ -36,9 +36,10 @@ std::vector<std::string> completionsOf(const std::string& line) {
 
 TEST(CompletionTest, OffersSubcommands) {
     EXPECT_THAT(completionsOf("corvane "),
-                ElementsAre("list", "emit", "watch", "play", "--socket", "--help"));
+                ElementsAre("list", "emit", "watch", "play", "new", "--socket", "--help"));
     EXPECT_THAT(completionsOf("corvane --socket /tmp/x wa"), ElementsAre("watch"));
     EXPECT_THAT(completionsOf("corvane list --"), ElementsAre("--json", "--help"));
+    EXPECT_THAT(completionsOf("corvane new my-plugin --"), ElementsAre("--dir", "--help"));
 }
 
 TEST(CompletionTest, OffersEvents) {

@@ -1,5 +1,5 @@
 // The words of `corvane emit`, and the socket it goes to.
-#include "EmitArguments.h"
+#include "EventArguments.h"
 
 #include "InjectPeer.h"
 #include "Values.h"

@@ -1,4 +1,4 @@
-// The words of `corvane emit`: the name of an event, then key=value.
+// An event and its arguments as people write them: its name, then key=value.
 #pragma once
 
 #include "EventTable.h"
@@ -8,15 +8,14 @@
 #include <string_view>
 #include <vector>
 
-namespace corvane::tool {
+namespace corvane::host {
 
 /// The event of that name. Throws std::runtime_error, which names the events whose names
 /// are most like it.
-const corvane::host::Event& eventNamed(std::string_view name);
+const Event& eventNamed(std::string_view name);
 
 /// The defaults of `event` with the values given on top. Throws std::runtime_error, which
 /// names the argument and what is allowed.
-corvane::host::Values parseArguments(const corvane::host::Event& event,
-                                     const std::vector<std::string>& words);
+Values parseArguments(const Event& event, const std::vector<std::string>& words);
 
-}  // namespace corvane::tool
+}  // namespace corvane::host

@@ -1,5 +1,5 @@
-// The words of `corvane emit`.
-#include "EmitArguments.h"
+// An event and its arguments as people write them.
+#include "EventArguments.h"
 
 #include "ValueText.h"
 
@@ -9,9 +9,7 @@
 #include <span>
 #include <stdexcept>
 
-namespace corvane::tool {
-
-using namespace corvane::host;
+namespace corvane::host {
 
 namespace {
 
@@ -84,4 +82,4 @@ Values parseArguments(const Event& event, const std::vector<std::string>& words)
     return values;
 }
 
-}  // namespace corvane::tool
+}  // namespace corvane::host

@@ -1,0 +1,100 @@
+// The platform's log and system information, recorded, and what the callbacks of the
+// platform need around them. Nothing but the test feeds the callbacks here.
+#include "PlatformApi.h"
+#include "Product.h"
+#include "Recorder.h"
+#include "SlotObserver.h"
+#include "SpeakerEvents.h"
+#include "TPLLog.h"
+#include "log.h"
+
+#include <dlog.h>
+#include <system_info.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace corvane::host {
+
+int startProduct() {
+    return 0;
+}
+int stopProduct() {
+    return 0;
+}
+void followSpeakerCallback() noexcept {}
+// A test says itself what is too slow.
+void reportIfSlow(const char*, const char*, std::chrono::steady_clock::duration) {}
+
+}  // namespace corvane::host
+
+namespace {
+
+using corvane::testkit::Recorder;
+
+int print(int priority, const char* tag, const char* format, va_list arguments) noexcept {
+    if (format == nullptr) {
+        return -EINVAL;
+    }
+    const std::string_view whose = tag == nullptr ? "" : tag;
+    if (whose == logging::TAG || whose == TPL::TAG) {
+        return 0;  // the daemon's own, many for each event
+    }
+    try {
+        const int errorBefore = errno;  // logging must not change it
+        va_list again;
+        va_copy(again, arguments);
+        const int size = std::vsnprintf(nullptr, 0, format, arguments);
+        std::string text(size < 0 ? 0 : static_cast<std::size_t>(size), '\0');
+        errno = errorBefore;
+        std::vsnprintf(text.data(), text.size() + 1, format, again);
+        va_end(again);
+        if (size >= 0) {
+            Recorder::instance().add({priority, std::string(whose), std::move(text)});
+        }
+        errno = errorBefore;
+        return size < 0 ? -EINVAL : size;
+    } catch (const std::exception&) {
+        return -ENOMEM;
+    }
+}
+
+}  // namespace
+
+PLATFORM_API int __dlog_print(int, int prio, const char* tag, const char* fmt, ...) {
+    va_list arguments;
+    va_start(arguments, fmt);
+    const int result = print(prio, tag, fmt, arguments);
+    va_end(arguments);
+    return result;
+}
+
+PLATFORM_API int dlog_print(int prio, const char* tag, const char* fmt, ...) {
+    va_list arguments;
+    va_start(arguments, fmt);
+    const int result = print(prio, tag, fmt, arguments);
+    va_end(arguments);
+    return result;
+}
+
+PLATFORM_API int system_info_get_custom_int(const char* key, int* value) {
+    if (key == nullptr || value == nullptr) {
+        return -EINVAL;
+    }
+    try {
+        const auto found = Recorder::instance().systemInformation(key);
+        if (!found) {
+            return -ENOENT;
+        }
+        *value = *found;
+        return 0;
+    } catch (const std::exception&) {
+        return -ENOMEM;
+    }
+}

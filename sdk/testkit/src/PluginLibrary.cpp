@@ -1,0 +1,147 @@
+#include "PluginLibrary.h"
+
+#include "CallbackDelegator.h"
+#include "FileManager.h"
+#include "Slots.h"
+
+#include <corvane/testkit/Errors.h>
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <exception>
+#include <list>
+#include <system_error>
+#include <utility>
+
+namespace corvane::testkit {
+
+namespace {
+
+// The registry is made once in a daemon's life; here once for each plugin.
+void makeRegistry() {
+    Singleton<CallbackDelegator>::getInstance();
+    Singleton<CallbackDelegator>::instance().reset(new CallbackDelegator);
+}
+
+void dropRegistry() {
+    Singleton<CallbackDelegator>::instance().reset();
+}
+
+bool isCandidate(const std::filesystem::path& file) {
+    const auto names = FileManager().getFilesInDirectory(file.parent_path());
+    return std::ranges::find(names, file.filename().string()) != names.end();
+}
+
+std::string explained(const std::string& daemonsText) {
+    if (daemonsText == "fail to open plugin") {
+        const char* const loadersText = dlerror();
+        return daemonsText + ": " + (loadersText == nullptr ? "no reason is known" : loadersText);
+    }
+    if (daemonsText == "fail to find init function") {
+        return daemonsText + ": the library exports no PLUGIN_INIT; is it extern \"C\"?";
+    }
+    if (daemonsText.starts_with("plugin return negative value")) {
+        return "PLUGIN_INIT failed: " + daemonsText;
+    }
+    return "PLUGIN_INIT threw: " + daemonsText;
+}
+
+std::string subscriptionsLeft() {
+    std::string text;
+    for (const auto& event : subscribedEvents()) {
+        text += (text.empty() ? "; it leaves subscriptions behind: " : ", ") + event;
+    }
+    return text;
+}
+
+}  // namespace
+
+std::vector<std::string> subscribedEvents() {
+    std::vector<std::string> events;
+    for (const auto& slot : corvane::host::slotStates()) {
+        if (slot.isSet()) {
+            events.emplace_back(slot.event);
+        }
+    }
+    return events;
+}
+
+PluginLibrary::PluginLibrary(std::filesystem::path file)
+    : m_file(std::filesystem::absolute(std::move(file)).lexically_normal()) {
+    std::error_code unknown;
+    if (std::filesystem::exists(m_file, unknown) && !isCandidate(m_file)) {
+        throw LoadError(m_file.string() +
+                        ": the daemon takes only regular files that end in \".so\" for plugins");
+    }
+    makeRegistry();
+    try {
+        open();
+    } catch (...) {
+        dropRegistry();
+        throw;
+    }
+    m_isLoaded = true;
+}
+
+PluginLibrary::~PluginLibrary() {
+    if (m_isLoaded) {
+        try {
+            unload();
+        } catch (const std::exception&) {
+            // Whoever wants to know calls unload().
+        }
+    }
+}
+
+void PluginLibrary::open() {
+    // The plugin directory of this build is the root.
+    m_plugin->create(m_file.relative_path());
+    std::string failure;
+    dlerror();
+    try {
+        m_plugin->load();
+    } catch (const std::exception& error) {
+        failure = explained(error.what());
+    } catch (...) {
+        failure = "PLUGIN_INIT threw something that is no std::exception; that ends the daemon";
+    }
+    // Not in the handler: the exception's own code may lie in the library that this closes.
+    if (!failure.empty()) {
+        failure += subscriptionsLeft();
+        m_plugin->tearDown();
+        throw LoadError(m_file.string() + ": " + failure);
+    }
+}
+
+Leftovers PluginLibrary::unload() {
+    m_isLoaded = false;
+    std::string failure;
+    try {
+        m_plugin->unload();
+        m_plugin->destroy();
+    } catch (const std::exception& error) {
+        failure = error.what();
+    } catch (...) {
+        failure = "something that is no std::exception";
+    }
+    const Leftovers left{subscribedEvents(), isInTheProcess()};
+    if (!failure.empty()) {
+        m_plugin->tearDown();
+    }
+    dropRegistry();
+    if (!failure.empty()) {
+        throw UnloadError(m_file.string() +
+                          ": PLUGIN_DEINIT threw, which ends the daemon: " + failure);
+    }
+    return left;
+}
+
+bool PluginLibrary::isInTheProcess() const {
+    void* const handle = dlopen(m_file.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (handle != nullptr) {
+        dlclose(handle);
+    }
+    return handle != nullptr;
+}
+
+}  // namespace corvane::testkit

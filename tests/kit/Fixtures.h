@@ -1,0 +1,8 @@
+// Where the plugins under test are.
+#pragma once
+
+#include <string>
+
+inline std::string fixture(const std::string& name) {
+    return FIXTURE_DIRECTORY "/lib" + name + ".so";
+}

@@ -1,0 +1,37 @@
+// The matchers, and what a failed expectation says.
+#include <corvane/testkit.h>
+#include <dlog.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace corvane::testkit;
+using testing::AllOf;
+using testing::DescribeMatcher;
+using testing::Not;
+using testing::PrintToString;
+
+const LogLine line{DLOG_PRIORITY_WARNING, "MY_PLUGIN", "the adapter is on"};
+
+TEST(MatcherTest, MatchesPartsOfALogLine) {
+    EXPECT_THAT(line, AllOf(HasText("adapter is"), HasTag("MY_PLUGIN"),
+                            HasPriority(DLOG_PRIORITY_WARNING)));
+    EXPECT_THAT(line, Not(HasText("adapter is off")));
+    EXPECT_THAT(line, Not(HasTag("PLUGIN")));
+    EXPECT_THAT(line, Not(HasPriority(DLOG_PRIORITY_ERROR)));
+}
+
+TEST(MatcherTest, PrintsALogLine) {
+    EXPECT_EQ(PrintToString(line), "W/MY_PLUGIN: the adapter is on");
+    EXPECT_EQ(PrintToString(LogLine{9, "T", ""}), "9/T: ");
+}
+
+TEST(MatcherTest, PrintsLeftovers) {
+    EXPECT_EQ(PrintToString(Leftovers{}), "nothing");
+    EXPECT_THAT(PrintToString(Leftovers{{"a", "b"}, true}),
+                testing::StartsWith("still subscribed to a, b; the library stays"));
+    EXPECT_EQ(DescribeMatcher<Leftovers>(LeavesNothingBehind()), "leaves nothing behind");
+}
+
+}  // namespace
