@@ -6,7 +6,6 @@
 namespace {
 
 constexpr unsigned int QUEUE_TIMEOUT_SEC = 15;
-constexpr unsigned int QUEUE_CAPACITY = 10;
 constexpr unsigned int TERMINATION_TIMEOUT_MS = 1000;
 
 }  // namespace

@@ -13,6 +13,9 @@ class TaskExecutor;
 /// only, while nobody calls invokeTask.
 class TaskInvokerImpl : public ITaskInvoker {
 public:
+    /// So many tasks may wait behind the one that runs; see invokeTask.
+    static constexpr unsigned int QUEUE_CAPACITY = 10;
+
     TaskInvokerImpl();
     /// Waits up to 1000 ms for the running task. Ends the process if the queue stays
     /// full for 15 s.

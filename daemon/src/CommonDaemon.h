@@ -4,10 +4,9 @@
 
 #include <list>
 #include <memory>
-#include <queue>
-#include <vector>
 
 #include "Plugin.h"
+#include "PluginOrder.h"
 
 /// One, on main's stack. Main thread only.
 class CommonDaemon {
@@ -24,7 +23,7 @@ public:
     void terminate();
 
 private:
-    using PluginQueue = std::priority_queue<Plugin*, std::vector<Plugin*>, Plugin::Compare>;
+    using PluginQueue = PriorityOrder<Plugin>;
 
     void featureInitialize();
     void featureDeinitialize();

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "PluginOrder.h"
 #include "RequestBroker.h"
 #include "TaskInvokerImpl.h"
 
@@ -12,12 +13,7 @@
 /// Threads: main thread, but for invokeTask.
 class Plugin : public TaskInvokerImpl {
 public:
-    /// Orders by priority, so that a std::priority_queue yields the highest first.
-    struct Compare {
-        bool operator()(const Plugin* left, const Plugin* right) const {
-            return left->m_priority < right->m_priority;
-        }
-    };
+    using Compare = ComparePriority<Plugin>;
 
     Plugin() = default;
     ~Plugin() override;
@@ -40,18 +36,22 @@ public:
     /// tasks are ignored.
     void tearDown();
 
-private:
+    int getPriority() const { return m_priority; }
+
+protected:
     struct LibraryCloser {
         void operator()(void* handle) const;
     };
 
+    std::unique_ptr<void, LibraryCloser> m_handle;
+    std::unique_ptr<RequestBroker> m_broker;
+
+private:
     void loadServicePlugin();
     void unloadServicePlugin();
     void* getRequestBrokerHandle();
     void release();
 
     std::string m_name;
-    std::unique_ptr<void, LibraryCloser> m_handle;
-    std::unique_ptr<RequestBroker> m_broker;
     int m_priority = 0;
 };

@@ -42,6 +42,6 @@ build_preset() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libefl-all-dev libsystemd-dev libcli11-dev
-                nlohmann-json3-dev libinih-dev libpulse-dev)
+                nlohmann-json3-dev libinih-dev libpulse-dev libelf-dev libdw-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev dbus python3-dbusmock python3-gi systemd libglib2.0-bin
                pulseaudio pulseaudio-utils mandoc)

@@ -1,8 +1,11 @@
 // The developer's command of Corvane.
+#include "CheckCommand.h"
+#include "CheckError.h"
 #include "CompleteCommand.h"
 #include "EmitCommand.h"
 #include "ListCommand.h"
 #include "NewCommand.h"
+#include "OrderCommand.h"
 #include "PlayCommand.h"
 #include "Scenario.h"
 #include "WatchCommand.h"
@@ -31,13 +34,19 @@ int main(int argc, char** argv) {
     corvane::tool::addWatchCommand(app, socket);
     corvane::tool::addPlayCommand(app, socket);
     corvane::tool::addNewCommand(app);
+    corvane::tool::addOrderCommand(app);
+    int status = 0;
+    corvane::tool::addCheckCommand(app, status);
     corvane::tool::addCompleteCommand(app);
     try {
         app.parse(argc, argv);
-        return 0;
+        return status;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     } catch (const corvane::tool::ScenarioError& error) {
+        std::cerr << "corvane: " << error.what() << '\n';
+        return 2;
+    } catch (const corvane::check::CheckError& error) {
         std::cerr << "corvane: " << error.what() << '\n';
         return 2;
     } catch (const std::exception& error) {

@@ -35,11 +35,13 @@ std::vector<std::string> completionsOf(const std::string& line) {
 }
 
 TEST(CompletionTest, OffersSubcommands) {
-    EXPECT_THAT(completionsOf("corvane "),
-                ElementsAre("list", "emit", "watch", "play", "new", "--socket", "--help"));
+    EXPECT_THAT(completionsOf("corvane "), ElementsAre("list", "emit", "watch", "play", "new",
+                                                       "check", "order", "--socket", "--help"));
     EXPECT_THAT(completionsOf("corvane --socket /tmp/x wa"), ElementsAre("watch"));
     EXPECT_THAT(completionsOf("corvane list --"), ElementsAre("--json", "--help"));
     EXPECT_THAT(completionsOf("corvane new my-plugin --"), ElementsAre("--dir", "--help"));
+    EXPECT_THAT(completionsOf("corvane order --"), ElementsAre("--json", "--help"));
+    EXPECT_THAT(completionsOf("corvane check --s"), ElementsAre("--static-only", "--slow-ms"));
 }
 
 TEST(CompletionTest, OffersEvents) {
@@ -64,7 +66,9 @@ TEST(CompletionTest, OffersValues) {
 
 TEST(CompletionTest, OffersFiles) {
     const auto file = std::filesystem::path(TOOL);
-    EXPECT_THAT(completionsOf("corvane play " + file.string()), Contains(file.string()));
+    for (const std::string command : {"play ", "order ", "check "}) {
+        EXPECT_THAT(completionsOf("corvane " + command + file.string()), Contains(file.string()));
+    }
 }
 
 }  // namespace

@@ -1,0 +1,35 @@
+// The page that explains the findings names those there are, no more and no fewer.
+#include "Findings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Of rows such as "| `id` | error | ...".
+std::vector<std::string> idsOfThePage() {
+    std::ifstream page(PAGE);
+    std::vector<std::string> ids;
+    for (std::string line; std::getline(page, line);) {
+        const auto end = std::min(line.find("` | error |"), line.find("` | warning |"));
+        if (line.starts_with("| `") && end != std::string::npos) {
+            ids.push_back(line.substr(3, end - 3));
+        }
+    }
+    return ids;
+}
+
+TEST(CheckPageTest, ExplainsEveryFindingInTheirOrder) {
+    std::vector<std::string> ids;
+    for (const auto& kind : corvane::check::allFindingKinds()) {
+        ids.emplace_back(kind.id);
+    }
+    EXPECT_THAT(idsOfThePage(), testing::ElementsAreArray(ids));
+}
+
+}  // namespace

@@ -1,0 +1,40 @@
+// What the daemon would load from a directory, and in which order.
+#include "LoadOrder.h"
+
+#include "PluginOrder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <list>
+#include <stdexcept>
+
+namespace corvane::tool {
+
+LoadOrder readLoadOrder(const std::string& directory) {
+    const auto entries = FileManager::listDirectory(directory);
+    if (!entries) {
+        throw std::runtime_error(directory + " can't be read: " + std::strerror(errno));
+    }
+    LoadOrder order{directory, {}, {}};
+    std::list<OrderedFile> candidates;
+    for (const auto& entry : *entries) {
+        if (entry.candidacy == FileManager::Candidacy::Candidate) {
+            candidates.push_back(
+                {entry.name, candidates.size() + 1, PluginPriorityChecker::decide(entry.name)});
+        } else if (entry.name != "." && entry.name != "..") {
+            order.skipped.push_back(entry);
+        }
+    }
+    PriorityOrder<OrderedFile> queue;
+    for (auto& candidate : candidates) {
+        queue.push(&candidate);
+    }
+    for (; !queue.empty(); queue.pop()) {
+        order.files.push_back(*queue.top());
+    }
+    std::ranges::sort(order.skipped, {}, &FileManager::Entry::name);
+    return order;
+}
+
+}  // namespace corvane::tool

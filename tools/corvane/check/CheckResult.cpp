@@ -1,0 +1,117 @@
+// The result of a check, for people and for programs.
+#include "CheckResult.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace corvane::check {
+
+namespace {
+
+// More symbols or the like aren't shown to people.
+constexpr std::size_t mostDetails = 20;
+
+const char* wordFor(Severity severity) {
+    return severity == Severity::Error ? "error" : "warning";
+}
+
+long long countOf(const Findings& findings, Severity severity) {
+    return std::ranges::count(findings.list(), severity,
+                              [](const Finding& finding) { return finding.kind->severity; });
+}
+
+std::string counted(long long count, const std::string& word) {
+    return std::to_string(count) + ' ' + word + (count == 1 ? "" : "s");
+}
+
+std::string textOf(const Finding& finding) {
+    const auto& kind = *finding.kind;
+    std::string text = std::string("  ") + wordFor(kind.severity) + ": " + kind.id + "\n    " +
+                       kind.explanation + '\n';
+    for (std::size_t i = 0; i < std::min(finding.details.size(), mostDetails); ++i) {
+        text += "      " + finding.details[i] + '\n';
+    }
+    if (finding.details.size() > mostDetails) {
+        text += "      and " + std::to_string(finding.details.size() - mostDetails) + " more\n";
+    }
+    return text + "    " + kind.advice + '\n';
+}
+
+std::string textOf(const Findings& findings, Stage stage) {
+    std::string text;
+    for (const auto& finding : findings.list()) {
+        if (finding.kind->stage == stage) {
+            text += textOf(finding);
+        }
+    }
+    return text;
+}
+
+std::string textOf(const Facts& facts) {
+    std::string text;
+    if (facts.events) {
+        text += "  PLUGIN_INIT succeeded and subscribed to " +
+                counted(static_cast<long long>(facts.events->size()), "event") + '\n';
+    }
+    if (facts.delivered) {
+        text += "  " + counted(*facts.delivered, "event") +
+                " delivered, on the main thread and on four others; " + counted(facts.jobs, "job") +
+                " of its own; the slowest took " + std::to_string(facts.slowestMs) + " ms\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string textOf(const CheckResult& result) {
+    auto text = result.file + "\n\nStatic\n";
+    const auto before = textOf(result.findings, Stage::Static);
+    text += before.empty() ? "  can be loaded here; has its entry points and nothing to hide\n"
+                           : before;
+    text += "\nRunning\n";
+    const auto during = textOf(result.findings, Stage::Running);
+    if (result.facts) {
+        text += textOf(*result.facts);
+        text +=
+            during.empty() ? "  PLUGIN_DEINIT left nothing behind; the library was unloaded\n" : "";
+    } else {
+        text += result.isStaticOnly ? "  not wanted\n" : "  not run because of the above\n";
+    }
+    text += during + "\nResult\n";
+    if (result.findings.list().empty()) {
+        return text + "  clean\n";
+    }
+    return text + "  " + counted(countOf(result.findings, Severity::Error), "error") + ", " +
+           counted(countOf(result.findings, Severity::Warning), "warning") + '\n';
+}
+
+std::string jsonOf(const CheckResult& result) {
+    using Json = nlohmann::ordered_json;
+    Json json{{"file", result.file},
+              {"clean", result.findings.list().empty()},
+              {"errors", countOf(result.findings, Severity::Error)},
+              {"warnings", countOf(result.findings, Severity::Warning)},
+              {"findings", Json::array()}};
+    for (const auto& finding : result.findings.list()) {
+        json["findings"].push_back(
+            {{"id", finding.kind->id},
+             {"severity", wordFor(finding.kind->severity)},
+             {"stage", finding.kind->stage == Stage::Static ? "static" : "running"},
+             {"explanation", finding.kind->explanation},
+             {"details", finding.details},
+             {"advice", finding.kind->advice}});
+    }
+    if (result.facts) {
+        json["run"] = {{"jobs", result.facts->jobs}, {"slowest_ms", result.facts->slowestMs}};
+        if (result.facts->events) {
+            json["run"]["events"] = *result.facts->events;
+        }
+        if (result.facts->delivered) {
+            json["run"]["delivered"] = *result.facts->delivered;
+        }
+    }
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
+}  // namespace corvane::check

@@ -1,0 +1,22 @@
+// The result of a check, for people and for programs.
+#pragma once
+
+#include "Findings.h"
+#include "RunningCheck.h"
+
+#include <optional>
+#include <string>
+
+namespace corvane::check {
+
+struct CheckResult {
+    std::string file;
+    Findings findings;
+    bool isStaticOnly = false;
+    std::optional<Facts> facts;  // if it was run
+};
+
+std::string textOf(const CheckResult& result);
+std::string jsonOf(const CheckResult& result);
+
+}  // namespace corvane::check

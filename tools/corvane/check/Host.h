@@ -1,0 +1,69 @@
+// The process that runs the plugin, as the command sees it.
+#pragma once
+
+#include "StopSignals.h"
+#include "Workplace.h"
+
+#include <nlohmann/json.hpp>
+
+#include <sys/types.h>
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane::check {
+
+/// Where corvane-check-host is. Throws CheckError if it isn't installed.
+std::filesystem::path findHost();
+
+/// What became of a run.
+struct HostOutcome {
+    std::vector<nlohmann::json> messages;  // findings and facts, as the host sent them
+    bool isDone = false;                   // the plugin has gone through everything
+    bool timedOut = false;
+    std::optional<int> signal;        // of a crash
+    std::optional<int> exitStatus;    // if it ended by itself
+    std::string step;                 // what the plugin was doing then; or empty
+    std::vector<std::string> frames;  // where, the innermost first
+    std::string output;               // both streams
+};
+
+/// Owner: the command, on its thread. One object for each run. Errors: CheckError, also when
+/// the user stops the command.
+class Host {
+public:
+    explicit Host(const Workplace& workplace) : m_workplace(workplace) {}
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    /// Runs the host with `arguments`: mode, file, and what follows the pipe. The process is
+    /// ended after the limit at the latest.
+    HostOutcome run(const std::string& mode, const std::string& file,
+                    const std::vector<std::string>& more, std::chrono::milliseconds limit);
+
+private:
+    using Time = std::chrono::steady_clock::time_point;
+
+    void start(const std::vector<std::string>& command);
+    bool readMessages();
+    void onMessage(const nlohmann::json& message);
+    void onSignal(const nlohmann::json& message);
+    bool askWhereItHangs();
+    void end();
+
+    const Workplace& m_workplace;
+    const tool::StopSignals m_stop;
+    pid_t m_id = -1;
+    int m_pipe = -1;
+    int m_process = -1;
+    bool m_isHeld = false;  // by its own signal handler, or for us to end it
+    std::string m_unread;
+    std::map<pid_t, std::string> m_steps;  // by thread
+    HostOutcome m_outcome;
+};
+
+}  // namespace corvane::check

@@ -1,0 +1,27 @@
+// Starts a program.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace corvane::check {
+
+struct SpawnOptions {
+    std::vector<std::string> command;  // the first is a path
+    std::filesystem::path directory;
+    std::map<std::string, std::string> environment;  // added to the caller's
+    std::filesystem::path output;                    // gets both streams
+    int keptFd = -1;                                 // is descriptor 3 there
+};
+
+/// In a process group of its own, with no signal blocked and nothing to read. Throws CheckError.
+pid_t spawn(const SpawnOptions& options);
+
+/// All that is in a file; empty if there is none.
+std::string contentsOf(const std::filesystem::path& file);
+
+}  // namespace corvane::check

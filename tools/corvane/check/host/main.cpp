@@ -1,0 +1,92 @@
+// The daemon's stand-in for one plugin that is to be checked, in a process and a
+// directory of its own. `corvane check` starts it:
+//     corvane-check-host open FILE FD          can the loader open it?
+//     corvane-check-host run NAME FD SLOW_MS   lead plugins/NAME through its life
+#include "CallbackDelegator.h"
+#include "CrashHandler.h"
+#include "HangSignal.h"
+#include "MainThreadInvoker.h"
+#include "Rehearsal.h"
+#include "Report.h"
+
+#include <Ecore.h>
+#include <bluetooth.h>
+#include <bluetooth_tv.h>
+#include <dlfcn.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <thread>
+
+namespace {
+
+using namespace corvane::check;
+
+// As the daemon opens it.
+void open(const std::string& path) {
+    report::step("the opening of the library");
+    if (void* const handle = dlopen(path.c_str(), RTLD_LAZY)) {
+        report::step("the unloading of the library");
+        dlclose(handle);
+    } else {
+        report::fact("refusal", dlerror());
+    }
+    report::done();
+}
+
+void run(const std::string& name, std::chrono::milliseconds slowLimit) {
+    if (ecore_init() == 0) {
+        throw std::runtime_error("the main loop can't be had");
+    }
+    bt_product_init();
+    bt_audio_initialize();
+    MainThreadInvoker::setMainThreadId(std::this_thread::get_id());
+    // With the first thread a thread checker starts one of its own, which is not the plugin's.
+    std::thread([] {}).join();
+    {
+        Rehearsal rehearsal(name, slowLimit);
+        if (const pid_t thread = rehearsal.run()) {
+            report::done();
+            // It tells where it is, and the command ends the process. It may not listen.
+            syscall(SYS_tgkill, getpid(), thread, hangSignal);
+            sleep(1);
+            _exit(EXIT_SUCCESS);
+        }
+    }
+    Singleton<CallbackDelegator>::getInstance();
+    Singleton<CallbackDelegator>::instance().reset();
+    bt_product_deinit();
+    bt_audio_deinitialize();
+    ecore_shutdown();
+    report::done();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const std::string mode = argc > 3 ? argv[1] : "";
+    if (!(mode == "open" && argc == 4) && !(mode == "run" && argc == 5)) {
+        std::cerr << "corvane-check-host is started by `corvane check`\n";
+        return 2;
+    }
+    try {
+        report::open(std::stoi(argv[3]));
+        crash::install();
+        if (mode == "open") {
+            open(argv[2]);
+        } else {
+            run(argv[2], std::chrono::milliseconds(std::stoi(argv[4])));
+        }
+        return EXIT_SUCCESS;
+    } catch (const std::exception& error) {
+        std::cerr << "corvane-check-host: " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}
