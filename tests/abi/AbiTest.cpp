@@ -22,6 +22,7 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 namespace {
 
@@ -111,6 +112,10 @@ protected:
 
 TEST(FrozenReleasesTest, ThereIsOne) {
     EXPECT_FALSE(frozenReleases().empty()) << "in " << CORVANE_ABI_DIR;
+}
+
+TEST(BrokerHeaderTest, TellsHowManyOperationsThereAre) {
+    EXPECT_THAT(operationTable(), SizeIs(corvaneOperationCount));
 }
 
 TEST_P(FrozenReleaseTest, ItsOperationsKeepTheirSlotsNamesAndTypes) {

@@ -34,6 +34,7 @@ const std::vector<Row> rows{
     {"NoDeinit", "no-deinit"},
     {"MissingFunction", "unresolved-symbols"},
     {"MissingVariable", "not-loadable"},
+    {"NewerInterface", "newer-interface"},
     {"ExportsMore", "exported-symbols"},
 #ifndef __clang__  // makes no such symbols
     {"UniqueSymbols", "unique-symbols"},

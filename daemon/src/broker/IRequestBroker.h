@@ -375,3 +375,6 @@ public:
                                               void* userData) = 0;
     /// @}
 };
+
+/// The number of operations, left in each plugin for `corvane check` to compare.
+[[gnu::section(".corvane.abi"), gnu::used]] static const int corvaneOperationCount = 85;

@@ -24,6 +24,9 @@ constexpr FindingKind kinds[] = {
      "Define extern \"C\" int PLUGIN_INIT(void* broker) with default visibility."},
     {"no-deinit", Warning, Static, "There is no PLUGIN_DEINIT to undo what PLUGIN_INIT did.",
      "Define extern \"C\" void PLUGIN_DEINIT() with default visibility."},
+    {"newer-interface", Error, Static,
+     "The plugin was built for an interface with more operations than the daemon has.",
+     "Build with the headers of this daemon, or install the daemon that goes with the headers."},
     {"exported-symbols", Warning, Static,
      "More is exported than the entry points; a symbol of the daemon's of the same name replaces "
      "it.",

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -90,6 +91,23 @@ void readDynamic(LibraryFile& library, Elf_Scn* section, const GElf_Shdr& header
     }
 }
 
+// One number for each source file that includes the interface.
+void readOperationCount(LibraryFile& library, Elf_Scn* section) {
+    auto* const data = elf_getdata(section, nullptr);
+    for (std::size_t i = 0; data != nullptr && i + sizeof(int) <= data->d_size; i += sizeof(int)) {
+        int count = 0;
+        std::memcpy(&count, static_cast<const char*>(data->d_buf) + i, sizeof count);
+        library.operationCount = std::max(library.operationCount, count);
+    }
+}
+
+std::string_view nameOf(Elf* elf, const GElf_Shdr& section) {
+    std::size_t names = 0;
+    const char* const name =
+        elf_getshdrstrndx(elf, &names) == 0 ? elf_strptr(elf, names, section.sh_name) : nullptr;
+    return name == nullptr ? "" : name;
+}
+
 }  // namespace
 
 LibraryFile readLibrary(const std::filesystem::path& path) {
@@ -109,6 +127,8 @@ LibraryFile readLibrary(const std::filesystem::path& path) {
             readSymbols(library, elf.get(), section, header);
         } else if (header.sh_type == SHT_DYNAMIC) {
             readDynamic(library, section, header);
+        } else if (nameOf(elf.get(), header) == ".corvane.abi") {
+            readOperationCount(library, section);
         }
     }
     std::ranges::sort(library.exported);

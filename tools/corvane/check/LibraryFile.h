@@ -11,6 +11,7 @@ struct LibraryFile {
     bool hasInit = false;
     bool hasDeinit = false;
     bool isNodelete = false;
+    int operationCount = 0;             // of the interface it was built for; 0 if it doesn't tell
     std::vector<std::string> exported;  // but the entry points, demangled
     std::vector<std::string> unique;    // exported ones of the kind that pins the library
 };

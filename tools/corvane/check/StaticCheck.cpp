@@ -9,6 +9,7 @@
 #include "RunningCheck.h"
 #include "Spawn.h"
 
+#include <IRequestBroker.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -91,12 +92,18 @@ bool checkStatically(const Workplace& workplace, std::chrono::milliseconds limit
     if (!library.hasDeinit) {
         findings.add("no-deinit");
     }
+    if (library.operationCount > corvaneOperationCount) {
+        findings.add("newer-interface", std::to_string(library.operationCount) +
+                                            " operations; this daemon has " +
+                                            std::to_string(corvaneOperationCount));
+    }
     addAll(findings, "exported-symbols", library.exported);
     addAll(findings, "unique-symbols", library.unique);
     if (library.isNodelete) {
         findings.add("nodelete");
     }
-    return library.hasInit && !findings.has("unresolved-symbols");
+    return library.hasInit && !findings.has("unresolved-symbols") &&
+           !findings.has("newer-interface");
 }
 
 }  // namespace corvane::check
