@@ -22,13 +22,7 @@ struct Emission {
     const host::Event* event;
     host::Values values;
 
-    bool deliver() const {
-        const auto delivery =
-            std::ranges::find_if(host::allDeliveries(), [this](const host::Delivery& each) {
-                return std::string_view(each.event) == event->name;
-            });
-        return delivery->deliver(*event, values) > 0;
-    }
+    bool deliver() const { return host::deliveryOf(*event).deliver(*event, values) > 0; }
 };
 
 Emission makeEmission(const std::string& name, const Arguments& arguments) {

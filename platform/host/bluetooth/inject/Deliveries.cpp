@@ -6,7 +6,12 @@
 #include "LentArguments.h"
 #include "LentRecords.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -46,6 +51,17 @@ constexpr Delivery deliveries[] = {
 
 std::span<const Delivery> allDeliveries() {
     return deliveries;
+}
+
+const Delivery& deliveryOf(const Event& event) {
+    const std::string_view name = event.name;
+    const auto* const found = std::ranges::find(deliveries, name, [](const Delivery& delivery) {
+        return std::string_view(delivery.event);
+    });
+    if (found == std::end(deliveries)) {
+        throw std::logic_error(std::string("nothing delivers ") + event.name);
+    }
+    return *found;
 }
 
 }  // namespace corvane::host

@@ -19,4 +19,7 @@ struct Delivery {
 /// One for each slot.
 std::span<const Delivery> allDeliveries();
 
+/// That of an event of the table. Throws std::logic_error if there is none.
+const Delivery& deliveryOf(const Event& event);
+
 }  // namespace corvane::host

@@ -7,9 +7,6 @@
 #include "Report.h"
 #include "ValueText.h"
 
-#include <algorithm>
-#include <stdexcept>
-
 namespace corvane::check {
 
 using namespace corvane::host;
@@ -22,19 +19,12 @@ constexpr unsigned rounds = 5;
 }  // namespace
 
 void Deliverer::deliver(const Event& event, const EventVariant& variant) {
-    const auto deliveries = allDeliveries();
-    const auto delivery = std::ranges::find_if(deliveries, [&](const Delivery& candidate) {
-        return event.name == std::string(candidate.event);
-    });
-    if (delivery == deliveries.end()) {
-        throw std::logic_error(std::string("nothing delivers ") + event.name);
-    }
     const auto name =
         std::string(event.name) + (variant.difference.empty() ? "" : " " + variant.difference);
     report::step("the delivery of " + name);
     const TaskOrigin origin(event.name);
     try {
-        m_delivered += delivery->deliver(event, variant.values);
+        m_delivered += deliveryOf(event).deliver(event, variant.values);
     } catch (const InvalidValue&) {
         // The platform never delivers that.
     } catch (...) {
