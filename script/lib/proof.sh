@@ -2,6 +2,9 @@
 # reports progress on the standard error, prints its figures on the standard output, one line for
 # each, and ends with 0 exactly if all of them are reached. Source it after common.sh.
 
+ROWS=(allocation-failures plugin-faults event-storm task-context-model soak fuzz coverage mutations
+      sanitizers device-faults)
+
 # tests_hold PRESET REGEX: builds the preset and runs the tests whose names match.
 tests_hold() {
     local preset=$1 regex=$2 log closing

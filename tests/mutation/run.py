@@ -1,0 +1,151 @@
+#!/usr/bin/env python3
+"""Applies the faults of faults.toml, one at a time, to copies of the tree and runs the tests there.
+
+run.py [NAME...]: those whose names contain one of the texts, all by default. Prints what was
+caught by which tests and what survived; ends with 1 when fewer than 95 % of them are caught, or
+when a fault survives without a reason or is caught in spite of one. Run it from the top of the tree.
+"""
+import filecmp
+import os
+import shutil
+import subprocess
+import sys
+import threading
+import time
+import tomllib
+from collections import Counter
+from pathlib import Path
+
+PLACE = Path("build/mutations")
+MUST = 0.95
+# Cheapest first: each is a build target, and its programs run whole. A hang is a catch.
+LEVELS = {
+    "unit": ["unit"],
+    "integration": ["integration_daemon"],
+    "stress": ["stress"],
+}
+TIME_LIMIT_SEC = 300
+# The leaks of what never ran are deliberate and part of tests that say so themselves.
+ENVIRONMENT = os.environ | {"ECORE_NO_SYSTEM_MODULES": "1"}
+
+
+class Worker:
+    """A copy of the tree with a build of its own."""
+
+    def __init__(self, number):
+        self.tree = PLACE / str(number) / "tree"
+        self.build = PLACE / str(number) / "build"
+        self.log = open(PLACE / f"{number}.log", "w")
+
+    def say(self, *command, cwd=None):
+        print("$", *command, file=self.log, flush=True)
+        try:
+            return subprocess.run(command, cwd=cwd, stdout=self.log, stderr=subprocess.STDOUT,
+                                  env=ENVIRONMENT, timeout=TIME_LIMIT_SEC).returncode == 0
+        except subprocess.TimeoutExpired:
+            return False
+
+    def prepare(self):
+        listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others",
+                                 "--exclude-standard"], check=True, capture_output=True, text=True)
+        wanted = {Path(name) for name in listed.stdout.split("\0") if name and Path(name).exists()}
+        for path in self.tree.rglob("*"):
+            if path.is_file() and path.relative_to(self.tree) not in wanted:
+                path.unlink()
+        for name in wanted:
+            copy = self.tree / name
+            if not copy.exists() or not filecmp.cmp(name, copy, shallow=False):
+                copy.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy(name, copy)
+        if not self.say("cmake", "-S", str(self.tree), "-B", str(self.build), "-G", "Ninja",
+                        "-DCMAKE_CXX_COMPILER=g++", "-DCMAKE_C_COMPILER=gcc",
+                        "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0",
+                        "-DCORVANE_TESTS=ON", "-DCORVANE_SANITIZE=address"):
+            raise RuntimeError("can't configure")
+        for level in LEVELS:
+            if not self.holds(level):
+                raise RuntimeError(f"{level} fails without any fault, see {self.log.name}")
+
+    def holds(self, level):
+        """Whether the level's tests pass; None when they can't be built."""
+        for target in LEVELS[level]:
+            if subprocess.run(["cmake", "--build", str(self.build), "-j1", "--target", target],
+                              stdout=self.log, stderr=subprocess.STDOUT).returncode != 0:
+                return None
+        return all(self.say(str((self.build / "bin" / target).resolve()), "--gtest_fail_fast",
+                            "--gtest_brief=1", cwd=self.build) for target in LEVELS[level])
+
+    def catch(self, fault):
+        """The level that notices the fault, or None."""
+        file = self.tree / fault["file"]
+        text = file.read_text()
+        if text.count(fault["old"]) != 1:
+            raise RuntimeError(f"{fault['name']}: {fault['file']} doesn't hold its text once")
+        print("##", fault["name"], file=self.log, flush=True)
+        file.write_text(text.replace(fault["old"], fault["new"]))
+        try:
+            for level in LEVELS:
+                held = self.holds(level)
+                if held is None:
+                    raise RuntimeError(f"{fault['name']}: doesn't compile, see {self.log.name}")
+                if not held:
+                    return level
+            return None
+        finally:
+            file.write_text(text)
+
+
+def main():
+    faults = tomllib.loads(Path("tests/mutation/faults.toml").read_text())["fault"]
+    if sys.argv[1:]:
+        faults = [fault for fault in faults if any(part in fault["name"] for part in sys.argv[1:])]
+    total = len(faults)
+    PLACE.mkdir(parents=True, exist_ok=True)
+    lock = threading.Lock()
+    caught, survivors, errors = Counter(), [], []
+
+    # Neighbours in the list change one file: a worker takes them from one end.
+    def work(number):
+        try:
+            worker = Worker(number)
+            worker.prepare()
+            while True:
+                with lock:
+                    if not faults or errors:
+                        return
+                    fault = faults.pop(-number)
+                start = time.monotonic()
+                level = worker.catch(fault)
+                with lock:
+                    seconds = time.monotonic() - start
+                    print(f"{level or 'SURVIVED':12}{seconds:4.0f} s  {fault['name']}",
+                          file=sys.stderr, flush=True)
+                    if level:
+                        caught[level] += 1
+                    else:
+                        survivors.append(fault)
+                    if level and "survives" in fault:
+                        errors.append(f"caught in spite of its reason: {fault['name']}")
+        except RuntimeError as error:
+            with lock:
+                errors.append(str(error))
+
+    threads = [threading.Thread(target=work, args=[number]) for number in (0, 1)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+
+    count = sum(caught.values())
+    print(f"{total} faults, {count} caught ({100 * count / total:.1f} %): " +
+          ", ".join(f"{caught[level]} by {level}" for level in LEVELS))
+    for fault in survivors:
+        print(f"survived: {fault['name']} ({fault.get('survives', 'NO REASON')})")
+    errors += [f"survives without a reason: {fault['name']}" for fault in survivors
+               if "survives" not in fault]
+    for error in errors:
+        print(error, file=sys.stderr)
+    sys.exit(1 if errors or count < MUST * total else 0)
+
+
+main()
