@@ -30,7 +30,8 @@ namespace TPL {
 /// thread ran it, and the jobs behind it wait for the next job to be queued.
 ///
 /// `MostDerived` has `_Execute(const std::function<void()>&)`, which runs a task.
-/// `Invoker` has `Invoke(const std::function<void()>&)`, which runs the job loop.
+/// `Invoker` has `Invoke(const std::function<void()>&)`, which runs the job loop, on any
+/// thread, before it returns.
 ///
 ///     state         initiated  terminated  tasks
 ///     created       false      false       skipped
