@@ -10,6 +10,9 @@
 #include <bluetooth_tv.h>
 #include <sound_manager_tv.h>
 
+#include <pthread.h>
+#include <time.h>
+
 #include <cerrno>
 #include <mutex>
 
@@ -20,7 +23,9 @@ class CallbackSlot;
 
 /// Owner: the library, for the life of the process. Threads: every operation may run on
 /// any thread, also inside the callback, which is called without a lock held. A callback
-/// just replaced or cleared by one thread may still be running on another.
+/// just replaced by one thread may still be running on another. Clearing waits for those on
+/// other threads, so that its owner may go, but not for long: they may be waiting for the
+/// thread that clears.
 /// Errors: what the callback throws passes through deliver().
 template <typename... All>
 class CallbackSlot<void (*)(All...)> {
@@ -48,6 +53,7 @@ public:
         m_callback = nullptr;
         m_userData = nullptr;
         observeSlot(SlotChange::Unset, m_event);
+        waitForOthers(Running::countOf(this));
         return 0;
     }
 
@@ -68,8 +74,10 @@ public:
             const std::lock_guard lock(m_mutex);
             callback = m_callback;
             userData = m_userData;
+            m_running += callback == nullptr ? 0 : 1;
         }
         if (callback != nullptr) {
+            const Running running(*this);
             const SlowWatch watch(m_event, "callback");
             callback(arguments..., userData);
         }
@@ -79,10 +87,57 @@ public:
     }
 
 private:
+    /// A call of the callback, which has been counted already. Those of one thread are in one
+    /// another.
+    class Running {
+    public:
+        explicit Running(CallbackSlot& slot) : m_slot(slot), m_outer(innermost) {
+            innermost = this;
+        }
+        ~Running() {
+            innermost = m_outer;
+            const std::lock_guard lock(m_slot.m_mutex);
+            --m_slot.m_running;
+            pthread_cond_broadcast(&m_slot.m_left);
+        }
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+
+        /// Of this thread.
+        static unsigned countOf(const CallbackSlot* slot) {
+            unsigned count = 0;
+            for (const Running* running = innermost; running != nullptr;
+                 running = running->m_outer) {
+                count += &running->m_slot == slot ? 1 : 0;
+            }
+            return count;
+        }
+
+    private:
+        CallbackSlot& m_slot;
+        Running* m_outer;
+        static inline thread_local Running* innermost = nullptr;
+    };
+
+    // Under the mutex, which is let go meanwhile.
+    void waitForOthers(unsigned own) {
+        constexpr long PATIENCE_NS = 100'000'000;
+        constexpr long SECOND_NS = 1'000'000'000;
+        timespec end{};
+        clock_gettime(CLOCK_MONOTONIC, &end);
+        end.tv_sec += (end.tv_nsec + PATIENCE_NS) / SECOND_NS;
+        end.tv_nsec = (end.tv_nsec + PATIENCE_NS) % SECOND_NS;
+        while (m_running > own && pthread_cond_clockwait(&m_left, m_mutex.native_handle(),
+                                                         CLOCK_MONOTONIC, &end) == 0) {
+        }
+    }
+
     std::mutex m_mutex;
+    pthread_cond_t m_left = PTHREAD_COND_INITIALIZER;  // made before the program starts
     const char* m_event = "";
     Callback m_callback = nullptr;
     void* m_userData = nullptr;
+    unsigned m_running = 0;
 };
 
 template <typename SetFunction>

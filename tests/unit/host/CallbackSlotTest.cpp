@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "Gate.h"
+
 namespace {
 
 using corvane::host::CallbackSlot;
@@ -46,6 +48,44 @@ TEST(CallbackSlotTest, DeliversToNobodyWhenCleared) {
     EXPECT_EQ(slot.unset(), 0);
     EXPECT_EQ(slot.deliver(7), 0u);
     EXPECT_EQ(value, 0);
+}
+
+struct Held {
+    Gate entered;
+    Gate release;
+    std::atomic<bool> left = false;
+
+    static void callback(int, void* self) {
+        auto& held = *static_cast<Held*>(self);
+        held.entered.open();
+        held.release.wait();
+        held.left = true;
+    }
+};
+
+TEST(CallbackSlotTest, IsClearedWhenTheCallbackHasLeftOnOtherThreads) {
+    Slot slot;
+    Held held;
+    slot.set(&Held::callback, &held);
+    std::thread other([&slot] { slot.deliver(7); });
+    held.entered.wait();
+    held.release.open();
+    slot.unset();
+    EXPECT_TRUE(held.left);
+    other.join();
+}
+
+TEST(CallbackSlotTest, IsClearedAllTheSameWhenTheCallbackStays) {
+    Slot slot;
+    Held held;
+    slot.set(&Held::callback, &held);
+    std::thread other([&slot] { slot.deliver(7); });
+    held.entered.wait();
+    slot.unset();
+    EXPECT_FALSE(held.left);
+    EXPECT_EQ(slot.deliver(7), 0u);
+    held.release.open();
+    other.join();
 }
 
 TEST(CallbackSlotTest, RefusesANullCallbackAndKeepsTheOneItHas) {
