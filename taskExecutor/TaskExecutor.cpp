@@ -20,6 +20,10 @@ bool TaskExecutor::ScheduleSync(const std::function<void()>& task, unsigned int 
     return InvokeTaskSync(task, timeoutMs, CDirectInvoker::GetInstance());
 }
 
+bool TaskExecutor::RunLeftTasks() {
+    return RunLeftJobs();
+}
+
 bool TaskExecutor::TerminateSync(unsigned int timeoutMs) {
     return CContext::TerminateSync(timeoutMs, CDirectInvoker::GetInstance());
 }

@@ -31,6 +31,10 @@ public:
     /// The same, and waits up to `timeoutMs` milliseconds until the task has run.
     bool ScheduleSync(const std::function<void()>& task, unsigned int timeoutMs);
 
+    /// Runs tasks that are queued while no thread is running this executor's tasks. False if
+    /// there are none, or if another thread is running them.
+    bool RunLeftTasks();
+
     /// Drops the tasks queued behind it and refuses new ones. True once that has
     /// happened, false when it has not within `timeoutMs` milliseconds.
     bool TerminateSync(unsigned int timeoutMs);

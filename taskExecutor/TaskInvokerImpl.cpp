@@ -1,5 +1,7 @@
 #include "TaskInvokerImpl.h"
 
+#include <exception>
+
 #include "TaskExecutor.h"
 #include "log.h"
 
@@ -40,4 +42,15 @@ void TaskInvokerImpl::invokeTask(const ITaskInvoker::Task& task) {
         return;
     }
     m_taskExecutor->Schedule(task);
+}
+
+void TaskInvokerImpl::runLeftTasks() {
+    bool mayBeMore = static_cast<bool>(m_taskExecutor);
+    while (mayBeMore) {
+        try {
+            mayBeMore = m_taskExecutor->RunLeftTasks();
+        } catch (const std::exception&) {
+            // It took one task out of the queue; others may be behind.
+        }
+    }
 }

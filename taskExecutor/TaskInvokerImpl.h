@@ -9,8 +9,8 @@ class TaskExecutor;
 
 /// Active from construction until terminateTaskExecutor, which its destructor calls.
 ///
-/// Threads: invokeTask from any thread; the others from construction and destruction
-/// only, while nobody calls invokeTask.
+/// Threads: invokeTask and runLeftTasks from any thread; the others from construction and
+/// destruction only, while nobody calls invokeTask.
 class TaskInvokerImpl : public ITaskInvoker {
 public:
     /// So many tasks may wait behind the one that runs; see invokeTask.
@@ -28,6 +28,10 @@ public:
     /// Throws std::domain_error when 10 tasks stayed queued for 15 s, and what a task
     /// that ran on this thread threw.
     void invokeTask(const ITaskInvoker::Task& task) override;
+
+    /// Runs the tasks that an exception, or the instant in which a thread left the context, has
+    /// left in it. What they throw is only logged, by the context.
+    void runLeftTasks();
 
     /// Makes a fresh context; one held before is let go as it is.
     void initiateTaskExecutor();

@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+#include "FanOuts.h"
+#include "LibraryFile.h"
 #include "PluginPath.h"
 #include "PluginPriorityChecker.h"
 #include "log.h"
@@ -12,6 +14,10 @@ namespace {
 
 using InitFunction = int (*)(void*);
 using DeinitFunction = void (*)();
+
+// Its header promises that the loader throws nothing, but what the constructor of a plugin's static
+// object throws passes through it. The compiler must not see who is called.
+void* (*volatile const openLibrary)(const char*, int) = dlopen;
 
 }  // namespace
 
@@ -40,7 +46,7 @@ void Plugin::loadServicePlugin() {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
     LOGI("start dlopen : %s", m_name.c_str());
     const std::string path = PLUGIN_PATH + "/" + m_name;
-    m_handle.reset(dlopen(path.c_str(), RTLD_LAZY));
+    m_handle.reset(LibraryFile::isCutOff(path) ? nullptr : openLibrary(path.c_str(), RTLD_LAZY));
     LOGI("end dlopen : %s", m_name.c_str());
     if (!m_handle) {
         throw std::runtime_error("fail to open plugin");
@@ -54,7 +60,7 @@ void Plugin::loadServicePlugin() {
     const int result = init(getRequestBrokerHandle());
     LOGI("end init func");
     if (result < 0) {
-        m_handle.reset();
+        closeLibrary();
         throw std::runtime_error("plugin return negative value : " + std::to_string(result));
     }
 }
@@ -80,7 +86,7 @@ void Plugin::unloadServicePlugin() {
         deinit();
         LOGI("end deinit func");
     }
-    m_handle.reset();
+    closeLibrary();
     m_broker.reset();
 }
 
@@ -93,7 +99,22 @@ void Plugin::tearDown() {
     terminateTaskExecutor();
 }
 
+// Other threads may be bringing the plugin an event although it has unsubscribed, and tasks may be
+// left in its context. All of them need the library's code, and perhaps the broker.
+void Plugin::letOthersLeave() {
+    if (m_handle) {
+        allFanOuts.waitForEarlier();
+        runLeftTasks();
+    }
+}
+
+void Plugin::closeLibrary() {
+    letOthersLeave();
+    m_handle.reset();
+}
+
 void Plugin::release() {
+    letOthersLeave();
     m_broker.reset();
     m_handle.reset();
 }

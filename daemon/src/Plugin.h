@@ -50,6 +50,8 @@ private:
     void loadServicePlugin();
     void unloadServicePlugin();
     void* getRequestBrokerHandle();
+    void letOthersLeave();
+    void closeLibrary();
     void release();
 
     std::string m_name;

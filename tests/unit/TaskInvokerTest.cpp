@@ -133,6 +133,26 @@ TEST_F(TaskInvokerTest, ATasksExceptionReachesTheCallerWhoseThreadRanIt) {
                  std::runtime_error);
 }
 
+TEST_F(TaskInvokerTest, TasksLeftByAnExceptionCanBeRunWithoutAnotherOne) {
+    std::vector<int> ran;
+    EXPECT_THROW(m_invoker->invokeTask([&] {
+        m_invoker->invokeTask([&ran] { ran.push_back(1); });
+        m_invoker->invokeTask([] { throw std::runtime_error("left behind"); });
+        m_invoker->invokeTask([&ran] { ran.push_back(2); });
+        throw std::runtime_error("task");
+    }),
+                 std::runtime_error);
+    EXPECT_THAT(ran, ElementsAre());
+    m_invoker->runLeftTasks();
+    EXPECT_THAT(ran, ElementsAre(1, 2));
+}
+
+TEST_F(TaskInvokerTest, WithoutTasksThereIsNothingToRunAndNothingToLog) {
+    fake_platform::reset();
+    m_invoker->runLeftTasks();
+    EXPECT_TRUE(fake_platform::lines().empty());
+}
+
 TEST(DirectInvokerTest, IsOneForTheProcessAndCallsAtOnce) {
     TPL::CDirectInvoker& invoker = TPL::CDirectInvoker::GetInstance();
     EXPECT_EQ(&invoker, &TPL::CDirectInvoker::GetInstance());

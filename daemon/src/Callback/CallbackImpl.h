@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "FanOuts.h"
 #include "ICallback.h"
 #include "ITaskInvoker.h"
 #include "log.h"
@@ -121,15 +122,19 @@ private:
 
     class FanOut {
     public:
-        explicit FanOut(CallbackImpl& source) : m_source(source) {
+        explicit FanOut(CallbackImpl& source) : m_source(source), m_phase(allFanOuts.enter()) {
             m_source.m_fanOuts.fetch_add(1);
         }
-        ~FanOut() { m_source.leave(); }
+        ~FanOut() {
+            m_source.leave();
+            allFanOuts.leave(m_phase);
+        }
         FanOut(const FanOut&) = delete;
         FanOut& operator=(const FanOut&) = delete;
 
     private:
         CallbackImpl& m_source;
+        FanOuts::Phase m_phase;
     };
 
     static constexpr std::size_t RELEASED = ~(~std::size_t{0} >> 1);

@@ -59,6 +59,8 @@ public:
                         Invoker& invoker);
     template <typename Invoker>
     bool TerminateSync(unsigned int timeoutMs, Invoker& invoker);
+    /// Runs what is queued while nobody runs it. False if there was nothing to do.
+    bool RunLeftJobs();
 
 private:
     class CJob;
@@ -303,6 +305,19 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
         }
         throw;
     }
+}
+
+template <typename MostDerived>
+bool CContext<MostDerived>::RunLeftJobs() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_jobCount == 0 || m_running) {
+            return false;
+        }
+        m_running = true;
+    }
+    _ProcessJob();
+    return true;
 }
 
 template <typename MostDerived>
