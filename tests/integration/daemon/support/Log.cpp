@@ -58,6 +58,11 @@ private:
     std::map<std::string, std::string> m_names;
 };
 
+std::string transcribe(const LogLine& line, PointerNames& pointers) {
+    const std::string head = line.tag.empty() ? "" : line.priority + ' ' + line.tag + ": ";
+    return head + pointers.replaceIn(withoutSourceLines(line.text)) + '\n';
+}
+
 }  // namespace
 
 Log::Log(std::string_view written) {
@@ -116,10 +121,27 @@ std::string Log::transcript() const {
     PointerNames pointers;
     std::string result;
     for (const LogLine& line : m_lines) {
-        if (!line.tag.empty()) {
-            result += line.priority + ' ' + line.tag + ": ";
+        result += transcribe(line, pointers);
+    }
+    return result;
+}
+
+std::string Log::transcriptByThread() const {
+    std::vector<std::string> threads;
+    for (const LogLine& line : m_lines) {
+        if (std::ranges::find(threads, line.thread) == threads.end()) {
+            threads.push_back(line.thread);
         }
-        result += pointers.replaceIn(withoutSourceLines(line.text)) + '\n';
+    }
+    PointerNames pointers;
+    std::string result;
+    for (std::size_t i = 0; i < threads.size(); ++i) {
+        result += "-- thread " + std::to_string(i + 1) + '\n';
+        for (const LogLine& line : m_lines) {
+            if (line.thread == threads[i]) {
+                result += transcribe(line, pointers);
+            }
+        }
     }
     return result;
 }

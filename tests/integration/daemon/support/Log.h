@@ -39,6 +39,10 @@ public:
     /// All lines, without time and thread: source lines are "#", and pointers are numbered
     /// in the order of their first appearance, "@1" and so on.
     std::string transcript() const;
+    /// The same, each thread's lines by themselves behind a line that says so: for threads
+    /// whose lines have no order among each other. The threads come in the order of their
+    /// first lines.
+    std::string transcriptByThread() const;
     /// The texts alone, each ended by a newline.
     std::string texts() const;
 

@@ -26,9 +26,11 @@ Sandbox::Sandbox() {
     }
     m_directory = path;
     m_command = {DAEMON};
+    m_preloaded = PLATFORM_RECORDER;
     // The recorder is loaded before the address checker's own library.
     m_checkerOptions = "verify_asan_link_order=0";
     std::filesystem::create_directory(plugins());
+    setSettings("[callbacks]\nslow_ms = 0\n");
 }
 
 Sandbox::~Sandbox() {
@@ -71,8 +73,26 @@ void Sandbox::setArguments(const std::vector<std::string>& arguments) {
     m_command.insert(m_command.end(), arguments.begin(), arguments.end());
 }
 
+void Sandbox::setSettings(const std::string& text) {
+    std::ofstream(m_directory / "platform.conf") << text;
+}
+
+void Sandbox::setEnvironment(const std::string& variable, const std::string& value) {
+    m_environment[variable] = value;
+}
+
+void Sandbox::preload(const std::filesystem::path& library) {
+    m_preloaded = library.string() + ':' + m_preloaded;
+}
+
 void Sandbox::ignoreLeaks() {
     m_checkerOptions += ":detect_leaks=0";
+}
+
+void Sandbox::leaveCrashesAlone() {
+    const std::string options = "handle_segv=0:handle_abort=0";
+    m_checkerOptions += ":detect_leaks=0:" + options;
+    setEnvironment("TSAN_OPTIONS", withOption("TSAN_OPTIONS", options));
 }
 
 void Sandbox::start() {
@@ -115,21 +135,38 @@ Outcome Sandbox::runToItsEnd() {
 
 void Sandbox::launch() {
     m_daemon = std::make_unique<ChildProcess>(ChildProcess::Options{
-        .command = m_command, .directory = m_directory, .environment = environment()});
+        .command = command(), .directory = m_directory, .environment = environment()});
 }
 
 std::map<std::string, std::string> Sandbox::environment() const {
-    return {
+    std::map<std::string, std::string> variables{
         {"ECORE_NO_SYSTEM_MODULES", "1"},
         {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "no-bus").string()},
-        {"CORVANE_PLATFORM_CONF", "/dev/null"},
+        {"CORVANE_PLATFORM_CONF", "platform.conf"},
         {"CORVANE_SYSTEM_INFO", "system-info.conf"},
         {"CORVANE_INJECT_SOCKET", "inject"},
         {"CORVANE_LOG_LEVEL", "debug"},
         {"XDG_RUNTIME_DIR", m_directory},
-        {"LD_PRELOAD", PLATFORM_RECORDER},
         {"ASAN_OPTIONS", withOption("ASAN_OPTIONS", m_checkerOptions)},
         {"PLATFORM_FAILURES", m_failures},
         {"PLATFORM_EXCEPTIONS", m_exceptions},
     };
+    if (m_starter.empty()) {
+        variables["LD_PRELOAD"] = m_preloaded;
+    }
+    for (const auto& [variable, value] : m_environment) {
+        variables[variable] = value;
+    }
+    return variables;
+}
+
+// A starter is a program like any other, into which nothing is to be loaded.
+std::vector<std::string> Sandbox::command() const {
+    if (m_starter.empty()) {
+        return m_command;
+    }
+    std::vector<std::string> command = m_starter;
+    command.insert(command.end(), {"env", "LD_PRELOAD=" + m_preloaded});
+    command.insert(command.end(), m_command.begin(), m_command.end());
+    return command;
 }

@@ -41,10 +41,22 @@ public:
     void failPlatformCalls(const std::string& names);
     void throwFromPlatformCalls(const std::string& names);
     void setArguments(const std::vector<std::string>& arguments);
+    /// The daemon is started by this command, which gets the daemon's own as its arguments.
+    void setStarter(const std::vector<std::string>& starter) { m_starter = starter; }
+    /// The settings of the host platform; by default slow callbacks are not reported.
+    void setSettings(const std::string& text);
+    void setEnvironment(const std::string& variable, const std::string& value);
+    /// Loaded into the daemon before anything else.
+    void preload(const std::filesystem::path& library);
     /// For daemons that are not to shut the main-loop library down: what that allocated for
     /// itself is then left behind.
     void ignoreLeaks();
+    /// For daemons that are to end by the signal of their crash, also where a checker
+    /// would report it.
+    void leaveCrashesAlone();
 
+    /// Starts the daemon, and no more.
+    void launch();
     /// Starts the daemon and waits until it has started.
     void start();
     /// What `corvane emit` with these words said.
@@ -62,11 +74,14 @@ public:
     ChildProcess& daemon() { return *m_daemon; }
 
 private:
-    void launch();
     std::map<std::string, std::string> environment() const;
+    std::vector<std::string> command() const;
 
     std::filesystem::path m_directory;
     std::vector<std::string> m_command;
+    std::vector<std::string> m_starter;
+    std::map<std::string, std::string> m_environment;
+    std::string m_preloaded;
     std::string m_failures;
     std::string m_exceptions;
     std::string m_checkerOptions;

@@ -1,0 +1,45 @@
+// What the device-fault tests measure, and how long they are: short, unless the environment says
+// otherwise.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+/// No end and no start may take longer.
+constexpr std::chrono::seconds HANG{20};
+
+inline int lengthOf(const char* variable, int usual) {
+    const char* const text = std::getenv(variable);
+    return text == nullptr ? usual : std::atoi(text);
+}
+
+/// Counts runs and keeps the longest time among them.
+class Longest {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    void add(Clock::time_point since) {
+        m_longest = std::max(m_longest, Clock::now() - since);
+        ++m_runs;
+    }
+    std::string text() const {
+        std::ostringstream out;
+        out << std::chrono::duration_cast<std::chrono::milliseconds>(m_longest).count() << " ms in "
+            << m_runs << (m_runs == 1 ? " run" : " runs");
+        return out.str();
+    }
+    int runs() const { return m_runs; }
+
+private:
+    Clock::duration m_longest{};
+    int m_runs = 0;
+};
+
+/// A line that the proof picks up.
+inline void printFigure(const std::string& text) {
+    std::cout << "figure: " << text << std::endl;
+}
