@@ -139,6 +139,9 @@ std::vector<Step> parseScenario(std::istream& input, const std::string& name) {
     std::string text;
     for (int line = 1; std::getline(input, text); ++line) {
         try {
+            if (text.find('\0') != text.npos) {
+                fail("there is a zero byte in this line");
+            }
             if (const auto words = splitWords(text); !words.empty()) {
                 parser.read(words, line);
             }

@@ -8,6 +8,7 @@
 #include <numeric>
 #include <span>
 #include <stdexcept>
+#include <utility>
 
 namespace corvane::host {
 
@@ -17,10 +18,10 @@ namespace {
 std::size_t distance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < from.size(); ++i) {
+    for (const char letter : from) {
         std::size_t diagonal = row[0]++;
         for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+            const std::size_t replaced = diagonal + (letter == to[j] ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
         }
@@ -30,15 +31,14 @@ std::size_t distance(std::string_view from, std::string_view to) {
 
 std::string nearNames(std::string_view name) {
     constexpr std::size_t most = 3;
-    std::vector<std::string_view> names;
+    std::vector<std::pair<std::size_t, const char*>> names;
     for (const auto& event : allEvents()) {
-        names.emplace_back(event.name);
+        names.emplace_back(distance(name, event.name), event.name);
     }
-    std::ranges::stable_sort(names, {},
-                             [&](std::string_view other) { return distance(name, other); });
+    std::ranges::stable_sort(names, {}, &std::pair<std::size_t, const char*>::first);
     std::string text;
     for (const auto& near : std::span(names).first(std::min(most, names.size()))) {
-        text += "\n  " + std::string(near);
+        text += std::string("\n  ") + near.second;
     }
     return text;
 }

@@ -49,6 +49,11 @@ TEST(ScenarioTest, ReadsStepsWithTheirLines) {
     EXPECT_EQ(std::get<WaitStep>(steps[1].action).time, milliseconds(20));
 }
 
+TEST(ScenarioTest, RefusesALineWithAZeroByteWhichNoMessageCarries) {
+    EXPECT_EQ(complaint(std::string("wait 1\nemit bt-adapter-name-changed name=a\0b", 44)),
+              "file:2: there is a zero byte in this line");
+}
+
 TEST(ScenarioTest, ReadsRepeatsInOneAnother) {
     const auto steps = parse("repeat 2\nwait 1\nrepeat 3\nwait 2\nend\nend\nwait 3\n");
     ASSERT_EQ(steps.size(), 2u);

@@ -1,0 +1,12 @@
+// The values of an event written down again, as `corvane emit` and scenarios take them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "EventTable.h"
+#include "Values.h"
+
+/// key=value for every argument and record field that has a value.
+std::vector<std::string> wordsOf(const corvane::host::Event& event,
+                                 const corvane::host::Values& values);
