@@ -56,11 +56,11 @@ LogDestination openLogDestination(const Settings& settings, std::vector<std::str
             if (access("/run/systemd/journal/socket", F_OK) == 0) {
                 return {true, -1};
             }
-            complaints.push_back("the log can't go to the journal, there is none");
+            complaints.emplace_back("the log can't go to the journal, there is none");
             break;
         case LogOutput::file:
             if (settings.log.file.empty()) {
-                complaints.push_back("[log] output is file, but no file is given");
+                complaints.emplace_back("[log] output is file, but no file is given");
             } else if (const int fd = openFile(settings.log.file); fd >= 0) {
                 return {false, fd};
             } else {

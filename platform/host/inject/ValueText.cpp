@@ -27,7 +27,7 @@ Value parseInteger(const Field& field, std::string_view text) {
 }
 
 Value parseSmall(const Field& field, std::string_view text, int highest) {
-    const auto value = parseInteger(field, text);
+    auto value = parseInteger(field, text);
     if (std::get<int>(value) < 0 || std::get<int>(value) > highest) {
         throw InvalidValue(field, text);
     }

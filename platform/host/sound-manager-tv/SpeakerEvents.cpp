@@ -33,6 +33,7 @@ void deliver(void* route) {
 
 void onSink(const pa_sink_info& sink) {
     const std::intptr_t route = routeOf(sink, settings().sound.routes);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the number is what the pointer carries
     ecore_main_loop_thread_safe_call_async(&deliver, reinterpret_cast<void*>(route));
 }
 

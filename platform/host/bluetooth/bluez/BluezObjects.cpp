@@ -29,6 +29,7 @@ void BluezObjects::learnt() {
     throwKept();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): its properties are moved from
 void BluezObjects::add(const std::string& path, Interfaces interfaces) {
     const bool isFound = interfaces.contains(deviceInterface) && !m_objects.contains(path);
     noteAddress(path, interfaces);

@@ -49,7 +49,7 @@ void BluezPeer::send(const BluezMessage& call, OnAnswer onAnswer) {
     sd_bus_slot_set_destroy_callback(slot, [](void* data) { delete static_cast<Pending*>(data); });
     sd_bus_slot_set_floating(slot, 1);
     sd_bus_slot_unref(slot);
-    pending.release();
+    static_cast<void>(pending.release());  // the slot's now
     flush();
 }
 

@@ -32,6 +32,7 @@ void reportCreated(const Properties* device) {
     slotOf<&bt_device_set_bond_created_cb>.deliver(0, info.get());
 }
 
+// cppcheck-suppress passedByValue ; the callback may write to what it is lent
 void reportDestroyed(std::string address) {
     slotOf<&bt_device_set_bond_destroyed_cb>.deliver(0, address.data());
 }

@@ -4,13 +4,28 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
 namespace {
 
-// Generous: a run under a thread checker on a busy machine.
-constexpr std::chrono::seconds LIMIT{40};
+/// A program with its arguments that is to run the daemon; none by default.
+std::vector<std::string> wrapper() {
+    const char* const set = std::getenv("CORVANE_DAEMON_WRAPPER");
+    std::istringstream words(set == nullptr ? "" : set);
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
+// Generous: a run under a thread checker on a busy machine, and more in a wrapper.
+const std::chrono::seconds LIMIT{wrapper().empty() ? 40 : 240};
+
+std::vector<std::string> daemonCommand() {
+    auto command = wrapper();
+    command.emplace_back(DAEMON);
+    return command;
+}
 
 std::string withOption(const char* variable, const std::string& option) {
     const char* const set = std::getenv(variable);
@@ -25,11 +40,12 @@ Sandbox::Sandbox() {
         throw std::system_error(errno, std::generic_category(), path);
     }
     m_directory = path;
-    m_command = {DAEMON};
+    m_command = daemonCommand();
     m_preloaded = PLATFORM_RECORDER;
     // The recorder is loaded before the address checker's own library.
     m_checkerOptions = "verify_asan_link_order=0";
     std::filesystem::create_directory(plugins());
+    // A busy machine is slow, and that is no part of what the daemon has to say.
     setSettings("[callbacks]\nslow_ms = 0\n");
 }
 
@@ -69,7 +85,7 @@ void Sandbox::throwFromPlatformCalls(const std::string& names) {
 }
 
 void Sandbox::setArguments(const std::vector<std::string>& arguments) {
-    m_command = {DAEMON};
+    m_command = daemonCommand();
     m_command.insert(m_command.end(), arguments.begin(), arguments.end());
 }
 

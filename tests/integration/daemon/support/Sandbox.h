@@ -18,6 +18,7 @@ struct Outcome {
 };
 
 /// Owner: the test, on whose thread everything happens. Removes the directory at its end.
+/// The environment variable CORVANE_DAEMON_WRAPPER names a program to run the daemon in.
 /// Errors: std::runtime_error for a daemon that doesn't start or doesn't end in time.
 class Sandbox {
 public:

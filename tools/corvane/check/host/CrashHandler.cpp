@@ -51,10 +51,12 @@ void onSignal(int number, siginfo_t* info, void* context) {
     }
     first = first == count ? 0 : first;
     std::array<char, 2048> text;
+    // cppcheck-suppress invalidPrintfArgType_uint ; std::uintmax_t is uintmax_t
     int size = std::snprintf(text.data(), text.size(),
                              "\n{\"signal\":%d,\"thread\":%d,\"address\":%ju,\"frames\":[", number,
                              gettid(), reinterpret_cast<std::uintmax_t>(info->si_addr));
     for (int i = first; i < count; ++i) {
+        // cppcheck-suppress invalidPrintfArgType_uint ; the same
         size += std::snprintf(text.data() + size, text.size() - size, "%s%ju", i > first ? "," : "",
                               reinterpret_cast<std::uintmax_t>(frames[i]));
     }

@@ -75,6 +75,7 @@ std::string currentException() {
     std::string text = demangled == nullptr ? type->name() : demangled;
     std::free(demangled);
     try {
+        // cppcheck-suppress rethrowNoCurrentException ; there is one, it has a type
         throw;
     } catch (const std::exception& error) {
         text += std::string(": ") + error.what();
