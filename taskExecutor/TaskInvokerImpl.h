@@ -18,7 +18,7 @@ public:
 
     TaskInvokerImpl();
     /// Waits up to 1000 ms for the running task. Ends the process if the queue stays
-    /// full for 15 s.
+    /// full for 15 s, or without memory.
     ~TaskInvokerImpl() override;
     TaskInvokerImpl(const TaskInvokerImpl&) = delete;
     TaskInvokerImpl& operator=(const TaskInvokerImpl&) = delete;

@@ -4,6 +4,7 @@
 #include <bluetooth_tv.h>
 
 #include <exception>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -12,6 +13,26 @@
 #include "MainThreadInvoker.h"
 #include "PluginPath.h"
 #include "log.h"
+
+namespace {
+
+/// Deletes what an exception leaves in the queue.
+class QueueCleaner {
+public:
+    explicit QueueCleaner(PriorityOrder<Plugin>& queue) : m_queue(queue) {}
+    ~QueueCleaner() {
+        for (; !m_queue.empty(); m_queue.pop()) {
+            delete m_queue.top();
+        }
+    }
+    QueueCleaner(const QueueCleaner&) = delete;
+    QueueCleaner& operator=(const QueueCleaner&) = delete;
+
+private:
+    PriorityOrder<Plugin>& m_queue;
+};
+
+}  // namespace
 
 CommonDaemon::CommonDaemon() {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
@@ -62,7 +83,9 @@ void CommonDaemon::bluetoothDeinitialize() {
 
 void CommonDaemon::loadPlugins() {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
-    for (PluginQueue candidates = getPluginsInPriority(); !candidates.empty(); candidates.pop()) {
+    PluginQueue candidates = getPluginsInPriority();
+    const QueueCleaner cleaner(candidates);
+    for (; !candidates.empty(); candidates.pop()) {
         Plugin* plugin = candidates.top();
         bool failed = false;
         try {
@@ -93,9 +116,10 @@ void CommonDaemon::unloadPlugins() {
 CommonDaemon::PluginQueue CommonDaemon::getPluginsInPriority() {
     PluginQueue plugins;
     for (const std::string& name : FileManager().getFilesInDirectory(PLUGIN_PATH)) {
-        auto* plugin = new Plugin;
+        auto plugin = std::make_unique<Plugin>();
         plugin->create(name);
-        plugins.push(plugin);
+        plugins.push(plugin.get());
+        plugin.release();
     }
     return plugins;
 }

@@ -12,7 +12,8 @@
 class CommonDaemon {
 public:
     CommonDaemon();
-    /// Deletes the plugins still loaded, without their PLUGIN_DEINIT.
+    /// Deletes the plugins still loaded, without their PLUGIN_DEINIT. Ends the process
+    /// without memory.
     ~CommonDaemon();
     CommonDaemon(const CommonDaemon&) = delete;
     CommonDaemon& operator=(const CommonDaemon&) = delete;

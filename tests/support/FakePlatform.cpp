@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <regex>
@@ -23,9 +24,23 @@ struct Entry {
     fake_platform::Line line;
 };
 
+using Slots = std::map<std::string, fake_platform::Slot, std::less<>>;
+
+/// All of them, so that none has to be made when a callback is set: while nothing is
+/// recorded the platform allocates nothing.
+Slots allSlots() {
+    Slots slots;
+#define EVENT(source, type, value, subscribe, unsubscribe, setFunction, unsetFunction, Callback, \
+              types)                                                                             \
+    slots[#setFunction];
+#include "EventTable.def"
+#undef EVENT
+    return slots;
+}
+
 struct State {
     std::vector<Entry> entries;
-    std::map<std::string, fake_platform::Slot> slots;
+    Slots slots = allSlots();
     std::function<void(const fake_platform::Line&)> observer;
     int result = 0;
     int productTypeResult = 0;
@@ -73,7 +88,7 @@ int set(const char* function, void (*callback)(), void* userData) {
     const auto alone = awaitDeliveries();
     {
         const std::lock_guard lock(g_mutex);
-        fake_platform::Slot& slot = g_state.slots[function];
+        fake_platform::Slot& slot = g_state.slots.find(function)->second;
         slot.callback = callback;
         slot.userData = userData;
         ++slot.sets;
@@ -85,7 +100,7 @@ int unset(const char* setFunction, const char* function) {
     const auto alone = awaitDeliveries();
     {
         const std::lock_guard lock(g_mutex);
-        fake_platform::Slot& slot = g_state.slots[setFunction];
+        fake_platform::Slot& slot = g_state.slots.find(setFunction)->second;
         slot.callback = nullptr;
         slot.userData = nullptr;
         ++slot.unsets;
@@ -184,7 +199,7 @@ int count(const std::string& part) {
 
 Slot slot(const std::string& setFunction) {
     const std::lock_guard lock(g_mutex);
-    return g_state.slots[setFunction];
+    return g_state.slots.at(setFunction);
 }
 
 int callbacksSet() {

@@ -34,7 +34,8 @@ void setResult(int result);
 void setProductType(int result, int value);
 /// Called for each line, on the thread that logs it, without a lock.
 void onLog(std::function<void(const Line&)> observer);
-/// Stops recording, for runs of millions of lines.
+/// Stops recording, for runs of millions of lines and for those that count allocations: the
+/// platform makes none of its own then.
 void recordNothing();
 
 std::vector<Line> lines();

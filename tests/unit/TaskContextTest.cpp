@@ -16,6 +16,7 @@
 #include "TaskExecutor.h"
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
@@ -286,6 +287,22 @@ TEST_F(TaskContextTest, AnInvokerThatFailsLeavesTheContextIdle) {
     EXPECT_THROW(context->InvokeTask(note("first"), failing), std::runtime_error);
     EXPECT_TRUE(context->InvokeTask(note("second"), calling));
     EXPECT_THAT(m_ran, ElementsAre("first", "second"));
+}
+
+TEST_F(TaskContextTest, ALoopThatIsEnteredAfterTheEndOnlyLogs) {
+    struct RepeatingInvoker {
+        void Invoke(const std::function<void()>& loop) {
+            loop();
+            loop();
+        }
+    } repeating;
+    CallingInvoker calling;
+    const auto context = OpenContext::Create();
+    context->Initiate(0, 0, calling);
+    EXPECT_TRUE(context->TerminateSync(1000, repeating));
+    EXPECT_EQ(fake_platform::count(")  context is terminated\n"), 1);
+    EXPECT_FALSE(context->InvokeTask(note("late"), calling));
+    EXPECT_THAT(m_ran, IsEmpty());
 }
 
 TEST_F(TaskContextTest, AFailedDrainNeverLetsASecondRunnerIn) {

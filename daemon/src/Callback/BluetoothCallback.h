@@ -397,16 +397,18 @@ class BtDeviceConnectionStateChangedCb : public CallbackImpl<bt_device_connectio
                                           void* userData) override {
         ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
         auto copied = std::make_shared<bt_device_connection_info_s>();
-        copied->remote_address = record_buffers::copyString(info->remote_address);
         copied->link = info->link;
         copied->disconn_reason = info->disconn_reason;
-        // The task alone frees the address; one that never runs leaves it allocated.
-        return [fn, connected, copied, userData] {
+        std::function<void()> task = [fn, connected, copied, userData] {
             LOGI("addr : %s, link : %d, disc reason : %d", copied->remote_address, copied->link,
                  copied->disconn_reason);
             fn(connected, copied.get(), userData);
             free(copied->remote_address);
         };
+        // Once there is a task: it alone frees the address; one that never runs leaves it
+        // allocated.
+        copied->remote_address = record_buffers::copyString(info->remote_address);
+        return task;
     }
 };
 

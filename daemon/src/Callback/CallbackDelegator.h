@@ -22,12 +22,14 @@
 class CallbackDelegator {
 public:
     CallbackDelegator();
+    /// Ends the process without memory, as the end of a source does.
     virtual ~CallbackDelegator();
     CallbackDelegator(const CallbackDelegator&) = delete;
     CallbackDelegator& operator=(const CallbackDelegator&) = delete;
 
     /// Subscribes `invoker` to the events of `type`, for the first subscriber by making
-    /// the source and setting the platform callback. Always 0.
+    /// the source and setting the platform callback. Always 0. Without memory nothing has
+    /// changed.
     template <typename CallbackClass>
     int registerCallback(CallbackType type, ITaskInvoker* invoker,
                          typename CallbackClass::Function fn, void* userData);
@@ -44,6 +46,11 @@ private:
     void init();
     void deinit();
 
+    template <typename CallbackClass>
+    static auto makeSource(std::map<CallbackType, std::unique_ptr<ICallback>>& callbacks,
+                           CallbackType type, ITaskInvoker* invoker,
+                           typename CallbackClass::Function fn, void* userData);
+
     std::map<CallbackType, std::unique_ptr<ICallback>> m_callbacks;
     // Reserved for the other groups of types; always empty.
     std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved2;
@@ -51,22 +58,46 @@ private:
     std::mutex m_mutex;
 };
 
+// The source, and its list with the first subscription, which is still to be put in place. The
+// platform callback is set last: what fails before that leaves nothing to unset, and nothing to
+// trace, which would need memory in its turn.
+template <typename CallbackClass>
+auto CallbackDelegator::makeSource(std::map<CallbackType, std::unique_ptr<ICallback>>& callbacks,
+                                   CallbackType type, ITaskInvoker* invoker,
+                                   typename CallbackClass::Function fn, void* userData) {
+    auto created = std::make_unique<CallbackClass>();
+    CallbackClass* const source = created.get();
+    try {
+        auto list = source->prepare(invoker, fn, userData);
+        callbacks.emplace(type, std::move(created));
+        source->registerCallback();
+        return std::pair(source, std::move(list));
+    } catch (...) {
+        source->abandon();
+        callbacks.erase(type);
+        throw;
+    }
+}
+
 template <typename CallbackClass>
 int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker,
                                         typename CallbackClass::Function fn, void* userData) {
     const std::lock_guard lock(m_mutex);
     auto& callbacks = getCallbackList(type);
-    auto found = callbacks.find(type);
+    const auto found = callbacks.find(type);
     if (found == callbacks.end()) {
         LOGI("no callback, crate callback.");
-        auto created = std::make_unique<CallbackClass>();
-        created->registerCallback();
-        found = callbacks.emplace(type, std::move(created)).first;
     }
-    auto* source = dynamic_cast<CallbackClass*>(found->second.get());
+    auto [source, list] = [&] {
+        if (found == callbacks.end()) {
+            return makeSource<CallbackClass>(callbacks, type, invoker, fn, userData);
+        }
+        auto* const present = dynamic_cast<CallbackClass*>(found->second.get());
+        return std::pair(present, present->prepare(invoker, fn, userData));
+    }();
     LOGI("task invoker : %p, callback : %p", static_cast<void*>(invoker),
          reinterpret_cast<void*>(fn));
-    source->add(invoker, fn, userData);
+    source->add(std::move(list));
     return 0;
 }
 

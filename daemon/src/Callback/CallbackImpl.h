@@ -36,6 +36,15 @@ public:
         std::function<void(Types...)> deliver;
     };
 
+    /// Not changed once it is current. Replaced ones wait in a chain until no fan-out
+    /// can be inside them.
+    struct List {
+        explicit List(std::vector<CallbackEntry> subscriptions = {})
+            : entries(std::move(subscriptions)) {}
+        std::vector<CallbackEntry> entries;
+        List* nextReplaced = nullptr;
+    };
+
     CallbackImpl() : m_current(new List) {}
     ~CallbackImpl() override {
         freeAll(m_current);
@@ -50,16 +59,26 @@ public:
     virtual void registerCallback() = 0;
     virtual void unregisterCallback() = 0;
 
+    /// For a source that has not been registered: it ends without a trace.
+    void abandon() { m_ended = true; }
+
     /// Appends a subscription; the same invoker may subscribe again.
     void add(ITaskInvoker* invoker, CallbackFunction fn, void* userData) {
+        add(prepare(invoker, fn, userData));
+    }
+
+    /// The two halves of that: what needs memory, and what can't fail. No other change of the
+    /// list may come between them.
+    std::unique_ptr<List> prepare(ITaskInvoker* invoker, CallbackFunction fn, void* userData) {
         auto list = std::make_unique<List>(m_current.load()->entries);
         list->entries.push_back({invoker, [this, invoker, fn, userData](Types... args) {
                                      const ITaskInvoker::Task task =
                                          getInvokingTask(fn, args..., userData);
                                      invoker->invokeTask(task);
                                  }});
-        replaceList(std::move(list));
+        return list;
     }
+    void add(std::unique_ptr<List> list) noexcept { replaceList(std::move(list)); }
 
     /// Removes every subscription of `invoker`; returns how many of others are left.
     size_t remove(ITaskInvoker* invoker) {
@@ -111,15 +130,6 @@ protected:
     }
 
 private:
-    /// Not changed once it is current. Replaced ones wait in a chain until no fan-out
-    /// can be inside them.
-    struct List {
-        explicit List(std::vector<CallbackEntry> subscriptions = {})
-            : entries(std::move(subscriptions)) {}
-        std::vector<CallbackEntry> entries;
-        List* nextReplaced = nullptr;
-    };
-
     class FanOut {
     public:
         explicit FanOut(CallbackImpl& source) : m_source(source), m_phase(allFanOuts.enter()) {

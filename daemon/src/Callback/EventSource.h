@@ -34,30 +34,31 @@ std::function<void()> makeTask(CallbackFunction fn, void* userData, const Args&.
 
 // Constructor, destructor, registerCallback and unregisterCallback of an event source.
 // A source that is deleted ends for the platform and the log at once; see
-// CallbackImpl. The plain operator delete serves a constructor that throws.
-#define EVENT_SOURCE(Class, setFunction, unsetFunction)                    \
-public:                                                                    \
-    Class() {                                                              \
-        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                 \
-    }                                                                      \
-    ~Class() override {                                                    \
-        end("virtual " #Class "::~" #Class "()", __LINE__);                \
-    }                                                                      \
-    static void operator delete(Class* source, std::destroying_delete_t) { \
-        source->end("virtual " #Class "::~" #Class "()", __LINE__);        \
-        release(source);                                                   \
-    }                                                                      \
-    static void operator delete(void* storage) {                           \
-        ::operator delete(storage);                                        \
-    }                                                                      \
-    void registerCallback() override {                                     \
-        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                 \
-        setFunction([](auto... args) { onPlatformCallback(args...); },     \
-                    static_cast<CallbackImpl*>(this));                     \
-    }                                                                      \
-    void unregisterCallback() override {                                   \
-        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                 \
-        unsetFunction();                                                   \
-    }                                                                      \
-                                                                           \
+// CallbackImpl. If there is no memory for that, the process ends, as with any destructor;
+// g++ has to be told. The plain operator delete serves a constructor that throws.
+#define EVENT_SOURCE(Class, setFunction, unsetFunction)                             \
+public:                                                                             \
+    Class() {                                                                       \
+        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                          \
+    }                                                                               \
+    ~Class() override {                                                             \
+        end("virtual " #Class "::~" #Class "()", __LINE__);                         \
+    }                                                                               \
+    static void operator delete(Class* source, std::destroying_delete_t) noexcept { \
+        source->end("virtual " #Class "::~" #Class "()", __LINE__);                 \
+        release(source);                                                            \
+    }                                                                               \
+    static void operator delete(void* storage) {                                    \
+        ::operator delete(storage);                                                 \
+    }                                                                               \
+    void registerCallback() override {                                              \
+        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                          \
+        setFunction([](auto... args) { onPlatformCallback(args...); },              \
+                    static_cast<CallbackImpl*>(this));                              \
+    }                                                                               \
+    void unregisterCallback() override {                                            \
+        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                          \
+        unsetFunction();                                                            \
+    }                                                                               \
+                                                                                    \
 private:

@@ -27,7 +27,8 @@ namespace TPL {
 ///
 /// Errors: std::domain_error when the queue stayed full, std::bad_weak_ptr for a
 /// context not made by Create; an exception thrown by a job reaches the caller whose
-/// thread ran it, and the jobs behind it wait for the next job to be queued.
+/// thread ran it, and the jobs behind it wait for the next job to be queued. The
+/// exhaustion of memory is thrown before a job is queued.
 ///
 /// `MostDerived` has `_Execute(const std::function<void()>&)`, which runs a task.
 /// `Invoker` has `Invoke(const std::function<void()>&)`, which runs the job loop, on any
@@ -291,7 +292,10 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
         isRunner = m_running = true;
         lock.unlock();
         TPLLOGD("task is invoked");
-        invoker.Invoke([self = std::shared_ptr<MostDerived>(m_self), &loopEntered] {
+        // Kept alive from here: a loop that holds no more than references needs no memory,
+        // so a job that has been queued is run.
+        const std::shared_ptr<MostDerived> self(m_self);
+        invoker.Invoke([&self, &loopEntered] {
             loopEntered = true;
             self->_ProcessJob();
         });

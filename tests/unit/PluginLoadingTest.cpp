@@ -1,0 +1,52 @@
+// A plugin object whose library can't be opened or started.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "FakePlatform.h"
+#include "Plugin.h"
+
+namespace {
+
+class PluginLoadingTest : public testing::Test {
+protected:
+    PluginLoadingTest() {
+        fake_platform::reset();
+        EXPECT_EQ(chdir(UNIT_PLUGIN_ROOT), 0);
+    }
+    ~PluginLoadingTest() override { fake_platform::reset(); }
+
+    /// What load throws.
+    std::string failureOf(const std::string& library) {
+        m_plugin.create(library);
+        try {
+            m_plugin.load();
+            return "";
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+    }
+
+    Plugin m_plugin;
+};
+
+}  // namespace
+
+TEST_F(PluginLoadingTest, ALibraryThatIsNotThereCantBeOpened) {
+    EXPECT_EQ(failureOf("libmissing.so"), "fail to open plugin");
+    EXPECT_EQ(fake_platform::count(") > end dlopen : libmissing.so"), 1);
+}
+
+TEST_F(PluginLoadingTest, ALibraryWithoutAnInitFunctionIsClosed) {
+    EXPECT_EQ(failureOf("libno_init.so"), "fail to find init function");
+    EXPECT_EQ(fake_platform::count("start init func"), 0);
+    m_plugin.unload();
+    EXPECT_EQ(fake_platform::count("start deinit func"), 0);
+}
+
+TEST_F(PluginLoadingTest, APluginThatReturnsANegativeValueIsClosed) {
+    EXPECT_EQ(failureOf("libinit_returns_minus_3.so"), "plugin return negative value : -3");
+    EXPECT_EQ(fake_platform::count("end init func"), 1);
+}
