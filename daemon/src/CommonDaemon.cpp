@@ -119,7 +119,7 @@ CommonDaemon::PluginQueue CommonDaemon::getPluginsInPriority() {
         auto plugin = std::make_unique<Plugin>();
         plugin->create(name);
         plugins.push(plugin.get());
-        plugin.release();
+        static_cast<void>(plugin.release());
     }
     return plugins;
 }

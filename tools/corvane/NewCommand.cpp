@@ -27,9 +27,9 @@ fs::path directoryOfTool() {
 
 fs::path templateDirectory() {
     const char* const given = std::getenv("CORVANE_TEMPLATE");
-    const fs::path directory =
-        given != nullptr ? fs::path(given)
-                         : (directoryOfTool() / CORVANE_TEMPLATE_FROM_TOOL).lexically_normal();
+    fs::path directory = given != nullptr
+                             ? fs::path(given)
+                             : (directoryOfTool() / CORVANE_TEMPLATE_FROM_TOOL).lexically_normal();
     if (!fs::is_directory(directory)) {
         throw std::runtime_error("the template isn't in " + directory.string() +
                                  "; CORVANE_TEMPLATE can name its directory");

@@ -66,8 +66,8 @@ std::vector<std::string> subscribedEvents() {
     return events;
 }
 
-PluginLibrary::PluginLibrary(std::filesystem::path file)
-    : m_file(std::filesystem::absolute(std::move(file)).lexically_normal()) {
+PluginLibrary::PluginLibrary(const std::filesystem::path& file)
+    : m_file(std::filesystem::absolute(file).lexically_normal()) {
     std::error_code unknown;
     if (std::filesystem::exists(m_file, unknown) && !isCandidate(m_file)) {
         throw LoadError(m_file.string() +
@@ -124,7 +124,7 @@ Leftovers PluginLibrary::unload() {
     } catch (...) {
         failure = "something that is no std::exception";
     }
-    const Leftovers left{subscribedEvents(), isInTheProcess()};
+    Leftovers left{subscribedEvents(), isInTheProcess()};
     if (!failure.empty()) {
         m_plugin->tearDown();
     }

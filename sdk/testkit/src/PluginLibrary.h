@@ -23,7 +23,7 @@ std::vector<std::string> subscribedEvents();
 class PluginLibrary {
 public:
     /// Throws LoadError.
-    explicit PluginLibrary(std::filesystem::path file);
+    explicit PluginLibrary(const std::filesystem::path& file);
     /// Unloads if that hasn't been done, and forgets what that throws.
     ~PluginLibrary();
     PluginLibrary(const PluginLibrary&) = delete;

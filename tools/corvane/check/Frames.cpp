@@ -56,6 +56,7 @@ std::vector<std::string> namesOfFrames(pid_t process, const std::vector<std::uin
         return {};
     }
     std::vector<std::string> names;
+    names.reserve(addresses.size());
     for (const auto address : addresses) {
         names.push_back(nameOf(session.get(), address, !names.empty()));
     }

@@ -57,6 +57,7 @@ std::vector<std::string> environmentWith(const std::map<std::string, std::string
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (auto& text : texts) {
         pointers.push_back(text.data());
     }

@@ -21,13 +21,14 @@ namespace corvane::check::crash {
 
 namespace {
 
-constexpr std::size_t stackSize = 128 * 1024;
+constexpr std::size_t stackSize = 131072;
 constexpr int mostFrames = 64;
 
 // Where the thread was interrupted; null where the machine isn't known.
 void* interruptedAt([[maybe_unused]] void* context) {
 #if defined(__x86_64__)
     const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a register is what it is
     return reinterpret_cast<void*>(machine->gregs[REG_RIP]);
 #elif defined(__aarch64__)
     const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
