@@ -32,7 +32,7 @@ int slotOf(Operation operation) {
 template <typename Function>
 Function atSlot(IRequestBroker& broker, int slot) {
     void** table;
-    std::memcpy(&table, &broker, sizeof table);
+    std::memcpy(&table, static_cast<const void*>(&broker), sizeof table);
     return reinterpret_cast<Function>(table[slot + 2]);
 }
 
