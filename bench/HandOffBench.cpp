@@ -1,0 +1,32 @@
+// One task of two words to somebody who isn't busy.
+#include <benchmark/benchmark.h>
+
+#include "Rivals.h"
+#include "TaskInvokerImpl.h"
+
+namespace {
+
+void corvane(benchmark::State& state) {
+    TaskInvokerImpl invoker;
+    long done = 0;
+    long step = 1;
+    for (auto turn : state) {
+        invoker.invokeTask([&done, &step] { done += step; });
+    }
+    benchmark::DoNotOptimize(done);
+}
+
+void strand(benchmark::State& state) {
+    const rivals::Strand strand{boost::asio::system_executor()};
+    long done = 0;
+    long step = 1;
+    for (auto turn : state) {
+        boost::asio::dispatch(strand, [&done, &step] { done += step; });
+    }
+    benchmark::DoNotOptimize(done);
+}
+
+}  // namespace
+
+BENCHMARK(corvane)->Name("hand-off/corvane");
+BENCHMARK(strand)->Name("hand-off/strand");

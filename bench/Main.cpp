@@ -1,0 +1,18 @@
+// A second thread is there and does nothing: with one thread alone, locks and reference counts
+// would take short cuts that no daemon ever takes.
+#include <benchmark/benchmark.h>
+#include <boost/version.hpp>
+
+#include <future>
+#include <thread>
+
+int main(int argc, char** argv) {
+    std::promise<void> end;
+    std::thread parked([ended = end.get_future()] { ended.wait(); });
+    benchmark::AddCustomContext("boost", BOOST_LIB_VERSION);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    end.set_value();
+    parked.join();
+    return 0;
+}
