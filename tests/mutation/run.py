@@ -149,4 +149,5 @@ def main():
     sys.exit(1 if errors or count < MUST * total else 0)
 
 
-main()
+if __name__ == "__main__":
+    main()
