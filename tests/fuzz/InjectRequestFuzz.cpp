@@ -67,6 +67,7 @@ public:
 #undef EVENT
     }
     ~Platform() {
+        bt_product_deinit();  // the main loop's objects would count as leaks
         std::error_code ignored;
         fs::remove_all(m_directory, ignored);
     }
