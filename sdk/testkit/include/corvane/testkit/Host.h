@@ -60,7 +60,9 @@ public:
 
     /// Delivers an event once on each of `count` new threads, all at the same time, and returns
     /// without waiting for them. Throws InvalidEvent, and std::system_error if the threads
-    /// can't be had. What the plugin's callback throws is thrown by waitUntilHandled.
+    /// can't be had. What the plugin's callback throws is thrown by waitUntilHandled. Wait before
+    /// more than ten are under way: in the daemon, too, threads that find a plugin's queue full
+    /// can be held there for 15 s.
     void emitFromThreads(int count, const std::string& event, const Arguments& arguments = {});
 
     /// Waits until the plugin has handled every event emitted and all work it has requested up
