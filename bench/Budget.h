@@ -4,7 +4,9 @@
 
 #include <dlog.h>
 
+#include <array>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -18,6 +20,7 @@ public:
     static constexpr int LOCKS = 3;
     static constexpr int LOG_LINES = 19;
     static constexpr int STRINGS = 2;
+    static constexpr int ALLOCATIONS = 3;  // the task, its job, the job's copy of the task
 
     template <typename Function>
     void subscribe(Function fn, void* userData) {
@@ -35,6 +38,9 @@ public:
                 dlog_print(3, "QVX_TPL_CONTEXT", "%s : %s(%d)  task is queued\n", "TPLContext.h",
                            "_InvokeJob", 1);
             }
+            for (int i = 0; i < ALLOCATIONS; ++i) {
+                m_allocated = std::make_unique<Closure>();
+            }
             for (int i = 0; i < LOCKS; ++i) {
                 const std::lock_guard lock(m_mutex);
             }
@@ -45,6 +51,9 @@ public:
 private:
     static constexpr const char* SIGNATURE =
         "virtual void TaskInvokerImpl::invokeTask(const ITaskInvoker::Task&)";
+    using Closure = std::array<void*, 4>;
+
     std::mutex m_mutex;
+    std::unique_ptr<Closure> m_allocated;
     std::vector<std::function<void(Args...)>> m_subscribers;
 };
