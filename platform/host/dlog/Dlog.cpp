@@ -2,6 +2,9 @@
 //     12:34:56.789 4711 I TAG: text
 // Time is local, the number is the thread's, the letter is the priority's (D, I, W, E).
 // Control characters in the line become spaces, so no record can pass for two.
+#include "FormatText.h"
+#include "LineHead.h"
+#include "LogBuffer.h"
 #include "LogDestination.h"
 #include "LogJournal.h"
 #include "LogStream.h"
@@ -9,52 +12,44 @@
 #include "Settings.h"
 
 #include <dlog.h>
-#include <time.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdarg>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <memory>
+#include <string_view>
 
 namespace corvane::host {
 
 namespace {
 
-char letterOf(int priority) {
-    switch (priority) {
-        case DLOG_PRIORITY_DEBUG:
-            return 'D';
-        case DLOG_PRIORITY_INFO:
-            return 'I';
-        case DLOG_PRIORITY_WARNING:
-            return 'W';
-        case DLOG_PRIORITY_ERROR:
-            return 'E';
-        default:
-            return '?';
+bool isControl(char c) {
+    return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f';
+}
+
+// Whether there may be one among them: a tab is taken for one. Eight at a time.
+bool mayHaveControls(const char* text, std::size_t size) {
+    constexpr std::uint64_t each = 0x0101010101010101;
+    std::uint64_t found = 0;
+    for (; size >= sizeof found; text += sizeof found, size -= sizeof found) {
+        std::uint64_t word;
+        std::memcpy(&word, text, sizeof word);
+        const std::uint64_t deleted = word ^ each * 0x7f;
+        found |= ((word - each * ' ') & ~word) | ((deleted - each) & ~deleted);
     }
+    return (found & each * 0x80) != 0 || std::any_of(text, text + size, isControl);
 }
 
-int formatHead(char* buffer, std::size_t size, int priority, const char* tag) {
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    tm local{};
-    localtime_r(&now.tv_sec, &local);
-    return std::snprintf(buffer, size, "%02d:%02d:%02d.%03ld %d %c %s: ", local.tm_hour,
-                         local.tm_min, local.tm_sec, now.tv_nsec / 1000000,
-                         static_cast<int>(gettid()), letterOf(priority), tag == nullptr ? "" : tag);
-}
-
-// The head belongs to a line; in the journal its parts are fields.
-std::size_t formatHeadFor(const LogDestination& destination, char* buffer, std::size_t size,
-                          int priority, const char* tag) {
-    return destination.journal ? 0
-                               : static_cast<std::size_t>(formatHead(buffer, size, priority, tag));
+int write(const LogDestination& destination, int priority, const char* line, std::size_t size) {
+    return destination.buffer == nullptr
+               ? writeLogLines(destination.fd, line, size)
+               : destination.buffer->add(line, size, priority >= DLOG_PRIORITY_ERROR);
 }
 
 // Head and text are followed by a byte of no meaning.
@@ -67,36 +62,63 @@ int writeRecord(const LogDestination& destination, int priority, const char* tag
     if (destination.journal) {
         return sendToJournal(priority, tag, {text, textSize});
     }
-    std::replace_if(
-        line, text + textSize,
-        [](char c) { return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f'; },
-        ' ');
+    if (mayHaveControls(line, headSize + textSize)) {
+        std::replace_if(line, text + textSize, isControl, ' ');
+    }
     text[textSize] = '\n';
-    return writeLogLine(destination.fd, line, headSize + textSize + 1);
+    return write(destination, priority, line, headSize + textSize + 1);
 }
+
+/// What a line has before its text; in the journal these parts are fields.
+class Head {
+public:
+    Head(const LogDestination& destination, int priority, const char* tag) {
+        if (!destination.journal) {
+            m_size = formatHead(m_start, priority);
+            m_tag = tag == nullptr ? "" : tag;
+            m_end = ": ";
+        }
+    }
+
+    std::size_t size() const { return m_size + m_tag.size() + m_end.size(); }
+
+    void copyTo(char* line) const {
+        line = std::copy_n(m_start.data(), m_size, line);
+        line = std::copy(m_tag.begin(), m_tag.end(), line);
+        std::copy(m_end.begin(), m_end.end(), line);
+    }
+
+private:
+    LineHead m_start;
+    std::size_t m_size = 0;
+    std::string_view m_tag;
+    std::string_view m_end;
+};
 
 int printTo(const LogDestination& destination, int priority, const char* tag, const char* format,
             va_list arguments) {
     const int errorBefore = errno;  // "%m" prints it, and logging must not change it
     std::array<char, 1024> line;
-    const auto headSize = formatHeadFor(destination, line.data(), line.size(), priority, tag);
+    const Head head(destination, priority, tag);
+    const std::size_t headSize = head.size();
     const bool headFits = headSize < line.size();
 
     va_list again;
     va_copy(again, arguments);
     errno = errorBefore;
-    const int text = std::vsnprintf(headFits ? line.data() + headSize : nullptr,
-                                    headFits ? line.size() - headSize : 0, format, arguments);
+    const int text = formatText(headFits ? line.data() + headSize : nullptr,
+                                headFits ? line.size() - headSize : 0, format, arguments);
     const auto textSize = static_cast<std::size_t>(text);
     int result = 0;
     if (text < 0) {
         result = -EINVAL;
     } else if (headSize + textSize < line.size()) {
+        head.copyTo(line.data());
         result = writeRecord(destination, priority, tag, line.data(), headSize, textSize);
     } else {
         const std::size_t size = headSize + textSize + 1;
         const std::unique_ptr<char[]> longLine(new char[size]);
-        formatHeadFor(destination, longLine.get(), size, priority, tag);
+        head.copyTo(longLine.get());
         errno = errorBefore;
         std::vsnprintf(longLine.get() + headSize, textSize + 1, format, again);
         result = writeRecord(destination, priority, tag, longLine.get(), headSize, textSize);

@@ -1,6 +1,7 @@
 // Chooses where the log goes.
 #include "LogDestination.h"
 
+#include "LogBuffer.h"
 #include "Settings.h"
 
 #include <fcntl.h>
@@ -43,6 +44,17 @@ int openFile(const std::string& path) {
     return higher;
 }
 
+// A device or a pipe has a reader who waits.
+bool isPlainFile(int fd) {
+    struct stat status {};
+    return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+LogDestination fileOf(int fd, std::chrono::milliseconds patience) {
+    const bool keepsLines = patience.count() > 0 && isPlainFile(fd);
+    return {false, fd, keepsLines ? LogBuffer::open(fd, patience) : nullptr};
+}
+
 }  // namespace
 
 LogDestination openLogDestination(const Settings& settings, std::vector<std::string>& complaints) {
@@ -62,7 +74,7 @@ LogDestination openLogDestination(const Settings& settings, std::vector<std::str
             if (settings.log.file.empty()) {
                 complaints.emplace_back("[log] output is file, but no file is given");
             } else if (const int fd = openFile(settings.log.file); fd >= 0) {
-                return {false, fd};
+                return fileOf(fd, settings.log.flush);
             } else {
                 complaints.push_back("the log can't go to " + settings.log.file + ": " +
                                      std::generic_category().message(errno));

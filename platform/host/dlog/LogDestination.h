@@ -7,15 +7,17 @@
 
 namespace corvane::host {
 
+class LogBuffer;
 struct Settings;
 
 struct LogDestination {
     bool journal;
-    int fd;  // if it isn't the journal; -1: there is no place
+    int fd;               // if it isn't the journal; -1: there is no place
+    LogBuffer* buffer{};  // in front of `fd`; null: each line is written at once
 };
 
 /// Opens what the settings ask for, or else the standard error, with a complaint. Called
-/// once; what it opens stays open. Errors: std::bad_alloc.
+/// once; what it opens stays open. Errors: std::bad_alloc, std::system_error.
 LogDestination openLogDestination(const Settings& settings, std::vector<std::string>& complaints);
 
 }  // namespace corvane::host

@@ -60,7 +60,7 @@ std::size_t writeAll(int fd, const char* text, std::size_t size, int& error) {
 
 }  // namespace
 
-int writeLogLine(int fd, const char* line, std::size_t size) noexcept {
+int writeLogLines(int fd, const char* lines, std::size_t size) noexcept {
     PipeSignalBlocked blocked;
     const std::lock_guard lock(streamMutex);
     int error = 0;
@@ -68,8 +68,8 @@ int writeLogLine(int fd, const char* line, std::size_t size) noexcept {
         lineIsTorn = false;
     }
     if (!lineIsTorn) {
-        const auto done = writeAll(fd, line, size, error);
-        lineIsTorn = done > 0 && done < size;
+        const auto done = writeAll(fd, lines, size, error);
+        lineIsTorn = done > 0 && lines[done - 1] != '\n';
     }
     if (error == EPIPE) {
         blocked.discardRaised();

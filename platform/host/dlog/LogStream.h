@@ -5,11 +5,11 @@
 
 namespace corvane::host {
 
-/// Writes all of `line`, by one system call where the system takes it at once; the lines of
-/// several threads are never mixed. Returns 0 or a negative error: the rest of a line that
-/// can't be written is dropped, and the next one starts on a line of its own. A closed pipe
-/// raises no signal. A full pipe is waited for unless it was made non-blocking. All calls
-/// of a process name the same descriptor. Any thread; never throws.
-int writeLogLine(int fd, const char* line, std::size_t size) noexcept;
+/// Writes all of `lines`, which end in a newline, by one system call where the system takes them at
+/// once; those of several threads are never mixed. Returns 0 or a negative error: what can't be
+/// written is dropped, and the next line starts on a line of its own. A closed pipe raises no
+/// signal. A full pipe is waited for unless it was made non-blocking. All calls of a process name
+/// the same descriptor. Any thread; never throws.
+int writeLogLines(int fd, const char* lines, std::size_t size) noexcept;
 
 }  // namespace corvane::host

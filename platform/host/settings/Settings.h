@@ -23,7 +23,8 @@ struct Settings {
     struct Log {
         LogOutput output = LogOutput::automatic;
         std::string file;
-        int level = 0;  // the lowest priority that is written; 0: all
+        std::chrono::milliseconds flush{100};  // how long a file may lack a line; 0: not at all
+        int level = 0;                         // the lowest priority that is written; 0: all
     };
     struct Inject {
         std::string socket;    // empty: no injection

@@ -57,6 +57,8 @@ constexpr Key keys[] = {
      [](Settings& s, auto, auto value) { return storeNamed(s.log.output, outputs, value); }},
     {"log", "file", "a path that starts with '/'",
      [](Settings& s, auto, auto value) { return storePath(s.log.file, value); }},
+    {"log", "flush_ms", "a number of milliseconds from 0 to 60000",
+     [](Settings& s, auto, auto value) { return storeMilliseconds(s.log.flush, 60000, value); }},
     {"log", "level", "debug, info, warning, error or 3 to 6",
      [](Settings& s, auto, auto value) { return storeNamed(s.log.level, levels, value); }},
     {"system-info", "*", "an integer of 32 bits",
@@ -80,12 +82,7 @@ constexpr Key keys[] = {
      [](Settings& s, auto, auto value) { return storeNumber(s.inject.threads, 0U, 8U, value); }},
     {"callbacks", "slow_ms", "a number of milliseconds from 0 to 3600000",
      [](Settings& s, auto, auto value) {
-         int number = 0;
-         const bool good = storeNumber(number, 0, 3600000, value);
-         if (good) {
-             s.callbacks.slow = std::chrono::milliseconds(number);
-         }
-         return good;
+         return storeMilliseconds(s.callbacks.slow, 3600000, value);
      }},
     {"bluez", "agent",
      "none, DisplayOnly, DisplayYesNo, KeyboardOnly, NoInputNoOutput or KeyboardDisplay",

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <charconv>
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -40,6 +41,17 @@ bool storeNumber(Number& setting, Number least, Number most, std::string_view va
     }
     setting = number;
     return true;
+}
+
+/// From 0 to `most` milliseconds.
+inline bool storeMilliseconds(std::chrono::milliseconds& setting, int most,
+                              std::string_view value) {
+    int number = 0;
+    const bool good = storeNumber(number, 0, most, value);
+    if (good) {
+        setting = std::chrono::milliseconds(number);
+    }
+    return good;
 }
 
 /// An absolute path: a relative one would depend on where the daemon was started.
