@@ -99,7 +99,7 @@ TEST_F(DeviceFaultDirectoryTest, OnAFullFileSystemAllIsAsEver) {
 }
 
 TEST_F(DeviceFaultDirectoryTest, AsManyPluginsAsThereAreAreStartedAndStopped) {
-    const auto count = static_cast<std::size_t>(lengthOf("FAULT_PLUGINS", 512));
+    const auto count = static_cast<std::size_t>(lengthOf("CORVANE_FAULT_PLUGINS", 512));
     for (std::size_t i = 0; i < count; ++i) {
         m_sandbox.addPlugin("lib" + std::to_string(i) + ".so");
     }
@@ -112,7 +112,7 @@ TEST_F(DeviceFaultDirectoryTest, AsManyPluginsAsThereAreAreStartedAndStopped) {
 }
 
 TEST_F(DeviceFaultDirectoryTest, AmongManyFilesTheFewPluginsAreFound) {
-    const int count = lengthOf("FAULT_FILES", 2000);
+    const int count = lengthOf("CORVANE_FAULT_FILES", 2000);
     for (int i = 0; i < count; ++i) {
         const char* const ending = i % 2 == 0 ? ".so.1" : ".txt";
         std::ofstream(m_sandbox.plugins() / ("file" + std::to_string(i) + ending)).close();
@@ -129,7 +129,7 @@ TEST_F(DeviceFaultDirectoryTest, AmongManyFilesTheFewPluginsAreFound) {
 
 // Each is tried, said to have failed, and gone through at the end.
 TEST_F(DeviceFaultDirectoryTest, ManyFilesThatOnlyLookLikePluginsAreNamedEach) {
-    const auto count = static_cast<std::size_t>(lengthOf("FAULT_FILES", 2000)) / 10;
+    const auto count = static_cast<std::size_t>(lengthOf("CORVANE_FAULT_FILES", 2000)) / 10;
     m_sandbox.addPlugin("liba.so");
     for (std::size_t i = 0; i < count; ++i) {
         std::ofstream(m_sandbox.plugins() / ("file" + std::to_string(i) + ".so")) << "no library\n";

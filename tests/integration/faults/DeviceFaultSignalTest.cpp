@@ -1,5 +1,5 @@
 // Signals at any moment of the daemon's life: the daemon is held behind a record of its log, gets
-// the signal there, and goes on. Which records, and how many, is up to FAULT_MOMENTS.
+// the signal there, and goes on. Which records, and how many, is up to CORVANE_FAULT_MOMENTS.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -71,7 +71,7 @@ TEST_F(DeviceFaultSignalTest, SigtermEndsTheDaemonInOrderFromEcoreInitOn) {
     const int lastUnhandled = recordOf("ecore_init");
     Longest longest;
     int byDefault = 0;
-    for (const int record : moments(lengthOf("FAULT_MOMENTS", 20))) {
+    for (const int record : moments(lengthOf("CORVANE_FAULT_MOMENTS", 20))) {
         SCOPED_TRACE(record);
         runUpTo(record);
         m_sandbox.daemon().sendSignal(SIGTERM);
@@ -113,7 +113,7 @@ TEST_F(DeviceFaultSignalTest, ManySigtermsWhileAPluginGoesDownAreOne) {
 // the first.
 TEST_F(DeviceFaultSignalTest, AfterSigkillAtAnyMomentTheDaemonStartsAgain) {
     Longest longest;
-    for (const int record : moments(lengthOf("FAULT_MOMENTS", 20) / 2)) {
+    for (const int record : moments(lengthOf("CORVANE_FAULT_MOMENTS", 20) / 2)) {
         SCOPED_TRACE(record);
         runUpTo(record);
         m_sandbox.daemon().sendSignal(SIGKILL);

@@ -58,7 +58,7 @@ protected:
 
 TEST_P(DeviceFaultStormTest, SigtermEndsTheDaemonInOrder) {
     Longest longest;
-    for (int run = 0; run < lengthOf("FAULT_STORMS", 3); ++run) {
+    for (int run = 0; run < lengthOf("CORVANE_FAULT_STORMS", 3); ++run) {
         Sandbox sandbox;
         install(sandbox);
         begin(sandbox);
@@ -80,7 +80,7 @@ TEST_P(DeviceFaultStormTest, SigtermEndsTheDaemonInOrder) {
 
 TEST_P(DeviceFaultStormTest, AfterSigkillTheDaemonStartsAgain) {
     Longest longest;
-    for (int run = 0; run < lengthOf("FAULT_STORMS", 3); ++run) {
+    for (int run = 0; run < lengthOf("CORVANE_FAULT_STORMS", 3); ++run) {
         Sandbox sandbox;
         install(sandbox);
         begin(sandbox);
