@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <tuple>
 #include <utility>
 
 #include "CallbackType.h"
@@ -85,16 +86,15 @@ int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker
     const std::lock_guard lock(m_mutex);
     auto& callbacks = getCallbackList(type);
     const auto found = callbacks.find(type);
+    CallbackClass* source = nullptr;
+    std::unique_ptr<typename CallbackClass::List> list;
     if (found == callbacks.end()) {
         LOGI("no callback, crate callback.");
+        std::tie(source, list) = makeSource<CallbackClass>(callbacks, type, invoker, fn, userData);
+    } else {
+        source = dynamic_cast<CallbackClass*>(found->second.get());
+        list = source->prepare(invoker, fn, userData);
     }
-    auto [source, list] = [&] {
-        if (found == callbacks.end()) {
-            return makeSource<CallbackClass>(callbacks, type, invoker, fn, userData);
-        }
-        auto* const present = dynamic_cast<CallbackClass*>(found->second.get());
-        return std::pair(present, present->prepare(invoker, fn, userData));
-    }();
     LOGI("task invoker : %p, callback : %p", static_cast<void*>(invoker),
          reinterpret_cast<void*>(fn));
     source->add(std::move(list));
