@@ -2,12 +2,14 @@
 #include "LibraryFile.h"
 
 #include <gtest/gtest.h>
+#include <link.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 namespace {
@@ -20,7 +22,8 @@ protected:
         : m_path(fs::temp_directory_path() / ("corvane-library-" + std::to_string(getpid()))) {
         // This program has the shape of a library.
         std::ifstream self("/proc/self/exe", std::ios::binary);
-        m_bytes.assign(std::istreambuf_iterator<char>(self), {});
+        m_bytes.resize(fs::file_size("/proc/self/exe"));
+        self.read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()));
     }
     ~LibraryFileTest() override { fs::remove(m_path); }
 
@@ -41,6 +44,21 @@ TEST_F(LibraryFileTest, OneThatEndsInWhatTheLoaderMapsIsCutOff) {
     for (const std::size_t part : {64U, 100U, 1000U, 4096U, 100000U}) {
         EXPECT_TRUE(isCutOff(m_bytes.substr(0, part))) << part;
     }
+}
+
+TEST_F(LibraryFileTest, OneThatLacksTheLastByteOfWhatTheLoaderMapsIsCutOff) {
+    ElfW(Ehdr) header;
+    std::memcpy(&header, m_bytes.data(), sizeof header);
+    std::size_t end = 0;
+    for (std::size_t i = 0; i < header.e_phnum; ++i) {
+        ElfW(Phdr) segment;
+        std::memcpy(&segment, m_bytes.data() + header.e_phoff + i * sizeof segment, sizeof segment);
+        if (segment.p_type == PT_LOAD) {
+            end = std::max(end, segment.p_offset + segment.p_filesz);
+        }
+    }
+    EXPECT_TRUE(isCutOff(m_bytes.substr(0, end - 1)));
+    EXPECT_FALSE(isCutOff(m_bytes.substr(0, end)));
 }
 
 // Its tables of sections come last, and the loader doesn't look at them.
