@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -12,10 +13,12 @@
 #include <exception>
 #include <fstream>
 #include <sstream>
+#include <string>
 #include <utility>
 
 #include "FakePlatform.h"
 #include "ProcessEnd.h"
+#include "ThreadStore.h"
 
 #ifdef CORVANE_COVERAGE
 extern "C" void __gcov_dump();
@@ -106,6 +109,20 @@ void atExit() {
     leave();
 }
 
+// What the thread has in store would not fail. It stays out until the process has ended.
+void emptyStore() {
+    if (!REUSES_MEMORY) {
+        return;
+    }
+    for (std::size_t i = 0; i < ThreadStore::BLOCKS; ++i) {
+        ThreadStore::allocate(1);
+    }
+    auto* const strings = new std::array<std::string, ThreadStore::STRINGS>;
+    for (std::string& string : *strings) {
+        string = ThreadStore::takeString("");
+    }
+}
+
 [[noreturn]] void runInChild(const MakeScenario& make, long number, allocations::Failing failing) {
     std::atexit(atExit);
     std::set_terminate(onTerminate);
@@ -114,6 +131,7 @@ void atExit() {
     g_intendedBlocks = &intendedBlocks;
     fake_platform::reset();
     fake_platform::recordNothing();
+    emptyStore();
     g_blocksBefore = allocations::outstandingBlocks();
     {
         const std::unique_ptr<Scenario> scenario = make();

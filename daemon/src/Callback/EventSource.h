@@ -7,8 +7,10 @@
 #include <new>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "CallbackImpl.h"
+#include "ThreadStore.h"
 
 namespace event_source {
 
@@ -24,10 +26,17 @@ Record* lend(const std::shared_ptr<Record>& record) {
     return record.get();
 }
 
+// std::function makes and deletes what it doesn't hold itself by the class's own operators.
+template <typename Call>
+struct ShortLivedCall : Call, ShortLived {
+    explicit ShortLivedCall(Call call) : Call(std::move(call)) {}
+};
+
 /// A task that owns a copy of each argument and calls `fn` with them.
 template <typename CallbackFunction, typename... Args>
 std::function<void()> makeTask(CallbackFunction fn, void* userData, const Args&... args) {
-    return [fn, userData, ... copies = args]() mutable { fn(lend(copies)..., userData); };
+    return ShortLivedCall(
+        [fn, userData, ... copies = args]() mutable { fn(lend(copies)..., userData); });
 }
 
 }  // namespace event_source

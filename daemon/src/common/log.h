@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+#include "ThreadStore.h"
+
 namespace logging {
 
 /// The part of `path` behind its last "/", or all of it. Evaluated at compile time:
@@ -43,11 +45,22 @@ public:
     ApiTracker(std::string name, int line) : m_name(std::move(name)), m_line(line) {
         LOGD("IN >> [%s(%d)]", m_name.c_str(), m_line);
     }
-    ~ApiTracker() { LOGD("OUT << [%s(%d)]", m_name.c_str(), m_line); }
+    /// The same, with a string that the thread has had before.
+    ApiTracker(const char* name, int line) : ApiTracker(nameOf(name), line) {}
+    ~ApiTracker() {
+        LOGD("OUT << [%s(%d)]", m_name.c_str(), m_line);
+        if (REUSES_MEMORY) {
+            ThreadStore::giveString(std::move(m_name));
+        }
+    }
     ApiTracker(const ApiTracker&) = delete;
     ApiTracker& operator=(const ApiTracker&) = delete;
 
 private:
+    static std::string nameOf(const char* name) {
+        return REUSES_MEMORY ? ThreadStore::takeString(name) : std::string(name);
+    }
+
     std::string m_name;
     int m_line;
 };

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "TPLLog.h"
+#include "ThreadStore.h"
 
 namespace TPL {
 
@@ -107,7 +108,7 @@ private:
 
 /// Work queued on a context; the context owns it from then on.
 template <typename MostDerived>
-class CContext<MostDerived>::CJob {
+class CContext<MostDerived>::CJob : public ShortLived {
 public:
     virtual ~CJob() = default;
     /// On the runner's thread, without a lock.
