@@ -1,17 +1,43 @@
 #include "LibraryFile.h"
 
 #include <elf.h>
+#include <fcntl.h>
 #include <link.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <cstring>
-#include <fstream>
 #include <vector>
 
 namespace {
 
 using Header = ElfW(Ehdr);
 using Segment = ElfW(Phdr);
+
+class File {
+public:
+    explicit File(const std::string& path) : m_fd(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+    ~File() {
+        if (m_fd >= 0) {
+            close(m_fd);
+        }
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    std::size_t size() const {
+        struct stat status {};
+        fstat(m_fd, &status);
+        return static_cast<std::size_t>(status.st_size);
+    }
+    bool read(void* to, std::size_t size, std::size_t offset) const {
+        return pread(m_fd, to, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
+    }
+
+private:
+    int m_fd;
+};
 
 constexpr unsigned char OWN_CLASS = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
 
@@ -24,19 +50,16 @@ bool isLibrary(const Header& header) {
 }  // namespace
 
 bool LibraryFile::isCutOff(const std::string& path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    const auto size = static_cast<std::size_t>(file.tellg());
+    const File file(path);
     Header header{};
-    file.seekg(0);
-    if (!file.read(reinterpret_cast<char*>(&header), sizeof header) || !isLibrary(header)) {
+    if (!file.read(&header, sizeof header, 0) || !isLibrary(header)) {
         return false;
     }
     std::vector<Segment> segments(header.e_phnum);
-    const auto bytes = static_cast<std::streamsize>(segments.size() * sizeof(Segment));
-    file.seekg(static_cast<std::streamoff>(header.e_phoff));
-    if (!file.read(reinterpret_cast<char*>(segments.data()), bytes)) {
+    if (!file.read(segments.data(), segments.size() * sizeof(Segment), header.e_phoff)) {
         return true;
     }
+    const std::size_t size = file.size();
     for (const Segment& segment : segments) {
         if (segment.p_type == PT_LOAD &&
             (segment.p_filesz > size || segment.p_offset > size - segment.p_filesz)) {
