@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int THREADS = 4;
+constexpr int PRODUCERS = 4;
 constexpr int TASKS_PER_THREAD = 50'000;
 constexpr int ONE_IN = 7;  // tasks that throw
 
@@ -29,7 +29,7 @@ TEST(TaskContextStormTest, TasksNeverOverlapAlsoWhenSomeOfThemThrow) {
     std::atomic<int> thrown = 0;
     {
         std::vector<std::jthread> threads;
-        for (int thread = 0; thread < THREADS; ++thread) {
+        for (int thread = 0; thread < PRODUCERS; ++thread) {
             threads.emplace_back([&] {
                 for (int i = 0; i < TASKS_PER_THREAD; ++i) {
                     try {
@@ -58,8 +58,8 @@ TEST(TaskContextStormTest, TasksNeverOverlapAlsoWhenSomeOfThemThrow) {
         }
     }
     EXPECT_EQ(overlaps, 0);
-    EXPECT_EQ(ran, long{THREADS} * TASKS_PER_THREAD);
-    EXPECT_EQ(thrown, THREADS * ((TASKS_PER_THREAD + ONE_IN - 1) / ONE_IN));
+    EXPECT_EQ(ran, long{PRODUCERS} * TASKS_PER_THREAD);
+    EXPECT_EQ(thrown, PRODUCERS * ((TASKS_PER_THREAD + ONE_IN - 1) / ONE_IN));
     executor->TerminateSync(0);
     fake_platform::reset();
 }

@@ -13,7 +13,7 @@ using namespace corvane::host;
 
 namespace {
 
-void check(int result, const char* name) {
+void requireSent(int result, const char* name) {
     if (result < 0) {
         throw std::runtime_error(std::string(name) + " can't be sent");
     }
@@ -52,20 +52,22 @@ int appendValue(sd_bus_message* message, const Field& field, const Values& value
 }
 
 void appendRecord(sd_bus_message* message, const Field& record, const Values& values) {
-    check(sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "{sv}"), record.name);
+    requireSent(sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "{sv}"), record.name);
     for (const auto& field : record.fields) {
         if (values.find<std::monostate>(field.name) != nullptr) {
             continue;
         }
-        check(sd_bus_message_open_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv"), field.name);
-        check(sd_bus_message_append(message, "s", field.name), field.name);
-        check(sd_bus_message_open_container(message, SD_BUS_TYPE_VARIANT, signatureOf(field.kind)),
-              field.name);
+        requireSent(sd_bus_message_open_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv"),
+                    field.name);
+        requireSent(sd_bus_message_append(message, "s", field.name), field.name);
+        requireSent(
+            sd_bus_message_open_container(message, SD_BUS_TYPE_VARIANT, signatureOf(field.kind)),
+            field.name);
         appendArguments(message, {&field, 1}, values);
-        check(sd_bus_message_close_container(message), field.name);
-        check(sd_bus_message_close_container(message), field.name);
+        requireSent(sd_bus_message_close_container(message), field.name);
+        requireSent(sd_bus_message_close_container(message), field.name);
     }
-    check(sd_bus_message_close_container(message), record.name);
+    requireSent(sd_bus_message_close_container(message), record.name);
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ bool mayHaveControls(const char* text, std::size_t size) {
     return (found & each * 0x80) != 0 || std::any_of(text, text + size, isControl);
 }
 
-int write(const LogDestination& destination, int priority, const char* line, std::size_t size) {
+int writeTo(const LogDestination& destination, int priority, const char* line, std::size_t size) {
     return destination.buffer == nullptr
                ? writeLogLines(destination.fd, line, size)
                : destination.buffer->add(line, size, priority >= DLOG_PRIORITY_ERROR);
@@ -66,7 +66,7 @@ int writeRecord(const LogDestination& destination, int priority, const char* tag
         std::replace_if(line, text + textSize, isControl, ' ');
     }
     text[textSize] = '\n';
-    return write(destination, priority, line, headSize + textSize + 1);
+    return writeTo(destination, priority, line, headSize + textSize + 1);
 }
 
 /// What a line has before its text; in the journal these parts are fields.

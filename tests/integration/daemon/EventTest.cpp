@@ -11,8 +11,8 @@
 namespace {
 
 // In this order, by their priorities.
-constexpr const char* FIRST = "libbleapp.so";
-constexpr const char* SECOND = "libbtapp-lite.so";
+constexpr const char* FIRST_PLUGIN = "libbleapp.so";
+constexpr const char* SECOND_PLUGIN = "libbtapp-lite.so";
 
 class DaemonEventTest : public testing::Test {
 protected:
@@ -33,8 +33,8 @@ constexpr const char* DELIVERED = "bt-adapter-state-changed: delivered to 1 call
 constexpr const char* NOT_DELIVERED = "bt-adapter-state-changed: nobody subscribed\n";
 
 TEST_F(DaemonEventTest, TwoPluginsReceiveEachEventOnceWithTheirOwnUserData) {
-    m_sandbox.addPlugin(FIRST, "subscriber");
-    m_sandbox.addPlugin(SECOND, "subscriber");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "subscriber");
+    m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");
     m_sandbox.start();
     EXPECT_EQ(changeState("off"), DELIVERED);
     EXPECT_EQ(changeState("on"), DELIVERED);
@@ -67,8 +67,8 @@ TEST_F(DaemonEventTest, TwoPluginsReceiveEachEventOnceWithTheirOwnUserData) {
 }
 
 TEST_F(DaemonEventTest, EachPluginSubscribesThroughAnInvokerOfItsOwn) {
-    m_sandbox.addPlugin(FIRST, "subscriber");
-    m_sandbox.addPlugin(SECOND, "subscriber");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "subscriber");
+    m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");
     m_sandbox.start();
     changeState();
     const Log log = m_sandbox.terminate().log;
@@ -83,7 +83,7 @@ TEST_F(DaemonEventTest, EachPluginSubscribesThroughAnInvokerOfItsOwn) {
 }
 
 TEST_F(DaemonEventTest, APluginThatSubscribedTwiceIsCalledTwiceAndUnsubscribesOnce) {
-    m_sandbox.addPlugin(FIRST, "subscribes_twice");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "subscribes_twice");
     m_sandbox.start();
     EXPECT_EQ(changeState(), DELIVERED);
     const Log log = m_sandbox.terminate().log;
@@ -104,7 +104,7 @@ TEST_F(DaemonEventTest, APluginThatSubscribedTwiceIsCalledTwiceAndUnsubscribesOn
 }
 
 TEST_F(DaemonEventTest, NobodyIsSubscribedAfterUnsubscribingInTheCallback) {
-    m_sandbox.addPlugin(FIRST, "unsubscribes_in_callback");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "unsubscribes_in_callback");
     m_sandbox.start();
     EXPECT_EQ(changeState("off"), DELIVERED);
     EXPECT_EQ(changeState("on"), NOT_DELIVERED);
@@ -121,7 +121,7 @@ TEST_F(DaemonEventTest, NobodyIsSubscribedAfterUnsubscribingInTheCallback) {
 // Both subscriptions of the running event are served, although the first one's callback
 // ends the source.
 TEST_F(DaemonEventTest, UnsubscribingInTheCallbackTakesEffectFromTheNextEventOn) {
-    m_sandbox.addPlugin(FIRST, "subscribed_twice_unsubscribes_in_callback");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "subscribed_twice_unsubscribes_in_callback");
     m_sandbox.start();
     EXPECT_EQ(changeState("off"), DELIVERED);
     EXPECT_EQ(changeState("on"), NOT_DELIVERED);
@@ -139,8 +139,8 @@ TEST_F(DaemonEventTest, UnsubscribingInTheCallbackTakesEffectFromTheNextEventOn)
 }
 
 TEST_F(DaemonEventTest, TheCallbackStaysSetWhileAnotherPluginIsSubscribed) {
-    m_sandbox.addPlugin(FIRST, "unsubscribes_in_callback");
-    m_sandbox.addPlugin(SECOND, "subscriber");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "unsubscribes_in_callback");
+    m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");
     m_sandbox.start();
     EXPECT_EQ(changeState("off"), DELIVERED);
     EXPECT_EQ(changeState("on"), DELIVERED);
@@ -157,8 +157,8 @@ TEST_F(DaemonEventTest, TheCallbackStaysSetWhileAnotherPluginIsSubscribed) {
 
 // Its library is closed: whoever called it would call nothing.
 TEST_F(DaemonEventTest, TheSubscriptionOfAPluginThatFailedReachesNobody) {
-    m_sandbox.addPlugin(FIRST, "subscribes_then_fails");
-    m_sandbox.addPlugin(SECOND, "subscriber");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "subscribes_then_fails");
+    m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");
     m_sandbox.start();
     EXPECT_EQ(changeState(), DELIVERED);
     const Outcome outcome = m_sandbox.terminate();
@@ -171,7 +171,7 @@ TEST_F(DaemonEventTest, TheSubscriptionOfAPluginThatFailedReachesNobody) {
 }
 
 TEST_F(DaemonEventTest, TheSubscriptionOfAPluginThatFailedEndsWithTheDelegator) {
-    m_sandbox.addPlugin(FIRST, "subscribes_then_fails");
+    m_sandbox.addPlugin(FIRST_PLUGIN, "subscribes_then_fails");
     const Outcome outcome = m_sandbox.startAndTerminate();
     EXPECT_EQ(story(outcome.log.from("ecore_main_loop_begin returned")),
               "ecore_main_loop_begin returned\n"

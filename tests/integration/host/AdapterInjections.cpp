@@ -3,7 +3,7 @@
 
 namespace {
 
-const Injection injections[] = {
+const Injection adapterEvents[] = {
     {"bt-adapter-state-changed",
      "BtAdapterStateChanged",
      {"result=-1", "state=off"},
@@ -141,5 +141,5 @@ const Injection injections[] = {
 }  // namespace
 
 std::span<const Injection> adapterAndDeviceInjections() {
-    return injections;
+    return adapterEvents;
 }

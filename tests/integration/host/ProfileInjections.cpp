@@ -3,7 +3,7 @@
 
 namespace {
 
-const Injection injections[] = {
+const Injection profileEvents[] = {
     {"bt-host-connection-state-changed",
      "BtHostConnectionStateChanged",
      {"connected=false", "address=a"},
@@ -129,5 +129,5 @@ const Injection injections[] = {
 }  // namespace
 
 std::span<const Injection> profileInjections() {
-    return injections;
+    return profileEvents;
 }

@@ -3,7 +3,7 @@
 
 namespace {
 
-const Injection injections[] = {
+const Injection televisionEvents[] = {
     {"bt-hid-brek-switch-charging-status-received",
      "BtHidBrekSwitchChargingStatusReceived",
      {"level=255", "charging=0"},
@@ -93,5 +93,5 @@ const Injection injections[] = {
 }  // namespace
 
 std::span<const Injection> televisionInjections() {
-    return injections;
+    return televisionEvents;
 }

@@ -181,7 +181,7 @@ TEST_P(SettingsValueTest, IsReportedAndTheDefaultStays) {
     EXPECT_THAT(settings.sound.routes, IsEmpty());
 }
 
-constexpr const char* uuids =
+constexpr const char* allowedUuids =
     "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, with commas between them";
 constexpr const char* socketPath = "a path of at most 107 characters, or empty";
 
@@ -208,9 +208,9 @@ INSTANTIATE_TEST_SUITE_P(
                  "KeyboardDisplay"},
         BadValue{"bluez", "agent_answer = yes", "accept or reject"},
         BadValue{"bluez", "agent_default = true", "yes or no"},
-        BadValue{"bluez", "profiles = 1101", uuids},
-        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fb,", uuids},
-        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fg", uuids},
+        BadValue{"bluez", "profiles = 1101", allowedUuids},
+        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fb,", allowedUuids},
+        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fg", allowedUuids},
         BadValue{"bluez", "input_directory =", "a path that starts with '/'"},
         BadValue{"sound", "route.x = radio", "speaker, bluetooth, optical, hdmi or line-out"}));
 
