@@ -1,16 +1,23 @@
 #!/usr/bin/env python3
-"""What the benchmarks have measured, as ratios: bench.py table|json RESULTS.json...
+"""What the benchmarks have measured: bench.py table|json|page COUNTS.json SIZES.json RESULTS.json...
 
 A ratio is between the fastest of all repetitions of both, in one run; where threads contend,
-between the medians. Ends with 0, whatever the ratios are."""
+between the medians. Ends with 0, whatever the figures are."""
+import datetime
 import json
+import os
+import platform
+import re
 import statistics
+import subprocess
 import sys
 from collections import defaultdict
+from pathlib import Path
 
+PAGE = Path("docs/performance.md")
 STRAND = "Signals2 and an Asio strand"
 # What, against what, the benchmark, its rival, what the ratio must be, what it should be.
-ROWS = [
+RATIOS = [
     ("fan-out of (int, enum) to 8", STRAND, "fan-out/corvane/8", "fan-out/signals2+strand/8", 1.75,
      1.60),
     ("fan-out of (int, enum) to 1", STRAND, "fan-out/corvane/1", "fan-out/signals2+strand/1", 1.40,
@@ -33,39 +40,102 @@ ROWS = [
     ("64 plugins loaded, initialised, unloaded", "the bare loader", "plugins/corvane",
      "plugins/loader", 1.15, 1.06),
 ]
+# What, the count, what it must be, what it should be.
+COUNTS = [
+    ("operator new for a delivered (int, enum) event", "allocations of a delivery", 2, 0),
+    ("operator new for a hand-off of a two-word task", "allocations of a hand-off", 1, 0),
+    ("instructions for a delivered (int, enum) event", "instructions of a delivery", None, None),
+    ("heap bytes of an idle plugin: object, broker, context", "bytes of an idle plugin", None, None),
+    ("resident KiB of the daemon without plugins", "resident KiB of the daemon", None, None),
+    ("resident KiB of a process with the main loop's library alone",
+     "resident KiB of an idle main loop", None, None),
+]
+# A delivery's cost in one dimension: the benchmark, in how many parts, and which clock tells.
+SCALES = [
+    ("subscribers", [(f"scale/subscribers/{n}", n) for n in (1, 8, 64, 512)], "real_time"),
+    ("threads, each with a plugin of its own",
+     [(f"scale/threads/real_time/threads:{n}", n) for n in (1, 2, 4)], "cpu_time"),
+]
 
 
 def read(files):
-    times = defaultdict(list)
+    runs = defaultdict(list)
     boost = ""
     for name in files:
-        with open(name, encoding="utf-8") as file:
-            found = json.load(file)
+        found = json.loads(Path(name).read_text())
         boost = found["context"].get("boost", boost)
         for run in found["benchmarks"]:
             if run.get("error_occurred"):
                 sys.exit(f"{run['name']}: {run['error_message']}")
             if run["run_type"] == "iteration":
-                times[run["name"]].append(run["real_time"])
-    return times, boost
+                runs[run["name"]].append(run)
+    return runs, boost.replace("_", ".")
+
+
+def ratios(runs):
+    for what, against, own, rival, must, aim in RATIOS:
+        of = statistics.median if own.startswith("contended/") else min
+        own_time, rival_time = (of(run["real_time"] for run in runs[name]) for name in (own, rival))
+        yield {"name": what, "against": against, "ratio": round(own_time / rival_time, 3),
+               "must": must, "aim": aim}
+
+
+def scale(runs, benchmarks, clock):
+    """Nanoseconds for each delivery, by the number of subscribers or threads."""
+    for name, number in benchmarks:
+        each = number if clock == "real_time" else 1
+        yield number, min(run[clock] for run in runs[name]) / each
+
+
+def cells(row):
+    return " | ".join("" if row[key] is None else f"{row[key]:.4g}" for key in ("must", "aim"))
+
+
+def tables(rows, runs):
+    lines = ["| what | against | ratio | must | aim |", "|---|---|---:|---:|---:|"]
+    lines += [f"| {row['name']} | {row['against']} | {row['ratio']:.2f} | {cells(row)} |"
+              for row in rows if "ratio" in row]
+    lines += ["", "| what | figure | must | aim |", "|---|---:|---:|---:|"]
+    lines += [f"| {row['name']} | {row['value']:.4g} | {cells(row)} |"
+              for row in rows if "value" in row]
+    for what, benchmarks, clock in SCALES:
+        found = list(scale(runs, benchmarks, clock))
+        title = "time" if clock == "real_time" else "processor time"
+        lines += ["", f"| {what} | {title} for each delivery | to the first |", "|---:|---:|---:|"]
+        lines += [f"| {number} | {time:.0f} ns | {time / found[0][1]:.2f} |"
+                  for number, time in found]
+    return lines
+
+
+def heading(boost):
+    gigabytes = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") / 2**30
+    commit = subprocess.run(["git", "describe", "--always", "--dirty"], capture_output=True,
+                            text=True).stdout.strip()
+    compiler = subprocess.run(["g++", "-dumpfullversion"], capture_output=True, text=True,
+                              check=True).stdout.strip()
+    return (f"On {datetime.date.today()}, commit {commit}, {os.cpu_count()} cores, {gigabytes:.0f} GiB, "
+            f"{platform.machine()}, g++ {compiler}, Boost {boost}.")
 
 
 def main():
-    times, boost = read(sys.argv[2:])
-    rows = []
-    for what, against, own, rival, must, aim in ROWS:
-        of = statistics.median if own.startswith("contended/") else min
-        rows.append({"name": what, "against": against,
-                     "ratio": round(of(times[own]) / of(times[rival]), 3), "must": must,
-                     "aim": aim})
-    if sys.argv[1] == "json":
+    form, counts, sizes, *files = sys.argv[1:]
+    runs, boost = read(files)
+    values = json.loads(Path(counts).read_text()) | json.loads(Path(sizes).read_text())
+    rows = list(ratios(runs))
+    rows += [{"name": what, "against": None, "value": values[key], "must": must, "aim": aim}
+             for what, key, must, aim in COUNTS]
+    if form == "json":
         print(json.dumps(rows, indent=1))
         return
-    print(f"Boost {boost.replace('_', '.')}\n")
-    print("| what | against | ratio | must | aim |\n|---|---|---:|---:|---:|")
-    for row in rows:
-        limits = " | ".join("" if row[key] is None else f"{row[key]:.2f}" for key in ("must", "aim"))
-        print(f"| {row['name']} | {row['against']} | {row['ratio']:.2f} | {limits} |")
+    text = "\n".join([heading(boost), "", *tables(rows, runs)])
+    if form == "table":
+        print(text)
+        return
+    page = PAGE.read_text()
+    marked = re.compile(r"(?<=<!-- figures -->\n).*?(?=<!-- end -->)", re.S)
+    if not marked.search(page):
+        sys.exit(f"{PAGE} has no place for the figures")
+    PAGE.write_text(marked.sub(lambda _: text + "\n", page))
 
 
 main()

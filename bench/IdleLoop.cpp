@@ -1,0 +1,11 @@
+// A process with the main loop's library and nothing else, to compare the daemon's size with.
+#include <Ecore.h>
+#include <unistd.h>
+
+int main() {
+    ecore_init();
+    ecore_job_add([](void*) { static_cast<void>(!write(STDERR_FILENO, "ready\n", 6)); }, nullptr);
+    ecore_main_loop_begin();
+    ecore_shutdown();
+    return 0;
+}
