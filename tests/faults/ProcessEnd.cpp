@@ -12,9 +12,10 @@ namespace {
 
 constexpr int MOST_FRAMES = 100;
 
-std::string functionAt(void* address) {
+// A call that never returns may be the last of its function: what it would return to is another.
+std::string functionOf(void* returnAddress) {
     Dl_info info{};
-    if (dladdr(address, &info) == 0 || info.dli_sname == nullptr) {
+    if (dladdr(static_cast<char*>(returnAddress) - 1, &info) == 0 || info.dli_sname == nullptr) {
         return "";
     }
     int status = 0;
@@ -42,7 +43,7 @@ std::string innermostDestructor() {
     const int count = backtrace(frames.data(), MOST_FRAMES);
     std::string all;
     for (int i = 0; i < count; ++i) {
-        const std::string function = functionAt(frames[static_cast<std::size_t>(i)]);
+        const std::string function = functionOf(frames[static_cast<std::size_t>(i)]);
         for (const char* member : {"~", "operator delete("}) {
             if (const std::string name = classOf(function, member); !name.empty()) {
                 return "~" + name;
