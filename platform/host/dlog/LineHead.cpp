@@ -21,13 +21,14 @@ std::atomic<unsigned> forks = 0;
 
 struct ThreadText {
     time_t second = -1;
-    std::array<char, 16> time{};  // "12:34:56."
+    long millisecond = -1;
     unsigned forks = 0;
-    int numberSize = 0;
-    std::array<char, 12> number{};
+    std::size_t size = 0;
+    LineHead text{};  // "12:34:56.789 4711 "
 };
 
-constexpr std::size_t timeSize = 9;
+constexpr std::size_t millisecondsAt = 9;
+constexpr std::size_t numberAt = 13;
 
 char letterOf(int priority) {
     switch (priority) {
@@ -44,20 +45,31 @@ char letterOf(int priority) {
     }
 }
 
-void setTime(ThreadText& text, time_t second) {
+void setSecond(ThreadText& text, time_t second) {
     tm local{};
     localtime_r(&second, &local);
-    std::snprintf(text.time.data(), text.time.size(), "%02d:%02d:%02d.", local.tm_hour,
-                  local.tm_min, local.tm_sec);
+    std::array<char, 16> time;
+    std::snprintf(time.data(), time.size(), "%02d:%02d:%02d.", local.tm_hour, local.tm_min,
+                  local.tm_sec);
+    std::copy_n(time.data(), millisecondsAt, text.text.data());
     text.second = second;
+}
+
+void setMillisecond(ThreadText& text, long millisecond) {
+    char* next = text.text.data() + millisecondsAt;
+    for (const int unit : {100, 10, 1}) {
+        *next++ = static_cast<char>('0' + millisecond / unit % 10);
+    }
+    *next = ' ';
+    text.millisecond = millisecond;
 }
 
 void setNumber(ThreadText& text, unsigned forksBefore) {
     [[maybe_unused]] static const int watching =
         pthread_atfork(nullptr, nullptr, [] { forks.fetch_add(1); });
-    char* const start = text.number.data();
-    text.numberSize =
-        static_cast<int>(std::to_chars(start, start + text.number.size(), gettid()).ptr - start);
+    char* const end = std::to_chars(text.text.data() + numberAt, text.text.end(), gettid()).ptr;
+    *end = ' ';
+    text.size = static_cast<std::size_t>(end + 1 - text.text.data());
     text.forks = forksBefore;
 }
 
@@ -68,25 +80,19 @@ std::size_t formatHead(LineHead& head, int priority) noexcept {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
     if (text.second != now.tv_sec) {
-        setTime(text, now.tv_sec);
+        setSecond(text, now.tv_sec);
+    }
+    if (const long millisecond = now.tv_nsec / 1000000; text.millisecond != millisecond) {
+        setMillisecond(text, millisecond);
     }
     const unsigned forksBefore = forks.load(std::memory_order_relaxed);
-    if (text.numberSize == 0 || text.forks != forksBefore) {
+    if (text.size == 0 || text.forks != forksBefore) {
         setNumber(text, forksBefore);
     }
-
-    char* next = std::copy_n(text.time.data(), timeSize, head.data());
-    const auto milliseconds = static_cast<int>(now.tv_nsec / 1000000);
-    for (const int unit : {100, 10, 1}) {
-        *next++ = static_cast<char>('0' + milliseconds / unit % 10);
-    }
-    *next++ = ' ';
-    std::copy_n(text.number.data(), text.number.size(), next);  // of a constant size, so no call
-    next += text.numberSize;
-    for (const char c : {' ', letterOf(priority), ' '}) {
-        *next++ = c;
-    }
-    return static_cast<std::size_t>(next - head.data());
+    head = text.text;
+    head[text.size] = letterOf(priority);
+    head[text.size + 1] = ' ';
+    return text.size + 2;
 }
 
 }  // namespace corvane::host
