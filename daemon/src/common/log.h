@@ -46,7 +46,9 @@ public:
         LOGD("IN >> [%s(%d)]", m_name.c_str(), m_line);
     }
     /// The same, with a string that the thread has had before.
-    ApiTracker(const char* name, int line) : ApiTracker(nameOf(name), line) {}
+    ApiTracker(const char* name, int line) : m_name(nameOf(name)), m_line(line) {
+        LOGD("IN >> [%s(%d)]", m_name.c_str(), m_line);
+    }
     ~ApiTracker() {
         LOGD("OUT << [%s(%d)]", m_name.c_str(), m_line);
         if (REUSES_MEMORY) {
