@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 namespace corvane::host {
 
@@ -34,11 +35,12 @@ private:
 }  // namespace
 
 LogBuffer* LogBuffer::open(int fd, std::chrono::milliseconds patience) {
-    instance = new LogBuffer(fd, patience);
+    std::unique_ptr<LogBuffer> buffer(new LogBuffer(fd, patience));
     {
         const SignalsBlocked blocked;
-        instance->m_writer = std::thread([] { instance->writeInTime(); });
+        buffer->m_writer = std::thread([made = buffer.get()] { made->writeInTime(); });
     }
+    instance = buffer.release();
     instance->watchProcess();
     return instance;
 }

@@ -50,9 +50,13 @@ bool isPlainFile(int fd) {
     return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-LogDestination fileOf(int fd, std::chrono::milliseconds patience) {
-    const bool keepsLines = patience.count() > 0 && isPlainFile(fd);
-    return {false, fd, keepsLines ? LogBuffer::open(fd, patience) : nullptr};
+// Without a thread to be had, lines don't wait.
+LogBuffer* bufferOf(int fd, std::chrono::milliseconds patience) {
+    try {
+        return patience.count() > 0 && isPlainFile(fd) ? LogBuffer::open(fd, patience) : nullptr;
+    } catch (const std::system_error&) {
+        return nullptr;
+    }
 }
 
 }  // namespace
@@ -74,7 +78,7 @@ LogDestination openLogDestination(const Settings& settings, std::vector<std::str
             if (settings.log.file.empty()) {
                 complaints.emplace_back("[log] output is file, but no file is given");
             } else if (const int fd = openFile(settings.log.file); fd >= 0) {
-                return fileOf(fd, settings.log.flush);
+                return {false, fd, bufferOf(fd, settings.log.flush)};
             } else {
                 complaints.push_back("the log can't go to " + settings.log.file + ": " +
                                      std::generic_category().message(errno));

@@ -17,7 +17,7 @@ struct LogDestination {
 };
 
 /// Opens what the settings ask for, or else the standard error, with a complaint. Called
-/// once; what it opens stays open. Errors: std::bad_alloc, std::system_error.
+/// once; what it opens stays open. Errors: std::bad_alloc.
 LogDestination openLogDestination(const Settings& settings, std::vector<std::string>& complaints);
 
 }  // namespace corvane::host
