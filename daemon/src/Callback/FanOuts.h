@@ -73,8 +73,8 @@ private:
         return m_counters[thread % m_counters.size()];
     }
 
-    std::atomic<Phase> m_phase = 0;
     std::array<Counters, 16> m_counters;
+    std::atomic<Phase> m_phase = 0;
     std::atomic<bool> m_isAwaited = false;
     std::mutex m_mutex;
     std::condition_variable m_changed;

@@ -77,9 +77,13 @@ private:
 
     // Of the thread. Its end closes the store; what runs later does without one.
     struct End {
+        ThreadStore* store;
         ~End() {
-            s_hasEnded = true;
-            std::exchange(s_own, nullptr)->close();
+            if (store != nullptr) {
+                s_hasEnded = true;
+                s_own = nullptr;
+                store->close();
+            }
         }
     };
 
@@ -101,7 +105,7 @@ private:
         } catch (const std::bad_alloc&) {
             return nullptr;
         }
-        thread_local const End end;
+        s_end.store = s_own;
         return s_own;
     }
 
@@ -145,6 +149,7 @@ private:
 
     static inline thread_local constinit ThreadStore* s_own = nullptr;
     static inline thread_local constinit bool s_hasEnded = false;
+    static inline thread_local End s_end{};
     static inline Block s_closed{};
 
     Block* m_blocks = nullptr;
