@@ -86,6 +86,9 @@ int formatSimple(char* buffer, std::size_t size, const char* format, va_list& ar
 }  // namespace
 
 int formatText(char* buffer, std::size_t size, const char* format, va_list arguments) noexcept {
+    if (size == 0) {  // and perhaps no buffer
+        return std::vsnprintf(buffer, size, format, arguments);
+    }
     va_list simple;
     va_copy(simple, arguments);
     const int result = formatSimple(buffer, size, format, simple);
