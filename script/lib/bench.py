@@ -5,14 +5,13 @@ A ratio is between the fastest of all repetitions of both, in one run; where thr
 between the medians. Ends with 0, whatever the figures are."""
 import datetime
 import json
-import os
-import platform
 import re
 import statistics
-import subprocess
 import sys
 from collections import defaultdict
 from pathlib import Path
+
+from circumstances import commit, machine
 
 PAGE = Path("docs/performance.md")
 STRAND = "Signals2 and an Asio strand"
@@ -96,7 +95,7 @@ def tables(rows, runs):
     lines += [f"| {row['name']} | {row['against']} | {row['ratio']:.2f} | {cells(row)} |"
               for row in rows if "ratio" in row]
     lines += ["", "| what | figure | must | aim |", "|---|---:|---:|---:|"]
-    lines += [f"| {row['name']} | {row['value']:.4g} | {cells(row)} |"
+    lines += [f"| {row['name']} | {row['value']:.6g} | {cells(row)} |"
               for row in rows if "value" in row]
     for what, benchmarks, clock in SCALES:
         found = list(scale(runs, benchmarks, clock))
@@ -105,16 +104,6 @@ def tables(rows, runs):
         lines += [f"| {number} | {time:.0f} ns | {time / found[0][1]:.2f} |"
                   for number, time in found]
     return lines
-
-
-def heading(boost):
-    gigabytes = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") / 2**30
-    commit = subprocess.run(["git", "describe", "--always", "--dirty"], capture_output=True,
-                            text=True).stdout.strip()
-    compiler = subprocess.run(["g++", "-dumpfullversion"], capture_output=True, text=True,
-                              check=True).stdout.strip()
-    return (f"On {datetime.date.today()}, commit {commit}, {os.cpu_count()} cores, {gigabytes:.0f} GiB, "
-            f"{platform.machine()}, g++ {compiler}, Boost {boost}.")
 
 
 def main():
@@ -127,7 +116,8 @@ def main():
     if form == "json":
         print(json.dumps(rows, indent=1))
         return
-    text = "\n".join([heading(boost), "", *tables(rows, runs)])
+    heading = f"On {datetime.date.today()}, commit {commit(PAGE)}, {machine()}, Boost {boost}."
+    text = "\n".join([heading, "", *tables(rows, runs)])
     if form == "table":
         print(text)
         return

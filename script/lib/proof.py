@@ -4,12 +4,11 @@
 What the row proves is the comment at the top of its program. Other rows' sections stay.
 """
 import datetime
-import os
-import platform
 import re
-import subprocess
 import sys
 from pathlib import Path
+
+from circumstances import commit, machine, output_of
 
 PAGE = Path("docs/proof.md")
 HEAD = """# Proof
@@ -20,31 +19,16 @@ the last run of one row, `script/prove ROW`. What surprises and stays is in
 """
 
 
-def output_of(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout.strip()
-
-
 def purpose(row):
     lines = Path("script/proof", row).read_text().splitlines()[1:]
     end = next(i for i, line in enumerate(lines) if not line.startswith("#"))
     return "\n".join(line[1:].strip() for line in lines[:end])
 
 
-def machine():
-    gigabytes = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") / 2**30
-    compiler = output_of("g++", "-dumpfullversion")
-    return f"{os.cpu_count()} cores, {gigabytes:.0f} GiB, {platform.machine()}, g++ {compiler}"
-
-
-def commit():
-    changed = output_of("git", "status", "--porcelain", "--", ".", f":!{PAGE}")
-    return output_of("git", "rev-parse", "--short", "HEAD") + (" with changes" if changed else "")
-
-
 def section(row, result, seconds, figures):
     minutes, rest = divmod(int(seconds), 60)
     lines = [f"## {row}", "", purpose(row), "",
-             f"**{result}** on {datetime.date.today()}, commit {commit()}, in {minutes} min {rest} s "
+             f"**{result}** on {datetime.date.today()}, commit {commit(PAGE)}, in {minutes} min {rest} s "
              f"({machine()})", ""]
     lines += [f"- {figure}" for figure in figures]
     return "\n".join(lines) + "\n"

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <memory>
-#include <string>
 #include <thread>
 
 #include "Allocations.h"
@@ -49,8 +47,7 @@ TEST_F(AllocationCountTest, AnEventForEightPluginsNeedsNone) {
             [](int, bt_adapter_state_e, void* events) { ++*static_cast<int*>(events); },
             &plugin.events);
     }
-    const std::string setFunction = "bt_adapter_set_state_changed_cb";
-    const auto slot = fake_platform::slot(setFunction);
+    const auto slot = fake_platform::slot("bt_adapter_set_state_changed_cb");
     const auto callback = reinterpret_cast<bt_adapter_state_changed_cb>(slot.callback);
     EXPECT_EQ(allocationsOf([&] { callback(0, BT_ADAPTER_STATE_ON, slot.userData); }), 0);
     for (Plugin& plugin : plugins) {
@@ -73,6 +70,7 @@ TEST_F(AllocationCountTest, AThreadWithoutMemoryForAStoreTraces) {
         { const ApiTracker tracker("void aFunctionWithAnOrdinarySignature(int)", __LINE__); }
         allocations::succeed();
         EXPECT_TRUE(allocations::hasFailed());
+        EXPECT_EQ(allocations::made(), 2) << "the store, in vain, and the name";
     }).join();
 }
 

@@ -9,7 +9,7 @@ namespace corvane::host {
 using LineHead = std::array<char, 48>;
 
 /// "12:34:56.789 4711 I ": local time, the calling thread, the priority's letter. Returns its
-/// size; no byte of no meaning follows it. Any thread; never throws.
+/// size; what stands behind it means nothing. Any thread; never throws.
 std::size_t formatHead(LineHead& head, int priority) noexcept;
 
 }  // namespace corvane::host

@@ -35,7 +35,7 @@ protected:
         return result;
     }
 
-    static constexpr const char* forAnHour = "60000";
+    static constexpr const char* forAMinute = "60000";
 
 private:
     std::string file() const { return directory() / "log"; }
@@ -54,25 +54,25 @@ TEST_F(DlogFileTest, ALineThatMayNotWaitIsInTheFileAtOnce) {
 }
 
 TEST_F(DlogFileTest, AnEndThatNobodyIsToldOfLosesWhatWaits) {
-    keepLinesFor(forAnHour);
+    keepLinesFor(forAMinute);
     EXPECT_EQ(run("no-end"), 0);
     EXPECT_THAT(texts(), IsEmpty());
 }
 
 TEST_F(DlogFileTest, AnErrorIsInTheFileAtOnceWithAllBeforeIt) {
-    keepLinesFor(forAnHour);
+    keepLinesFor(forAMinute);
     EXPECT_EQ(run("error"), 0);
     EXPECT_THAT(texts(), ElementsAre("before", "error"));
 }
 
 TEST_F(DlogFileTest, TheEndOfTheProcessLosesNothingEvenOfWhatRunsLater) {
-    keepLinesFor(forAnHour);
+    keepLinesFor(forAMinute);
     EXPECT_EQ(run("end"), 0);
     EXPECT_THAT(texts(), ElementsAre("before", "later"));
 }
 
 TEST_F(DlogFileTest, AnAbortLosesNothing) {
-    keepLinesFor(forAnHour);
+    keepLinesFor(forAMinute);
     EXPECT_EQ(run("abort"), -SIGABRT);
     EXPECT_THAT(texts(), ElementsAre("before"));
 }
@@ -80,20 +80,20 @@ TEST_F(DlogFileTest, AnAbortLosesNothing) {
 // The sanitizers handle these themselves.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST_F(DlogFileTest, AFaultLosesNothingAndEndsTheProcessAsEver) {
-    keepLinesFor(forAnHour);
+    keepLinesFor(forAMinute);
     EXPECT_EQ(run("fault"), -SIGSEGV);
     EXPECT_THAT(texts(), ElementsAre("before"));
 }
 
 TEST_F(DlogFileTest, ASignalThatSomebodySendsLosesNothingAndEndsTheProcessAsEver) {
-    keepLinesFor(forAnHour);
+    keepLinesFor(forAMinute);
     EXPECT_EQ(run("signal"), -SIGBUS);
     EXPECT_THAT(texts(), ElementsAre("before"));
 }
 #endif
 
 TEST_F(DlogFileTest, AChildWritesNoLineOfItsParent) {
-    keepLinesFor(forAnHour);
+    keepLinesFor(forAMinute);
     EXPECT_EQ(run("fork"), 0);
     EXPECT_THAT(texts(), testing::UnorderedElementsAre("before", "child", "after"));
 }

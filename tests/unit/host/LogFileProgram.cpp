@@ -98,6 +98,8 @@ int main(int, char** argv) {
         endByChild();
     } else if (what == "threads") {
         logFromThreads();
+    } else {
+        return 2;
     }
     return 0;
 }
