@@ -20,14 +20,17 @@ void say(const char* text, int priority = DLOG_PRIORITY_INFO) {
     dlog_print(priority, "TEST", "%s", text);
 }
 
-// Ends when the file has been changed, with nothing else to write it than time.
-void waitForFile(const char* file) {
+// Returns when the file has been changed, with nothing else to write it than time.
+void waitForTime(const char* file) {
     say("there at once", DLOG_PRIORITY_ERROR);
     const int watch = inotify_init1(IN_CLOEXEC);
     inotify_add_watch(watch, file, IN_MODIFY);
     say("waits");
     char event[sizeof(inotify_event) + NAME_MAX + 1];
-    _exit(read(watch, event, sizeof event) > 0 ? 0 : 1);
+    if (read(watch, event, sizeof event) <= 0) {
+        _exit(1);
+    }
+    close(watch);
 }
 
 // The handler runs behind the log's own end.
@@ -43,7 +46,9 @@ void fault() {
     *static_cast<volatile char*>(nothing) = 1;
 }
 
-void endByChild() {
+// A thread that still starts may hold locks of the sanitizers, which a child would wait for.
+void endByChild(const char* file) {
+    waitForTime(file);
     say("before");
     const pid_t child = fork();
     if (child == 0) {
@@ -76,7 +81,8 @@ void logFromThreads() {
 int main(int, char** argv) {
     const std::string_view what = argv[1];
     if (what == "in-time") {
-        waitForFile(argv[2]);
+        waitForTime(argv[2]);
+        _exit(0);
     } else if (what == "no-end") {
         say("before");
         _exit(0);
@@ -95,7 +101,7 @@ int main(int, char** argv) {
     } else if (what == "fault") {
         fault();
     } else if (what == "fork") {
-        endByChild();
+        endByChild(argv[2]);
     } else if (what == "threads") {
         logFromThreads();
     } else {
