@@ -1,14 +1,77 @@
-// Waiting for the fan-outs that have begun.
+// Waiting for the fan-outs that have begun, and keeping what they may be using.
 #include "FanOuts.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <thread>
 
 #include "Gate.h"
 
 namespace {
+
+struct Left : Retired {
+    int reclaimed = 0;
+    void reclaim() noexcept override { ++reclaimed; }
+};
+
+TEST(FanOutsTest, WhatNobodyUsesIsReclaimedAtOnce) {
+    FanOuts fanOuts;
+    Left left;
+    fanOuts.leave(fanOuts.enter());
+    fanOuts.retire(left);
+    EXPECT_EQ(left.reclaimed, 1);
+}
+
+TEST(FanOutsTest, WhatAFanOutMayUseIsReclaimedWhenItLeaves) {
+    FanOuts fanOuts;
+    Left first;
+    Left second;
+    const auto outer = fanOuts.enter();
+    fanOuts.retire(first);
+    const auto inner = fanOuts.enter();
+    fanOuts.retire(second);
+    EXPECT_EQ(first.reclaimed, 0);
+    fanOuts.leave(inner);
+    EXPECT_EQ(first.reclaimed, 0);
+    EXPECT_EQ(second.reclaimed, 0);
+    fanOuts.leave(outer);
+    EXPECT_EQ(first.reclaimed, 1);
+    EXPECT_EQ(second.reclaimed, 1);
+}
+
+TEST(FanOutsTest, FanOutsWithoutAGapKeepLittleOfWhatTheyCannotUse) {
+    FanOuts fanOuts;
+    std::array<Left, 10> left;
+    auto phase = fanOuts.enter();
+    for (Left& next : left) {
+        fanOuts.retire(next);
+        EXPECT_EQ(next.reclaimed, 0);
+        const auto overlapping = fanOuts.enter();
+        fanOuts.leave(phase);
+        phase = overlapping;
+    }
+    EXPECT_GE(std::ranges::count(left, 1, &Left::reclaimed), 8);
+    fanOuts.leave(phase);
+    EXPECT_EQ(std::ranges::count(left, 1, &Left::reclaimed), 10);
+}
+
+TEST(FanOutsTest, OneThatBeganAPhaseEarlierKeepsWhatItMayUse) {
+    FanOuts fanOuts;
+    Left first;
+    Left second;
+    const auto earlier = fanOuts.enter();
+    fanOuts.retire(first);
+    const auto later = fanOuts.enter();
+    ASSERT_NE(earlier, later);
+    fanOuts.retire(second);
+    fanOuts.leave(later);
+    EXPECT_EQ(second.reclaimed, 0);
+    fanOuts.leave(earlier);
+    EXPECT_EQ(second.reclaimed, 1);
+}
 
 TEST(FanOutsTest, NobodyIsWaitedForWhenNoneIsUnderWay) {
     FanOuts fanOuts;

@@ -27,7 +27,7 @@
 /// registry's lock; onCallback and getInvokingTask on any thread, without it.
 /// Errors: the exhaustion of memory; from onCallback also what invokeTask throws.
 template <typename CallbackFunction, typename... Types>
-class CallbackImpl : public ICallback {
+class CallbackImpl : public ICallback, private Retired {
 public:
     using Function = CallbackFunction;
 
@@ -36,20 +36,17 @@ public:
         std::function<void(Types...)> deliver;
     };
 
-    /// Not changed once it is current. Replaced ones wait in a chain until no fan-out
-    /// can be inside them.
-    struct List {
+    /// Not changed once it is current.
+    struct List final : Retired {
         explicit List(std::vector<CallbackEntry> subscriptions = {})
             : entries(std::move(subscriptions)) {}
+        void reclaim() noexcept override { delete this; }
+
         std::vector<CallbackEntry> entries;
-        List* nextReplaced = nullptr;
     };
 
     CallbackImpl() : m_current(new List) {}
-    ~CallbackImpl() override {
-        freeAll(m_current);
-        freeAll(m_replaced);
-    }
+    ~CallbackImpl() override { delete m_current.load(); }
     CallbackImpl(const CallbackImpl&) = delete;
     CallbackImpl& operator=(const CallbackImpl&) = delete;
 
@@ -94,7 +91,7 @@ public:
 
     /// Delivers one event to every subscription in the order they were made.
     void onCallback(Types... args) {
-        const FanOut fanOut(*this);
+        const FanOut fanOut;
         for (const CallbackEntry& entry : m_current.load()->entries) {
             LOGI("invoker : %p", static_cast<void*>(entry.invoker));
             entry.deliver(args...);
@@ -122,90 +119,33 @@ protected:
         unregisterCallback();
     }
 
-    /// Destroys and frees `source` now, or when the last fan-out leaves it.
-    static void release(CallbackImpl* source) {
-        if (source->m_fanOuts.fetch_or(RELEASED) == 0) {
-            destroy(source);
-        }
-    }
+    /// Destroys and frees this now, or when the last fan-out that may be inside has ended.
+    void release() { allFanOuts.retire(*this); }
 
 private:
     class FanOut {
     public:
-        explicit FanOut(CallbackImpl& source) : m_source(source), m_phase(allFanOuts.enter()) {
-            m_source.m_fanOuts.fetch_add(1);
-        }
-        ~FanOut() {
-            m_source.leave();
-            allFanOuts.leave(m_phase);
-        }
+        FanOut() : m_phase(allFanOuts.enter()) {}
+        ~FanOut() { allFanOuts.leave(m_phase); }
         FanOut(const FanOut&) = delete;
         FanOut& operator=(const FanOut&) = delete;
 
     private:
-        CallbackImpl& m_source;
-        FanOuts::Phase m_phase;
+        const FanOuts::Phase m_phase;
     };
 
-    static constexpr std::size_t RELEASED = ~(~std::size_t{0} >> 1);
-
-    // A fan-out counts itself in before it takes the list. So if lists are first taken
-    // from the chain, which they joined after they were replaced, and nobody is counted
-    // in after that, nobody is in one of them.
     void replaceList(std::unique_ptr<List> list) {
-        keep(m_current.exchange(list.release()));
-        List* replaced = m_replaced.exchange(nullptr);
-        if (m_fanOuts == 0) {
-            freeAll(replaced);
-        } else {
-            keep(replaced);
-        }
+        allFanOuts.retire(*m_current.exchange(list.release()));
     }
 
-    // Nothing of this source may be touched once the fan-out is counted out.
-    void leave() {
-        List* replaced = m_replaced == nullptr ? nullptr : m_replaced.exchange(nullptr);
-        std::size_t count = m_fanOuts;
-        do {
-            if ((count & ~RELEASED) > 1) {
-                keep(std::exchange(replaced, nullptr));
-            }
-        } while (!m_fanOuts.compare_exchange_weak(count, count - 1));
-        freeAll(replaced);
-        if (count == (RELEASED | 1)) {
-            destroy(this);
-        }
-    }
-
-    void keep(List* chain) {
-        if (chain == nullptr) {
-            return;
-        }
-        List* last = chain;
-        while (last->nextReplaced != nullptr) {
-            last = last->nextReplaced;
-        }
-        last->nextReplaced = m_replaced;
-        while (!m_replaced.compare_exchange_weak(last->nextReplaced, chain)) {
-        }
-    }
-
-    static void freeAll(List* chain) {
-        while (chain != nullptr) {
-            delete std::exchange(chain, chain->nextReplaced);
-        }
-    }
-
-    // Rare, and out of line: inlined where a source lives on the stack, g++ would warn of
-    // a path that only a deleted source takes.
-    [[gnu::noinline]] static void destroy(CallbackImpl* source) {
-        void* storage = dynamic_cast<void*>(source);
-        source->~CallbackImpl();
+    // Out of line: inlined where a source lives on the stack, g++ would warn of a path that only a
+    // deleted source takes.
+    [[gnu::noinline]] void reclaim() noexcept override {
+        void* storage = dynamic_cast<void*>(this);
+        this->~CallbackImpl();
         ::operator delete(storage);
     }
 
     std::atomic<List*> m_current;
-    std::atomic<List*> m_replaced = nullptr;
-    std::atomic<std::size_t> m_fanOuts = 0;  // fan-outs inside, and RELEASED
     bool m_ended = false;
 };

@@ -55,7 +55,7 @@ public:                                                                         
     }                                                                               \
     static void operator delete(Class* source, std::destroying_delete_t) noexcept { \
         source->end("virtual " #Class "::~" #Class "()", __LINE__);                 \
-        release(source);                                                            \
+        source->release();                                                          \
     }                                                                               \
     static void operator delete(void* storage) {                                    \
         ::operator delete(storage);                                                 \

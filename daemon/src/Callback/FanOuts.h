@@ -1,9 +1,10 @@
-// How many fan-outs are under way in the process, so that somebody can wait for those that have
-// begun: whoever has removed a subscription, and then waited, knows that no fan-out will serve it.
+// The fan-outs that are under way in the process, so that what they may be using outlives them:
+// replaced lists, sources that were let go, the libraries of plugins that have unsubscribed.
+// A fan-out counts itself in for the phase in which it begins. The next phase begins once nobody is
+// left of the one before. So two phases on, all fan-outs that had begun have ended.
 // Threads count in places of their own, or all events of the process would meet in one.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -11,8 +12,23 @@
 #include <cstddef>
 #include <mutex>
 
-/// One for the process. Threads: enter on any thread, leave on the same; waitForEarlier on the main
-/// thread, outside any fan-out. Errors: a mutex that can't be locked.
+/// What fan-outs may still be using when nobody else can reach it any more.
+class Retired {
+public:
+    /// Ends the object. On any thread, with the fan-outs' mutex held.
+    virtual void reclaim() noexcept = 0;
+
+protected:
+    virtual ~Retired() = default;
+
+private:
+    friend class FanOuts;
+    Retired* m_next = nullptr;
+    unsigned m_phase = 0;
+};
+
+/// One for the process. Threads: any; enter and leave in pairs on one thread. Errors: a mutex that
+/// can't be locked.
 class FanOuts {
 public:
     using Phase = unsigned;
@@ -33,31 +49,18 @@ public:
 
     void leave(Phase phase) {
         if (own().inside[phase].fetch_sub(1) == 1 && m_isAwaited.load()) {
-            const std::lock_guard lock(m_mutex);
-            m_changed.notify_all();
+            proceed();
         }
     }
 
+    /// Reclaims `object`, which no new fan-out can find, when all that have begun have ended: now,
+    /// or as one of the fan-outs leaves, at the latest the last one of the process.
+    void retire(Retired& object);
+
     /// Whether all fan-outs that began before the call have ended. Waits for them, but with all
-    /// calls together not longer than `PATIENCE`: a callback may never return.
-    bool waitForEarlier() {
-        const Phase ending = m_phase.fetch_add(1) & 1;
-        const auto ended = [this, ending] {
-            return std::ranges::all_of(m_counters, [ending](const Counters& counters) {
-                return counters.inside[ending].load() == 0;
-            });
-        };
-        if (ended()) {
-            return true;
-        }
-        const auto start = std::chrono::steady_clock::now();
-        std::unique_lock lock(m_mutex);
-        m_isAwaited = true;
-        const bool result = m_changed.wait_until(lock, start + m_patience, ended);
-        m_isAwaited = false;
-        m_patience -= std::chrono::steady_clock::now() - start;
-        return result;
-    }
+    /// calls together not longer than `PATIENCE`: a callback may never return. Not to be called
+    /// in a fan-out, or by two threads at once.
+    bool waitForEarlier();
 
 private:
     static constexpr std::chrono::milliseconds PATIENCE{1000};
@@ -73,11 +76,18 @@ private:
         return m_counters[thread % m_counters.size()];
     }
 
+    void proceed();
+    void beginPhases();
+    bool isOver(Phase phase) const;
+
     std::array<Counters, 16> m_counters;
     std::atomic<Phase> m_phase = 0;
-    std::atomic<bool> m_isAwaited = false;
+    std::atomic<bool> m_isAwaited = false;  // somebody, or something retired, waits for an end
     std::mutex m_mutex;
     std::condition_variable m_changed;
+    bool m_isWaitedFor = false;
+    Retired* m_oldest = nullptr;
+    Retired* m_newest = nullptr;
     std::chrono::steady_clock::duration m_patience = PATIENCE;
 };
 
