@@ -61,6 +61,16 @@ TEST_F(LibraryFileTest, OneThatLacksTheLastByteOfWhatTheLoaderMapsIsCutOff) {
     EXPECT_FALSE(isCutOff(m_bytes.substr(0, end)));
 }
 
+TEST_F(LibraryFileTest, ATableOfSegmentsMayStandAnywhere) {
+    ElfW(Ehdr) header;
+    std::memcpy(&header, m_bytes.data(), sizeof header);
+    const auto table = m_bytes.substr(header.e_phoff, header.e_phnum * sizeof(ElfW(Phdr)));
+    header.e_phoff = m_bytes.size();
+    std::memcpy(m_bytes.data(), &header, sizeof header);
+    EXPECT_FALSE(isCutOff(m_bytes + table));
+    EXPECT_TRUE(isCutOff(m_bytes + table.substr(0, table.size() - 1)));
+}
+
 // Its tables of sections come last, and the loader doesn't look at them.
 TEST_F(LibraryFileTest, OneThatLacksItsLastBytesIsNot) {
     EXPECT_FALSE(isCutOff(m_bytes.substr(0, m_bytes.size() - 64)));
