@@ -96,7 +96,7 @@ int main(int argc, char** argv) {
     }
     std::printf(
         "{\"allocations of a delivery\": %g, \"allocations of a hand-off\": %g, "
-        "\"bytes of an idle plugin\": %g}\n",
+        "\"bytes of an idle plugin\": %.0f}\n",
         allocationsOfADelivery(), allocationsOfAHandOff(), bytesOfAnIdlePlugin());
     return 0;
 }
