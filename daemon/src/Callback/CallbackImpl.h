@@ -138,9 +138,7 @@ private:
         allFanOuts.retire(*m_current.exchange(list.release()));
     }
 
-    // Out of line: inlined where a source lives on the stack, g++ would warn of a path that only a
-    // deleted source takes.
-    [[gnu::noinline]] void reclaim() noexcept override {
+    void reclaim() noexcept override {
         void* storage = dynamic_cast<void*>(this);
         this->~CallbackImpl();
         ::operator delete(storage);
