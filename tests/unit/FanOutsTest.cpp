@@ -5,8 +5,11 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <thread>
+#include <vector>
 
 #include "Gate.h"
 
@@ -71,6 +74,42 @@ TEST(FanOutsTest, OneThatBeganAPhaseEarlierKeepsWhatItMayUse) {
     EXPECT_EQ(second.reclaimed, 0);
     fanOuts.leave(earlier);
     EXPECT_EQ(second.reclaimed, 1);
+}
+
+// Phases begin while others count themselves in.
+TEST(FanOutsTest, WhatIsRetiredLivesAsLongAsAnybodyUsesIt) {
+    struct Value : Retired {
+        std::atomic<bool> isAlive = true;
+        void reclaim() noexcept override { isAlive = false; }
+    };
+    FanOuts fanOuts;
+    std::vector<Value> values(20'000);
+    std::atomic<Value*> current = values.data();
+    std::atomic<bool> isOver = false;
+    std::atomic<long> dead = 0;
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 3; ++i) {
+        readers.emplace_back([&] {
+            while (!isOver) {
+                const auto phase = fanOuts.enter();
+                const Value* const value = current;
+                for (int use = 0; use < 10; ++use) {
+                    dead += value->isAlive ? 0 : 1;
+                }
+                fanOuts.leave(phase);
+            }
+        });
+    }
+    for (std::size_t next = 1; next < values.size(); ++next) {
+        fanOuts.retire(*current.exchange(&values[next]));
+    }
+    isOver = true;
+    for (std::thread& reader : readers) {
+        reader.join();
+    }
+    EXPECT_EQ(dead, 0);
+    EXPECT_EQ(
+        std::ranges::count_if(values, [](const Value& value) { return value.isAlive.load(); }), 1);
 }
 
 TEST(FanOutsTest, NobodyIsWaitedForWhenNoneIsUnderWay) {

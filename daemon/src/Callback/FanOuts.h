@@ -1,7 +1,8 @@
 // The fan-outs that are under way in the process, so that what they may be using outlives them:
 // replaced lists, sources that were let go, the libraries of plugins that have unsubscribed.
 // A fan-out counts itself in for the phase in which it begins. The next phase begins once nobody is
-// left of the one before. So two phases on, all fan-outs that had begun have ended.
+// left of the one before. So two phases on, nobody was left of either, and all fan-outs that had
+// begun have ended.
 // Threads count in places of their own, or all events of the process would meet in one.
 #pragma once
 
@@ -35,16 +36,9 @@ public:
 
     /// What it returns is to be given to leave.
     Phase enter() {
-        Counters& counters = own();
-        while (true) {
-            const Phase phase = m_phase.load() & 1;
-            counters.inside[phase].fetch_add(1);
-            // Only one that has counted itself in before the phase ends belongs to it.
-            if ((m_phase.load() & 1) == phase) {
-                return phase;
-            }
-            leave(phase);
-        }
+        const Phase phase = m_phase.load() & 1;
+        own().inside[phase].fetch_add(1);
+        return phase;
     }
 
     void leave(Phase phase) {
