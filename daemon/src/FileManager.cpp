@@ -9,16 +9,16 @@
 
 namespace {
 
-FileManager::Candidacy candidacyOf(const std::string& path) {
+FileManager::Candidacy candidacyOf(const std::string& directory, const std::string& name) {
     using enum FileManager::Candidacy;
     struct stat status {};
-    if (stat(path.c_str(), &status) != 0) {
+    if (stat((directory + "/" + name).c_str(), &status) != 0) {
         return Unreachable;
     }
     if (!S_ISREG(status.st_mode)) {
         return NotARegularFile;
     }
-    return path.ends_with(".so") ? Candidate : OtherSuffix;
+    return name.ends_with(".so") ? Candidate : OtherSuffix;
 }
 
 }  // namespace
@@ -33,11 +33,8 @@ std::optional<std::list<FileManager::Entry>> FileManager::listDirectory(
         return std::nullopt;
     }
     std::list<Entry> entries;
-    std::string path = directory + "/";
-    const std::size_t prefix = path.size();
     while (const dirent* entry = readdir(stream.get())) {
-        path.replace(prefix, std::string::npos, entry->d_name);
-        entries.push_back({entry->d_name, candidacyOf(path)});
+        entries.push_back({entry->d_name, candidacyOf(directory, entry->d_name)});
     }
     return entries;
 }

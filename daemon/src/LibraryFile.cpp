@@ -6,8 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstring>
 #include <vector>
@@ -33,10 +31,8 @@ public:
         fstat(m_fd, &status);
         return static_cast<std::size_t>(status.st_size);
     }
-    /// How much was there.
-    std::size_t read(void* to, std::size_t size, std::size_t offset) const {
-        const ssize_t result = pread(m_fd, to, size, static_cast<off_t>(offset));
-        return result < 0 ? 0 : static_cast<std::size_t>(result);
+    bool read(void* to, std::size_t size, std::size_t offset) const {
+        return pread(m_fd, to, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
     }
 
 private:
@@ -54,29 +50,21 @@ bool isLibrary(const Header& header) {
 }  // namespace
 
 bool LibraryFile::isCutOff(const std::string& path) {
-    // As linkers lay it out, so that one call reads all.
-    struct {
-        Header header;
-        std::array<Segment, 16> segments;
-    } start;
     const File file(path);
-    const std::size_t read = file.read(&start, sizeof start, 0);
-    if (read < sizeof(Header) || !isLibrary(start.header)) {
+    Header header{};
+    if (!file.read(&header, sizeof header, 0) || !isLibrary(header)) {
         return false;
     }
-    const std::size_t count = start.header.e_phnum;
-    const Segment* segments = start.segments.data();
-    std::vector<Segment> elsewhere;
-    if (start.header.e_phoff != sizeof(Header) || sizeof(Header) + count * sizeof(Segment) > read) {
-        elsewhere.resize(count);
-        const std::size_t size = count * sizeof(Segment);
-        if (file.read(elsewhere.data(), size, start.header.e_phoff) < size) {
+    std::vector<Segment> segments(header.e_phnum);
+    if (!file.read(segments.data(), segments.size() * sizeof(Segment), header.e_phoff)) {
+        return true;
+    }
+    const std::size_t size = file.size();
+    for (const Segment& segment : segments) {
+        if (segment.p_type == PT_LOAD &&
+            (segment.p_filesz > size || segment.p_offset > size - segment.p_filesz)) {
             return true;
         }
-        segments = elsewhere.data();
     }
-    return std::any_of(segments, segments + count, [end = file.size()](const Segment& segment) {
-        return segment.p_type == PT_LOAD &&
-               (segment.p_filesz > end || segment.p_offset > end - segment.p_filesz);
-    });
+    return false;
 }

@@ -4,10 +4,12 @@
 
 #include <atomic>
 #include <barrier>
+#include <cstddef>
 #include <thread>
 #include <vector>
 
 #include "FakePlatform.h"
+#include "HeapInUse.h"
 #include "ITaskInvoker.h"
 #include "RequestBroker.h"
 
@@ -40,6 +42,7 @@ private:
 TEST(SourceLifetimeTest, TheLastFanOutInsideFreesASourceThatWasLetGo) {
     fake_platform::reset();
     fake_platform::recordNothing();
+    std::size_t afterTheFirst = 0;
     for (int round = 0; round < ROUNDS; ++round) {
         LeavingInvoker leaving;
         std::atomic<int> served = 0;
@@ -56,6 +59,10 @@ TEST(SourceLifetimeTest, TheLastFanOutInsideFreesASourceThatWasLetGo) {
         }
         ASSERT_EQ(served, 2 * THREADS);
         ASSERT_EQ(fake_platform::callbacksSet(), 0);
+        if (round == 0) {
+            afterTheFirst = heapInUse();
+        }
     }
+    EXPECT_LT(heapInUse(), afterTheFirst + 10'000);
     fake_platform::reset();
 }

@@ -21,7 +21,7 @@
 /// the user data travel as: a C string as `const std::string&`, all else as it is.
 ///
 /// Owned by the registry. A source let go during its own fan-out ends for the platform
-/// and the log at once; its storage ends with the last fan-out inside it.
+/// and the log at once; its storage ends when the fan-outs that had begun have ended.
 ///
 /// Threads: add, remove, registerCallback, unregisterCallback and destruction under the
 /// registry's lock; onCallback and getInvokingTask on any thread, without it.
@@ -119,21 +119,10 @@ protected:
         unregisterCallback();
     }
 
-    /// Destroys and frees this now, or when the last fan-out that may be inside has ended.
+    /// Destroys and frees this, now or when no fan-out can be inside any more.
     void release() { allFanOuts.retire(*this); }
 
 private:
-    class FanOut {
-    public:
-        FanOut() : m_phase(allFanOuts.enter()) {}
-        ~FanOut() { allFanOuts.leave(m_phase); }
-        FanOut(const FanOut&) = delete;
-        FanOut& operator=(const FanOut&) = delete;
-
-    private:
-        const FanOuts::Phase m_phase;
-    };
-
     void replaceList(std::unique_ptr<List> list) {
         allFanOuts.retire(*m_current.exchange(list.release()));
     }

@@ -11,13 +11,9 @@ void FanOuts::retire(Retired& object) {
 }
 
 bool FanOuts::waitForEarlier() {
+    const auto start = std::chrono::steady_clock::now();
     std::unique_lock lock(m_mutex);
     const Phase now = m_phase;
-    beginPhases();
-    if (isOver(now)) {
-        return true;
-    }
-    const auto start = std::chrono::steady_clock::now();
     m_isWaitedFor = true;
     beginPhases();
     const bool result =

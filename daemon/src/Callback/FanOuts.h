@@ -86,3 +86,15 @@ private:
 };
 
 inline FanOuts allFanOuts;
+
+/// One of them, as long as it lives. On one thread.
+class FanOut {
+public:
+    FanOut() : m_phase(allFanOuts.enter()) {}
+    ~FanOut() { allFanOuts.leave(m_phase); }
+    FanOut(const FanOut&) = delete;
+    FanOut& operator=(const FanOut&) = delete;
+
+private:
+    const FanOuts::Phase m_phase;
+};
