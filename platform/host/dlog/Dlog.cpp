@@ -33,17 +33,26 @@ bool isControl(char c) {
     return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f';
 }
 
-// Whether there may be one among them: a tab is taken for one. Eight at a time.
+// Whether there may be one among them: a tab is taken for one. Eight at a time, the last eight
+// perhaps once more.
 bool mayHaveControls(const char* text, std::size_t size) {
     constexpr std::uint64_t each = 0x0101010101010101;
+    if (size < sizeof each) {
+        return std::any_of(text, text + size, isControl);
+    }
     std::uint64_t found = 0;
-    for (; size >= sizeof found; text += sizeof found, size -= sizeof found) {
+    const auto look = [&found](const char* at) {
         std::uint64_t word;
-        std::memcpy(&word, text, sizeof word);
+        std::memcpy(&word, at, sizeof word);
         const std::uint64_t deleted = word ^ each * 0x7f;
         found |= ((word - each * ' ') & ~word) | ((deleted - each) & ~deleted);
+    };
+    const char* const last = text + size - sizeof each;
+    for (; text < last; text += sizeof each) {
+        look(text);
     }
-    return (found & each * 0x80) != 0 || std::any_of(text, text + size, isControl);
+    look(last);
+    return (found & each * 0x80) != 0;
 }
 
 int writeTo(const LogDestination& destination, int priority, const char* line, std::size_t size) {
@@ -52,76 +61,71 @@ int writeTo(const LogDestination& destination, int priority, const char* line, s
                : destination.buffer->add(line, size, priority >= DLOG_PRIORITY_ERROR);
 }
 
-// Head and text are followed by a byte of no meaning.
+/// Where the parts of a line end. In the journal all but the text are fields.
+struct Parts {
+    std::size_t start;  // time, thread, priority
+    std::size_t head;   // tag and colon
+};
+
+// The parts are followed by the text, and that by a byte of no meaning.
 int writeRecord(const LogDestination& destination, int priority, const char* tag, char* line,
-                std::size_t headSize, std::size_t textSize) {
-    char* const text = line + headSize;
+                const Parts& parts, std::size_t textSize) {
+    char* const text = line + parts.head;
     if (textSize > 0 && text[textSize - 1] == '\n') {
         --textSize;
     }
     if (destination.journal) {
         return sendToJournal(priority, tag, {text, textSize});
     }
-    if (mayHaveControls(line, headSize + textSize)) {
-        std::replace_if(line, text + textSize, isControl, ' ');
+    if (mayHaveControls(line + parts.start, parts.head - parts.start + textSize)) {
+        std::replace_if(line + parts.start, text + textSize, isControl, ' ');
     }
     text[textSize] = '\n';
-    return writeTo(destination, priority, line, headSize + textSize + 1);
+    return writeTo(destination, priority, line, parts.head + textSize + 1);
 }
 
-/// What a line has before its text; in the journal these parts are fields.
-class Head {
-public:
-    Head(const LogDestination& destination, int priority, const char* tag) {
-        if (!destination.journal) {
-            m_size = formatHead(m_start, priority);
-            m_tag = tag == nullptr ? "" : tag;
-            m_end = ": ";
-        }
-    }
-
-    std::size_t size() const { return m_size + m_tag.size() + m_end.size(); }
-
-    void copyTo(char* line) const {
-        line = std::copy_n(m_start.data(), m_size, line);
-        line = std::copy(m_tag.begin(), m_tag.end(), line);
-        std::copy(m_end.begin(), m_end.end(), line);
-    }
-
-private:
-    LineHead m_start;
-    std::size_t m_size = 0;
-    std::string_view m_tag;
-    std::string_view m_end;
-};
+void addTag(char* at, std::string_view tag) {
+    at = std::copy(tag.begin(), tag.end(), at);
+    at[0] = ':';
+    at[1] = ' ';
+}
 
 int printTo(const LogDestination& destination, int priority, const char* tag, const char* format,
             va_list arguments) {
     const int errorBefore = errno;  // "%m" prints it, and logging must not change it
     std::array<char, 1024> line;
-    const Head head(destination, priority, tag);
-    const std::size_t headSize = head.size();
-    const bool headFits = headSize < line.size();
+    const std::string_view tagText = tag == nullptr ? "" : tag;
+    Parts parts{0, 0};
+    bool headFits = true;
+    if (!destination.journal) {
+        parts.start = formatHead(line.data(), priority);
+        parts.head = parts.start + tagText.size() + 2;
+        headFits = parts.head < line.size();
+        if (headFits) {
+            addTag(line.data() + parts.start, tagText);
+        }
+    }
 
     va_list again;
     va_copy(again, arguments);
     errno = errorBefore;
-    const int text = formatText(headFits ? line.data() + headSize : nullptr,
-                                headFits ? line.size() - headSize : 0, format, arguments);
+    const int text = formatText(headFits ? line.data() + parts.head : nullptr,
+                                headFits ? line.size() - parts.head : 0, format, arguments);
     const auto textSize = static_cast<std::size_t>(text);
     int result = 0;
     if (text < 0) {
         result = -EINVAL;
-    } else if (headSize + textSize < line.size()) {
-        head.copyTo(line.data());
-        result = writeRecord(destination, priority, tag, line.data(), headSize, textSize);
+    } else if (parts.head + textSize < line.size()) {
+        result = writeRecord(destination, priority, tag, line.data(), parts, textSize);
     } else {
-        const std::size_t size = headSize + textSize + 1;
-        const std::unique_ptr<char[]> longLine(new char[size]);
-        head.copyTo(longLine.get());
+        const std::unique_ptr<char[]> longLine(new char[parts.head + textSize + 1]);
+        if (!destination.journal) {
+            std::copy_n(line.data(), parts.start, longLine.get());
+            addTag(longLine.get() + parts.start, tagText);
+        }
         errno = errorBefore;
-        std::vsnprintf(longLine.get() + headSize, textSize + 1, format, again);
-        result = writeRecord(destination, priority, tag, longLine.get(), headSize, textSize);
+        std::vsnprintf(longLine.get() + parts.head, textSize + 1, format, again);
+        result = writeRecord(destination, priority, tag, longLine.get(), parts, textSize);
     }
     va_end(again);
     errno = errorBefore;

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <charconv>
 #include <cstdio>
@@ -24,7 +25,7 @@ struct ThreadText {
     long millisecond = -1;
     unsigned forks = 0;
     std::size_t size = 0;
-    LineHead text{};  // "12:34:56.789 4711 "
+    std::array<char, HEAD_ROOM> text{};  // "12:34:56.789 4711 "
 };
 
 constexpr std::size_t millisecondsAt = 9;
@@ -75,7 +76,7 @@ void setNumber(ThreadText& text, unsigned forksBefore) {
 
 }  // namespace
 
-std::size_t formatHead(LineHead& head, int priority) noexcept {
+std::size_t formatHead(char* line, int priority) noexcept {
     thread_local constinit ThreadText text;
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
@@ -89,9 +90,9 @@ std::size_t formatHead(LineHead& head, int priority) noexcept {
     if (text.size == 0 || text.forks != forksBefore) {
         setNumber(text, forksBefore);
     }
-    head = text.text;
-    head[text.size] = letterOf(priority);
-    head[text.size + 1] = ' ';
+    std::copy_n(text.text.data(), HEAD_ROOM, line);
+    line[text.size] = letterOf(priority);
+    line[text.size + 1] = ' ';
     return text.size + 2;
 }
 

@@ -1,15 +1,16 @@
 // The beginning of a line of the log.
 #pragma once
 
-#include <array>
 #include <cstddef>
 
 namespace corvane::host {
 
-using LineHead = std::array<char, 48>;
+/// Room for the longest head.
+constexpr std::size_t HEAD_ROOM = 48;
 
-/// "12:34:56.789 4711 I ": local time, the calling thread, the priority's letter. Returns its
-/// size; what stands behind it means nothing. Any thread; never throws.
-std::size_t formatHead(LineHead& head, int priority) noexcept;
+/// Writes "12:34:56.789 4711 I ", local time, the calling thread, the priority's letter, where
+/// there is HEAD_ROOM, and returns its size; what stands behind it means nothing. Any thread; never
+/// throws.
+std::size_t formatHead(char* line, int priority) noexcept;
 
 }  // namespace corvane::host

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -52,6 +53,27 @@ TEST(DlogTest, StripsOneTrailingNewlineAndReturnsTheSizeOfTheText) {
 TEST(DlogTest, KeepsARecordWithControlCharactersOnOneLine) {
     const auto line = logged([] { dlog_print(4, "T", "%s", "a\nb\tc\x1b[1md\n\n"); });
     EXPECT_THAT(line, testing::EndsWith("T: a b\tc [1md \n"));
+}
+
+TEST(DlogTest, ReplacesAControlCharacterAtAnyPlace) {
+    std::vector<std::string> texts;
+    std::istringstream lines(logged([&] {
+        for (std::size_t size = 1; size <= 24; ++size) {
+            for (std::size_t place = 0; place < size; ++place) {
+                std::string text(size, 'x');
+                text[place] = '\x7f';
+                dlog_print(4, "T", "%s", text.c_str());
+                text[place] = ' ';
+                texts.push_back(text);
+            }
+        }
+    }));
+    std::string line;
+    for (const std::string& text : texts) {
+        std::getline(lines, line);
+        EXPECT_THAT(line, testing::EndsWith(" I T: " + text));
+    }
+    EXPECT_THAT(logged([] { dlog_print(4, "\n2:", "x"); }), testing::EndsWith(" I  2:: x\n"));
 }
 
 TEST(DlogTest, WritesEmptyTextsAndMissingTags) {
