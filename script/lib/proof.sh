@@ -9,7 +9,7 @@ ROWS=(allocation-failures plugin-faults event-storm task-context-model soak fuzz
 tests_hold() {
     local preset=$1 regex=$2 log closing
     log=$(mktemp)
-    build_preset "$preset" >&2
+    build_preset "$preset" -DCORVANE_KIT_TESTS=ON >&2
     if ! ctest --preset "$preset" -R "$regex" --no-tests=error >"$log" 2>&1; then
         cat "$log" >&2
         rm -f "$log"
