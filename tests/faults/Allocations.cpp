@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -24,7 +26,12 @@ std::array<std::atomic<long>, SIZES> g_blocksOfSize{};
 std::array<std::atomic<void*>, STRINGS> g_strings{};
 std::atomic<long> g_stringsMade = 0;
 
+thread_local const std::function<void()>* t_beforeNext = nullptr;
+
 bool mayAllocate() {
+    if (const auto* const function = std::exchange(t_beforeNext, nullptr)) {
+        (*function)();
+    }
     if (!g_counting) {
         return true;
     }
@@ -103,6 +110,10 @@ long made() {
 
 bool hasFailed() {
     return g_hasFailed;
+}
+
+void beforeNext(const std::function<void()>& function) {
+    t_beforeNext = &function;
 }
 
 long outstandingBlocks() {

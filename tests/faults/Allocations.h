@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 
 /// Threads: counting from any; the rest from one, while no other allocates.
 namespace allocations {
@@ -18,6 +19,9 @@ void succeed();
 /// Allocations since failAt until succeed, and whether one of them has failed.
 long made();
 bool hasFailed();
+
+/// Calls `function`, which has to last until then, before this thread's next allocation.
+void beforeNext(const std::function<void()>& function);
 
 /// Blocks of operator new that have not been deleted; those of one size below 512.
 long outstandingBlocks();

@@ -22,7 +22,7 @@ MUST = 0.95
 LEVELS = {
     "unit": ["unit"],
     "model": ["model_task_context"],
-    "faults": ["faults_allocations"],
+    "faults": ["faults_allocations", "faults_in_process"],
     "integration": ["integration_daemon", "integration_faults"],
     "stress": ["stress"],
 }

@@ -1,7 +1,10 @@
 #include "Events.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
+#include <memory>
 #include <stdexcept>
 #include <tuple>
 #include <utility>
@@ -111,13 +114,19 @@ std::vector<std::unique_ptr<const Event>> makeEvents() {
 
 }  // namespace
 
-const std::vector<std::unique_ptr<const Event>>& allEvents() {
+const std::vector<const Event*>& allEvents() {
     static const std::vector<std::unique_ptr<const Event>> events = makeEvents();
-    return events;
+    static const std::vector<const Event*> pointers = [] {
+        std::vector<const Event*> all;
+        std::ranges::transform(events, std::back_inserter(all),
+                               [](const auto& e) { return e.get(); });
+        return all;
+    }();
+    return pointers;
 }
 
 const Event& eventOf(CallbackType type) {
-    for (const auto& event : allEvents()) {
+    for (const Event* const event : allEvents()) {
         if (event->type == type) {
             return *event;
         }

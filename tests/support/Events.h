@@ -2,7 +2,6 @@
 // driven from both ends, the platform's and a plugin's.
 #pragma once
 
-#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -50,7 +49,7 @@ public:
     virtual std::string deliver() const = 0;
 };
 
-const std::vector<std::unique_ptr<const Event>>& allEvents();
+const std::vector<const Event*>& allEvents();
 const Event& eventOf(CallbackType type);
 
 inline std::ostream& operator<<(std::ostream& out, const Event* event) {

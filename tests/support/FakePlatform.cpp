@@ -42,6 +42,7 @@ struct State {
     std::vector<Entry> entries;
     Slots slots = allSlots();
     std::function<void(const fake_platform::Line&)> observer;
+    std::function<void()> deliveryObserver;
     int result = 0;
     int productTypeResult = 0;
     int productType = 0;
@@ -151,6 +152,22 @@ void serialiseDeliveries() {
 
 std::shared_lock<std::shared_mutex> beginDelivery() {
     return g_serialising ? std::shared_lock(g_delivery) : std::shared_lock<std::shared_mutex>();
+}
+
+void onDelivery(std::function<void()> observer) {
+    const std::lock_guard lock(g_mutex);
+    g_state.deliveryObserver = std::move(observer);
+}
+
+void announceDelivery() {
+    std::function<void()> observer;
+    {
+        const std::lock_guard lock(g_mutex);
+        observer = g_state.deliveryObserver;
+    }
+    if (observer) {
+        observer();
+    }
 }
 
 std::vector<Line> lines() {

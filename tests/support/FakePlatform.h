@@ -55,6 +55,10 @@ Slot slot(const std::string& setFunction);
 void serialiseDeliveries();
 std::shared_lock<std::shared_mutex> beginDelivery();
 
+/// Called on the delivering thread immediately before each callback; none after reset.
+void onDelivery(std::function<void()> observer);
+void announceDelivery();
+
 /// Calls what is set, as the platform would, on this thread. False if nothing is.
 template <typename... Args>
 bool deliver(const std::string& setFunction, Args... args) {
@@ -63,6 +67,7 @@ bool deliver(const std::string& setFunction, Args... args) {
     if (current.callback == nullptr) {
         return false;
     }
+    announceDelivery();
     reinterpret_cast<void (*)(Args..., void*)>(current.callback)(args..., current.userData);
     return true;
 }

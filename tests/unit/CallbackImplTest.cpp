@@ -40,7 +40,10 @@ protected:
     CallbackImplTest() { g_received.clear(); }
     ~CallbackImplTest() override { fake_platform::reset(); }
 
-    void event() { m_source.onCallback(0, BT_ADAPTER_STATE_ON); }
+    void event() {
+        const FanOut fanOut;
+        m_source.onCallback(0, BT_ADAPTER_STATE_ON);
+    }
 
     BtAdapterStateChangedCb m_source;
     DirectTaskInvoker m_a;

@@ -181,25 +181,13 @@ TEST_P(EventSourcesTest, OnlyTwoSourcesLogWhenTheirTaskRuns) {
     EXPECT_EQ(logged, 1U);
 }
 
-namespace {
-
-std::vector<const Event*> events() {
-    std::vector<const Event*> all;
-    for (const auto& event : allEvents()) {
-        all.push_back(event.get());
-    }
-    return all;
-}
-
-}  // namespace
-
-INSTANTIATE_TEST_SUITE_P(All, EventSourcesTest, testing::ValuesIn(events()),
+INSTANTIATE_TEST_SUITE_P(All, EventSourcesTest, testing::ValuesIn(allEvents()),
                          [](const auto& test) { return test.param->source; });
 
 TEST(EventTableTest, HoldsEveryTypeOnceWithItsValue) {
     std::set<unsigned int> values;
     std::set<std::string> functions;
-    for (const Event* event : events()) {
+    for (const Event* const event : allEvents()) {
         EXPECT_EQ(event->type, event->value) << event->typeName;
         values.insert(event->value);
         functions.insert(event->setFunction);

@@ -25,7 +25,7 @@ class RequestBrokerTest : public testing::Test {
 protected:
     RequestBrokerTest() { fake_platform::reset(); }
     ~RequestBrokerTest() override {
-        for (const auto& event : allEvents()) {
+        for (const Event* const event : allEvents()) {
             event->unsubscribe(m_brokerA);
             event->unsubscribe(m_brokerB);
         }
@@ -44,7 +44,7 @@ protected:
 
 TEST_F(RequestBrokerTest, OperationsStandInTheTableInTheOrderOfTheAbi) {
     int slot = 0;
-    for (const auto& event : allEvents()) {
+    for (const Event* const event : allEvents()) {
         EXPECT_EQ(event->subscribeSlot(), slot++) << event->subscribeName;
         EXPECT_EQ(event->unsubscribeSlot(), slot++) << event->unsubscribeName;
     }
@@ -53,7 +53,7 @@ TEST_F(RequestBrokerTest, OperationsStandInTheTableInTheOrderOfTheAbi) {
 
 TEST_F(RequestBrokerTest, EverySlotReachesItsOperation) {
     int slot = 0;
-    for (const auto& event : allEvents()) {
+    for (const Event* const event : allEvents()) {
         fake_platform::reset();
         EXPECT_EQ(event->subscribeBySlot(m_brokerA, slot++, m_receiverA), 0);
         EXPECT_EQ(event->unsubscribeBySlot(m_brokerA, slot++), 0);
@@ -81,7 +81,7 @@ TEST_F(RequestBrokerTest, TheLastSlotRunsThePluginsOwnWork) {
 }
 
 TEST_F(RequestBrokerTest, UnsubscribingFirstThingReturnsZeroAndCallsNothing) {
-    for (const auto& event : allEvents()) {
+    for (const Event* const event : allEvents()) {
         EXPECT_EQ(event->unsubscribe(m_brokerA), 0);
     }
     EXPECT_THAT(fake_platform::calls(), IsEmpty());
@@ -130,7 +130,7 @@ TEST_F(RequestBrokerTest, ItsDestructionUndoesNothing) {
 
 TEST_F(RequestBrokerTest, APlatformsRefusalNeverReachesThePlugin) {
     fake_platform::setResult(-1);
-    for (const auto& event : allEvents()) {
+    for (const Event* const event : allEvents()) {
         EXPECT_EQ(event->subscribe(m_brokerA, m_receiverA), 0);
         EXPECT_EQ(event->unsubscribe(m_brokerA), 0);
     }

@@ -89,9 +89,9 @@ public:
         return left;
     }
 
-    /// Delivers one event to every subscription in the order they were made.
+    /// Delivers one event to every subscription in the order they were made. The caller holds a
+    /// FanOut if the subscriptions may change meanwhile.
     void onCallback(Types... args) {
-        const FanOut fanOut;
         for (const CallbackEntry& entry : m_current.load()->entries) {
             LOGI("invoker : %p", static_cast<void*>(entry.invoker));
             entry.deliver(args...);
@@ -99,9 +99,11 @@ public:
     }
 
 protected:
-    /// The platform's call, whose last argument is the source.
+    /// The platform's call, whose last argument is the source. The FanOut comes first: the
+    /// conversion of a C string allocates, and the last subscriber may leave meanwhile.
     template <typename... Args>
     static void onPlatformCallback(Args... args) {
+        const FanOut fanOut;
         const auto all = std::tie(args...);
         [&all]<std::size_t... Index>(std::index_sequence<Index...>) {
             auto* source = static_cast<CallbackImpl*>(std::get<sizeof...(Types)>(all));
