@@ -38,10 +38,12 @@ void TaskInvokerImpl::terminateTaskExecutor() {
 
 void TaskInvokerImpl::invokeTask(const ITaskInvoker::Task& task) {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
-    if (!m_taskExecutor || !task) {
+    // Keeps the context alive: its owner may let it go while this thread waits for room in it.
+    const std::shared_ptr<TaskExecutor> executor = m_taskExecutor;
+    if (!executor || !task) {
         return;
     }
-    m_taskExecutor->Schedule(task);
+    executor->Schedule(task);
 }
 
 void TaskInvokerImpl::runLeftTasks() {

@@ -10,7 +10,8 @@ class TaskExecutor;
 /// Active from construction until terminateTaskExecutor, which its destructor calls.
 ///
 /// Threads: invokeTask and runLeftTasks from any thread; the others from construction and
-/// destruction only, while nobody calls invokeTask.
+/// destruction only, while no call of invokeTask begins. A call that has begun keeps the context
+/// alive and may end later.
 class TaskInvokerImpl : public ITaskInvoker {
 public:
     /// So many tasks may wait behind the one that runs; see invokeTask.
@@ -35,7 +36,8 @@ public:
 
     /// Makes a fresh context; one held before is let go as it is.
     void initiateTaskExecutor();
-    /// Drops the queued tasks and lets the context go. Harmless when done before.
+    /// Drops the queued tasks and lets the context go; it is destroyed when the last call into it
+    /// has ended. Harmless when done before.
     void terminateTaskExecutor();
 
 private:

@@ -1,4 +1,4 @@
-// What an event uses lasts until the event has ended, also when it is given up meanwhile.
+// What a call uses lasts until the call has ended, also when its owner lets it go meanwhile.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -8,8 +8,10 @@
 #include "Events.h"
 #include "FakePlatform.h"
 #include "FanOuts.h"
+#include "Gate.h"
 #include "Prepare.h"
 #include "RequestBroker.h"
+#include "TaskExecutor.h"
 #include "TaskInvokerImpl.h"
 
 namespace {
@@ -55,3 +57,29 @@ TEST_P(EventLifetimeTest, TheSourceOutlivesAnEventThatAllocatesWhileTheLastSubsc
 
 INSTANTIATE_TEST_SUITE_P(AllKinds, EventLifetimeTest, testing::ValuesIn(allEvents()),
                          [](const auto& kind) { return kind.param->source; });
+
+TEST(TaskContextLifetimeTest, AContextOutlivesAProducerThatIsStillInACall) {
+    fake_platform::reset();
+    Gate isInside;
+    Gate mayGoOn;
+    TaskInvokerImpl invoker;
+    const auto contexts = [] { return allocations::outstandingBlocks(sizeof(TaskExecutor)); };
+    const long before = contexts();
+    // Where a producer comes before it waits for room.
+    fake_platform::onLog([&, main = std::this_thread::get_id()](const fake_platform::Line& line) {
+        if (std::this_thread::get_id() != main && line.text.find("_InvokeJob(") != line.text.npos &&
+            line.text.ends_with("> Entered\n")) {
+            isInside.open();
+            mayGoOn.wait();
+        }
+    });
+    std::thread producer([&invoker] { invoker.invokeTask([] { FAIL() << "ran"; }); });
+    isInside.wait();
+    invoker.terminateTaskExecutor();
+    EXPECT_EQ(contexts(), before);
+    mayGoOn.open();
+    producer.join();
+    EXPECT_EQ(contexts(), before - 1);
+    EXPECT_EQ(fake_platform::count("context is terminated"), 1);
+    fake_platform::reset();
+}
