@@ -38,7 +38,7 @@ void onThreads(benchmark::State& state) {
         }
     }
     for (auto step : state) {
-        const FanOut fanOut;
+        const EpochGuard guard;
         lanes[static_cast<std::size_t>(state.thread_index())]->source.onCallback(
             0, BT_ADAPTER_STATE_ON);
     }

@@ -20,8 +20,8 @@ bool TaskExecutor::ScheduleSync(const std::function<void()>& task, unsigned int 
     return InvokeTaskSync(task, timeoutMs, CDirectInvoker::GetInstance());
 }
 
-bool TaskExecutor::RunLeftTasks() {
-    return RunLeftJobs();
+bool TaskExecutor::RunLeftTasks(std::chrono::steady_clock::time_point deadline) {
+    return RunLeftJobs(deadline);
 }
 
 bool TaskExecutor::TerminateSync(unsigned int timeoutMs) {

@@ -2,6 +2,7 @@
 // threads of the callers.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -31,9 +32,10 @@ public:
     /// The same, and waits up to `timeoutMs` milliseconds until the task has run.
     bool ScheduleSync(const std::function<void()>& task, unsigned int timeoutMs);
 
-    /// Runs tasks that are queued while no thread is running this executor's tasks. False if
-    /// there are none, or if another thread is running them.
-    bool RunLeftTasks();
+    /// Waits until no other thread is running this executor's tasks, and runs those that are
+    /// queued then. False if there are none, or if another thread is still running them at the
+    /// deadline.
+    bool RunLeftTasks(std::chrono::steady_clock::time_point deadline);
 
     /// Drops the tasks queued behind it and refuses new ones. True once that has
     /// happened, false when it has not within `timeoutMs` milliseconds.

@@ -46,11 +46,12 @@ void TaskInvokerImpl::invokeTask(const ITaskInvoker::Task& task) {
     executor->Schedule(task);
 }
 
-void TaskInvokerImpl::runLeftTasks() {
-    bool mayBeMore = static_cast<bool>(m_taskExecutor);
+void TaskInvokerImpl::runLeftTasks(std::chrono::steady_clock::time_point deadline) {
+    const std::shared_ptr<TaskExecutor> executor = m_taskExecutor;
+    bool mayBeMore = executor != nullptr;
     while (mayBeMore) {
         try {
-            mayBeMore = m_taskExecutor->RunLeftTasks();
+            mayBeMore = executor->RunLeftTasks(deadline);
         } catch (const std::exception&) {
             // It took one task out of the queue; others may be behind.
         }

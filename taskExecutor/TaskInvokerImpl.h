@@ -1,6 +1,7 @@
 // A task invoker with a task context of its own; every plugin is one.
 #pragma once
 
+#include <chrono>
 #include <memory>
 
 #include "ITaskInvoker.h"
@@ -30,9 +31,10 @@ public:
     /// that ran on this thread threw.
     void invokeTask(const ITaskInvoker::Task& task) override;
 
-    /// Runs the tasks that an exception, or the instant in which a thread left the context, has
-    /// left in it. What they throw is only logged, by the context.
-    void runLeftTasks();
+    /// Waits until no other thread runs tasks of the context, at the latest until `deadline`, and
+    /// runs those that an exception, or the instant in which a thread left the context, has left
+    /// in it. What they throw is only logged, by the context.
+    void runLeftTasks(std::chrono::steady_clock::time_point deadline);
 
     /// Makes a fresh context; one held before is let go as it is.
     void initiateTaskExecutor();

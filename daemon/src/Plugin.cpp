@@ -2,9 +2,10 @@
 
 #include <dlfcn.h>
 
+#include <chrono>
 #include <stdexcept>
 
-#include "FanOuts.h"
+#include "Epochs.h"
 #include "LibraryFile.h"
 #include "PluginPath.h"
 #include "PluginPriorityChecker.h"
@@ -18,6 +19,9 @@ using DeinitFunction = void (*)();
 // Its header promises that the loader throws nothing, but what the constructor of a plugin's static
 // object throws passes through it. The compiler must not see who is called.
 void* (*volatile const openLibrary)(const char*, int) = dlopen;
+
+// How long one library that is to be closed may still be in use.
+constexpr std::chrono::seconds PATIENCE{2};
 
 }  // namespace
 
@@ -99,12 +103,13 @@ void Plugin::tearDown() {
     terminateTaskExecutor();
 }
 
-// Other threads may be bringing the plugin an event although it has unsubscribed, and tasks may be
-// left in its context. All of them need the library's code, and perhaps the broker.
+// Other threads may be delivering an event to the plugin although it has unsubscribed, and its
+// context may hold tasks. All of them need the library's code, and perhaps the broker.
 void Plugin::letOthersLeave() {
     if (m_handle) {
-        allFanOuts.waitForEarlier();
-        runLeftTasks();
+        const auto deadline = std::chrono::steady_clock::now() + PATIENCE;
+        deliveryEpochs.waitForEarlier(deadline);
+        runLeftTasks(deadline);
     }
 }
 

@@ -62,7 +62,7 @@ struct Listener : FrozenListener {
 const Event* eventOfSubscribe(const std::string& name) {
     for (const auto& event : allEvents()) {
         if (event->subscribeName == name) {
-            return event.get();
+            return event;
         }
     }
     return nullptr;

@@ -49,9 +49,10 @@ TEST_F(AllocationCountTest, AnEventForEightPluginsNeedsNone) {
     }
     const auto slot = fake_platform::slot("bt_adapter_set_state_changed_cb");
     const auto callback = reinterpret_cast<bt_adapter_state_changed_cb>(slot.callback);
+    callback(0, BT_ADAPTER_STATE_OFF, slot.userData);
     EXPECT_EQ(allocationsOf([&] { callback(0, BT_ADAPTER_STATE_ON, slot.userData); }), 0);
     for (Plugin& plugin : plugins) {
-        EXPECT_EQ(plugin.events, 1);
+        EXPECT_EQ(plugin.events, 2);
         plugin.broker.BtAdapterUnsetStateChangedCb();
     }
 }

@@ -5,9 +5,9 @@
 #include <thread>
 
 #include "Allocations.h"
+#include "Epochs.h"
 #include "Events.h"
 #include "FakePlatform.h"
-#include "FanOuts.h"
 #include "Gate.h"
 #include "Prepare.h"
 #include "RequestBroker.h"
@@ -42,7 +42,7 @@ TEST_P(EventLifetimeTest, TheSourceOutlivesAnEventThatAllocatesWhileTheLastSubsc
     const std::function<void()> leave = [&] {
         std::thread([&] {
             GetParam()->unsubscribe(broker);
-            allFanOuts.retire(probe);
+            deliveryEpochs.retire(probe);
             isReclaimedMeanwhile = probe.isReclaimed;
         }).join();
     };

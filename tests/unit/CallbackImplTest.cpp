@@ -41,7 +41,7 @@ protected:
     ~CallbackImplTest() override { fake_platform::reset(); }
 
     void event() {
-        const FanOut fanOut;
+        const EpochGuard guard;
         m_source.onCallback(0, BT_ADAPTER_STATE_ON);
     }
 

@@ -143,14 +143,38 @@ TEST_F(TaskInvokerTest, TasksLeftByAnExceptionCanBeRunWithoutAnotherOne) {
     }),
                  std::runtime_error);
     EXPECT_THAT(ran, ElementsAre());
-    m_invoker->runLeftTasks();
+    m_invoker->runLeftTasks(std::chrono::steady_clock::now());
     EXPECT_THAT(ran, ElementsAre(1, 2));
 }
 
 TEST_F(TaskInvokerTest, WithoutTasksThereIsNothingToRunAndNothingToLog) {
     fake_platform::reset();
-    m_invoker->runLeftTasks();
+    m_invoker->runLeftTasks(std::chrono::steady_clock::now());
     EXPECT_TRUE(fake_platform::lines().empty());
+}
+
+TEST_F(TaskInvokerTest, TasksThatAnotherThreadRunsAreWaitedFor) {
+    Gate isInside;
+    Gate mayGoOn;
+    int ran = 0;
+    std::thread runner([&] {
+        m_invoker->invokeTask([&] {
+            isInside.open();
+            mayGoOn.wait();
+            ++ran;
+        });
+    });
+    isInside.wait();
+    for (int i = 0; i < 3; ++i) {
+        m_invoker->invokeTask([&ran] { ++ran; });
+    }
+    const auto now = std::chrono::steady_clock::now();
+    m_invoker->runLeftTasks(now);
+    EXPECT_EQ(ran, 0);
+    mayGoOn.open();
+    m_invoker->runLeftTasks(now + TEST_TIME_LIMIT);
+    EXPECT_EQ(ran, 4);
+    runner.join();
 }
 
 TEST(DirectInvokerTest, IsOneForTheProcessAndCallsAtOnce) {

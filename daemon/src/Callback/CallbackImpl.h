@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "FanOuts.h"
+#include "Epochs.h"
 #include "ICallback.h"
 #include "ITaskInvoker.h"
 #include "log.h"
@@ -21,7 +21,7 @@
 /// the user data travel as: a C string as `const std::string&`, all else as it is.
 ///
 /// Owned by the registry. A source let go during its own fan-out ends for the platform
-/// and the log at once; its storage ends when the fan-outs that had begun have ended.
+/// and the log at once; its storage is freed when the deliveries that had begun have ended.
 ///
 /// Threads: add, remove, registerCallback, unregisterCallback and destruction under the
 /// registry's lock; onCallback and getInvokingTask on any thread, without it.
@@ -90,7 +90,7 @@ public:
     }
 
     /// Delivers one event to every subscription in the order they were made. The caller holds a
-    /// FanOut if the subscriptions may change meanwhile.
+    /// EpochGuard if the subscriptions may change meanwhile.
     void onCallback(Types... args) {
         for (const CallbackEntry& entry : m_current.load()->entries) {
             LOGI("invoker : %p", static_cast<void*>(entry.invoker));
@@ -99,11 +99,11 @@ public:
     }
 
 protected:
-    /// The platform's call, whose last argument is the source. The FanOut comes first: the
+    /// The platform's call, whose last argument is the source. The guard comes first: the
     /// conversion of a C string allocates, and the last subscriber may leave meanwhile.
     template <typename... Args>
     static void onPlatformCallback(Args... args) {
-        const FanOut fanOut;
+        const EpochGuard guard;
         const auto all = std::tie(args...);
         [&all]<std::size_t... Index>(std::index_sequence<Index...>) {
             auto* source = static_cast<CallbackImpl*>(std::get<sizeof...(Types)>(all));
@@ -121,12 +121,12 @@ protected:
         unregisterCallback();
     }
 
-    /// Destroys and frees this, now or when no fan-out can be inside any more.
-    void release() { allFanOuts.retire(*this); }
+    /// Destroys and frees this, now or when every delivery that had begun has ended.
+    void release() { deliveryEpochs.retire(*this); }
 
 private:
     void replaceList(std::unique_ptr<List> list) {
-        allFanOuts.retire(*m_current.exchange(list.release()));
+        deliveryEpochs.retire(*m_current.exchange(list.release()));
     }
 
     void reclaim() noexcept override {

@@ -61,8 +61,10 @@ public:
                         Invoker& invoker);
     template <typename Invoker>
     bool TerminateSync(unsigned int timeoutMs, Invoker& invoker);
-    /// Runs what is queued while nobody runs it. False if there was nothing to do.
-    bool RunLeftJobs();
+    /// Waits until no other thread runs the job loop, and runs what is queued then. False if
+    /// nothing is, or if the loop still runs at the deadline. The caller holds a reference to the
+    /// context. One thread at a time.
+    bool RunLeftJobs(std::chrono::steady_clock::time_point deadline);
 
 private:
     class CJob;
@@ -89,6 +91,7 @@ private:
     void _Initiate();
     void _Terminate();
 
+    void _StopRunning();
     bool _IsFull() const;
     std::unique_ptr<CJob> _PopJob();
 
@@ -104,6 +107,8 @@ private:
     std::atomic<unsigned int> m_maxJobs = 0;
     std::atomic<State> m_state = State{false, false};  // one store for both flags
     std::atomic<bool> m_running = false;
+    std::atomic<bool> m_idleAwaited = false;  // a thread waits for the running flag to be cleared
+    std::condition_variable m_idle;
 };
 
 /// Work queued on a context; the context owns it from then on.
@@ -306,21 +311,23 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
         // The loop clears the flag on its way out. Doing it again could throw out
         // the next runner, who may already be inside.
         if (isRunner && !loopEntered) {
-            m_running = false;
+            _StopRunning();
         }
         throw;
     }
 }
 
 template <typename MostDerived>
-bool CContext<MostDerived>::RunLeftJobs() {
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_jobCount == 0 || m_running) {
-            return false;
-        }
-        m_running = true;
+bool CContext<MostDerived>::RunLeftJobs(std::chrono::steady_clock::time_point deadline) {
+    std::unique_lock lock(m_mutex);
+    m_idleAwaited = true;
+    const bool isIdle = m_idle.wait_until(lock, deadline, [this] { return !m_running; });
+    m_idleAwaited = false;
+    if (!isIdle || m_jobCount == 0) {
+        return false;
     }
+    m_running = true;
+    lock.unlock();
     _ProcessJob();
     return true;
 }
@@ -331,9 +338,9 @@ void CContext<MostDerived>::_ProcessJob() {
     // Declared before the lock: the running flag is cleared after the unlock. A job
     // queued in that instant waits for the next one to be queued.
     struct RunningGuard {
-        std::atomic<bool>& running;
-        ~RunningGuard() { running = false; }
-    } guard{m_running};
+        CContext& context;
+        ~RunningGuard() { context._StopRunning(); }
+    } guard{*this};
     std::unique_lock lock(m_mutex);
     if (m_state.load().terminated) {
         TPLLOGE("context is terminated");
@@ -383,6 +390,16 @@ void CContext<MostDerived>::_Terminate() {
     TPLLOGD("_Terminate");
     m_state = State{false, true};
     m_onTerminate(std::shared_ptr<MostDerived>(m_self));
+}
+
+// Without the mutex, unless a thread waits for this.
+template <typename MostDerived>
+void CContext<MostDerived>::_StopRunning() {
+    m_running = false;
+    if (m_idleAwaited) {
+        const std::lock_guard lock(m_mutex);
+        m_idle.notify_one();
+    }
 }
 
 template <typename MostDerived>

@@ -1,0 +1,129 @@
+// A plugin's library is closed when no other thread uses it any more, or when that takes too long.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "Epochs.h"
+#include "FakePlatform.h"
+#include "Gate.h"
+#include "Plugin.h"
+
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds WORK{100};
+constexpr int BACKLOG = TaskInvokerImpl::QUEUE_CAPACITY;
+
+bool isOpen(const std::string& library) {
+    void* const handle = dlopen(("plugins/" + library).c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (handle != nullptr) {
+        dlclose(handle);
+    }
+    return handle != nullptr;
+}
+
+/// A thread that delivers to a plugin, whose callback doesn't return until it is released.
+class StuckDelivery {
+public:
+    explicit StuckDelivery(Plugin& plugin)
+        : m_thread([this, &plugin] {
+              const EpochGuard guard;
+              plugin.invokeTask([this] {
+                  m_isInside.open();
+                  m_release.wait();
+              });
+          }) {
+        m_isInside.wait();
+    }
+    ~StuckDelivery() {
+        m_release.open();
+        m_thread.join();
+    }
+    StuckDelivery(const StuckDelivery&) = delete;
+    StuckDelivery& operator=(const StuckDelivery&) = delete;
+
+private:
+    Gate m_isInside;
+    Gate m_release;
+    std::thread m_thread;
+};
+
+class PluginClosingTest : public testing::Test {
+protected:
+    PluginClosingTest() {
+        fake_platform::reset();
+        fake_platform::recordNothing();
+        EXPECT_EQ(chdir(UNIT_PLUGIN_ROOT), 0);
+    }
+    ~PluginClosingTest() override { fake_platform::reset(); }
+
+    static std::unique_ptr<Plugin> loaded(const std::string& library) {
+        auto plugin = std::make_unique<Plugin>();
+        plugin->create(library);
+        plugin->load();
+        return plugin;
+    }
+
+    /// Unloads the plugin while another thread begins with as many tasks as its queue takes.
+    static void expectBacklogRunsBeforeTheLibraryIsClosed(Plugin& plugin,
+                                                          const std::string& library) {
+        std::atomic<int> ranWhileOpen = 0;
+        auto running = std::make_unique<StuckDelivery>(plugin);
+        for (int i = 0; i < BACKLOG; ++i) {
+            plugin.invokeTask([&] {
+                std::this_thread::sleep_for(WORK);
+                ranWhileOpen += isOpen(library) ? 1 : 0;
+            });
+        }
+        std::thread runner([&] { running.reset(); });
+        plugin.unload();
+        EXPECT_FALSE(isOpen(library));
+        runner.join();
+        EXPECT_EQ(ranWhileOpen, BACKLOG);
+    }
+};
+
+}  // namespace
+
+TEST_F(PluginClosingTest, ABacklogThatStillRunsIsWaitedFor) {
+    const auto plugin = loaded("libordinary.so");
+    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "libordinary.so");
+}
+
+TEST_F(PluginClosingTest, APluginThatFailsLeavesOthersTheirTime) {
+    Plugin stuckPlugin;
+    const StuckDelivery stuck(stuckPlugin);
+    const auto plugin = loaded("libordinary.so");
+    EXPECT_THROW(loaded("libinit_returns_minus_3.so"), std::runtime_error);
+    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "libordinary.so");
+}
+
+TEST_F(PluginClosingTest, AStuckPluginLeavesOthersTheirTime) {
+    const auto stuckPlugin = loaded("libanother.so");
+    const StuckDelivery stuck(*stuckPlugin);
+    const auto plugin = loaded("libordinary.so");
+    const auto start = steady_clock::now();
+    stuckPlugin->unload();
+    EXPECT_GE(steady_clock::now() - start, std::chrono::seconds(2));
+    EXPECT_FALSE(isOpen("libanother.so"));
+    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "libordinary.so");
+}
+
+TEST_F(PluginClosingTest, AStuckPluginHoldsUpNoOther) {
+    const auto stuckPlugin = loaded("libanother.so");
+    const StuckDelivery stuck(*stuckPlugin);
+    const auto start = steady_clock::now();
+    stuckPlugin->unload();
+    for (int i = 0; i < 20; ++i) {
+        loaded("libordinary.so")->unload();
+    }
+    EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(10));
+}
