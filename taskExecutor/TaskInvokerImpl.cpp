@@ -31,8 +31,12 @@ void TaskInvokerImpl::initiateTaskExecutor() {
 void TaskInvokerImpl::terminateTaskExecutor() {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
     if (m_taskExecutor) {
+        // Lets the context go also when the termination finds no room in its queue.
+        struct Release {
+            std::shared_ptr<TaskExecutor>& executor;
+            ~Release() { executor.reset(); }
+        } release{m_taskExecutor};
         m_taskExecutor->TerminateSync(TERMINATION_TIMEOUT_MS);
-        m_taskExecutor.reset();
     }
 }
 

@@ -98,7 +98,11 @@ void CommonDaemon::loadPlugins() {
         // this closes. A plugin that failed stays in the list, inert, and goes through
         // shut-down like any other.
         if (failed) {
-            plugin->tearDown();
+            try {
+                plugin->tearDown();
+            } catch (const std::exception& e) {
+                LOGE("Exception : %s", e.what());
+            }
         }
         m_plugins.emplace_back(plugin);
     }

@@ -223,6 +223,17 @@ Outcome endDuringCallback(Sandbox& sandbox) {
     return sandbox.terminate();
 }
 
+// The tasks that fill the queue run when the daemon has given the plugin up.
+Outcome failWithFullQueue(Sandbox& sandbox) {
+    PipeGate gate(sandbox);
+    sandbox.start();
+    gate.letPass(1);
+    if (!sandbox.daemon().waitForLine("the runner has left", std::chrono::seconds(40))) {
+        throw std::runtime_error("the queue wasn't run:\n" + sandbox.daemon().errors());
+    }
+    return sandbox.terminate();
+}
+
 constexpr const char* CANNOT_BE_OPENED = "cannot_be_opened";
 constexpr const char* NO_CANDIDATE = "no_candidate";
 
@@ -293,6 +304,8 @@ const std::vector<PluginFault>& pluginFaults() {
         {"posts_eleven_from_task", fixture("posts_eleven_from_task"), emitItsEnd(OFF), 255},
         {"queue_freed_in_time", fixture("queue_freed_in_time"), startAndStop, 0, "", true},
         {"queue_stays_full", fixture("queue_stays_full"), startAndStop, 0, "", true},
+        {"fails_with_full_queue", beforeAnother("fails_with_full_queue"), failWithFullQueue, 0, "",
+         true},
         {"goes_during_callback", fixture("goes_during_callback"), endDuringCallback, 0, "", true},
         {"three_threads_for_one_plugin", fixture("three_events"), threeThreadsForOnePlugin, 0, "",
          true},
