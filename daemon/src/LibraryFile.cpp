@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <vector>
@@ -57,14 +58,13 @@ bool LibraryFile::isCutOff(const std::string& path) {
     }
     std::vector<Segment> segments(header.e_phnum);
     if (!file.read(segments.data(), segments.size() * sizeof(Segment), header.e_phoff)) {
-        return true;
+        return false;
     }
-    const std::size_t size = file.size();
-    for (const Segment& segment : segments) {
-        if (segment.p_type == PT_LOAD &&
-            (segment.p_filesz > size || segment.p_offset > size - segment.p_filesz)) {
-            return true;
-        }
-    }
-    return false;
+    // What lies behind the file's end on its last page reads as zeros.
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const std::size_t readable = (file.size() + page - 1) / page * page;
+    return std::ranges::any_of(segments, [=](const Segment& segment) {
+        return segment.p_type == PT_LOAD && segment.p_filesz > 0 &&
+               (segment.p_filesz > readable || segment.p_offset > readable - segment.p_filesz);
+    });
 }

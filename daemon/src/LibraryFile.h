@@ -5,9 +5,9 @@
 
 namespace LibraryFile {
 
-/// Whether the file ends before the contents that its head promises, as after an update that was
-/// broken off. The loader would map them nevertheless, and touching them would end the process.
-/// False for what is no library at all: that the loader notices itself.
+/// Returns true if the file lacks whole pages of a segment that the loader maps, as after an update
+/// that was broken off: touching such a page would end the process by SIGBUS. False for everything
+/// that the loader accepts, or refuses itself.
 bool isCutOff(const std::string& path);
 
 }  // namespace LibraryFile

@@ -1,6 +1,7 @@
 // Libraries that end too early.
 #include "LibraryFile.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <link.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -27,6 +29,22 @@ protected:
     }
     ~LibraryFileTest() override { fs::remove(m_path); }
 
+    /// Where the last of the loaded segments ends in the file.
+    static std::size_t endOfSegments(const std::string& library) {
+        ElfW(Ehdr) header;
+        std::memcpy(&header, library.data(), sizeof header);
+        std::size_t end = 0;
+        for (std::size_t i = 0; i < header.e_phnum; ++i) {
+            ElfW(Phdr) segment;
+            std::memcpy(&segment, library.data() + header.e_phoff + i * sizeof segment,
+                        sizeof segment);
+            if (segment.p_type == PT_LOAD) {
+                end = std::max(end, segment.p_offset + segment.p_filesz);
+            }
+        }
+        return end;
+    }
+
     bool isCutOff(const std::string& bytes) const {
         std::ofstream(m_path, std::ios::binary) << bytes;
         return LibraryFile::isCutOff(m_path);
@@ -41,24 +59,27 @@ TEST_F(LibraryFileTest, AWholeOneIsNotCutOff) {
 }
 
 TEST_F(LibraryFileTest, OneThatEndsInWhatTheLoaderMapsIsCutOff) {
-    for (const std::size_t part : {64U, 100U, 1000U, 4096U, 100000U}) {
+    for (const std::size_t part : {1000U, 4096U, 100000U}) {
         EXPECT_TRUE(isCutOff(m_bytes.substr(0, part))) << part;
     }
 }
 
-TEST_F(LibraryFileTest, OneThatLacksTheLastByteOfWhatTheLoaderMapsIsCutOff) {
-    ElfW(Ehdr) header;
-    std::memcpy(&header, m_bytes.data(), sizeof header);
-    std::size_t end = 0;
-    for (std::size_t i = 0; i < header.e_phnum; ++i) {
-        ElfW(Phdr) segment;
-        std::memcpy(&segment, m_bytes.data() + header.e_phoff + i * sizeof segment, sizeof segment);
-        if (segment.p_type == PT_LOAD) {
-            end = std::max(end, segment.p_offset + segment.p_filesz);
-        }
-    }
-    EXPECT_TRUE(isCutOff(m_bytes.substr(0, end - 1)));
-    EXPECT_FALSE(isCutOff(m_bytes.substr(0, end)));
+TEST_F(LibraryFileTest, OneThatLacksTheLastPageOfWhatTheLoaderMapsIsCutOff) {
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const std::size_t lastPage = (endOfSegments(m_bytes) - 1) / page * page;
+    EXPECT_TRUE(isCutOff(m_bytes.substr(0, lastPage)));
+    EXPECT_FALSE(isCutOff(m_bytes.substr(0, lastPage + 1)));
+}
+
+// The loader maps whole pages, and what lies behind a file's end on its last page reads as zeros.
+TEST_F(LibraryFileTest, OneThatLacksTheLastByteOfItsLastPageIsNotAndCanBeOpened) {
+    std::ifstream file(UNIT_PLUGIN_ROOT "/plugins/libordinary.so", std::ios::binary);
+    const std::string library(std::istreambuf_iterator<char>(file), {});
+    EXPECT_FALSE(isCutOff(library.substr(0, endOfSegments(library) - 1)));
+    void* const handle = dlopen(m_path.c_str(), RTLD_LAZY);
+    ASSERT_NE(handle, nullptr) << dlerror();
+    EXPECT_NE(dlsym(handle, "PLUGIN_INIT"), nullptr);
+    dlclose(handle);
 }
 
 TEST_F(LibraryFileTest, ATableOfSegmentsMayStandAnywhere) {
@@ -68,7 +89,8 @@ TEST_F(LibraryFileTest, ATableOfSegmentsMayStandAnywhere) {
     header.e_phoff = m_bytes.size();
     std::memcpy(m_bytes.data(), &header, sizeof header);
     EXPECT_FALSE(isCutOff(m_bytes + table));
-    EXPECT_TRUE(isCutOff(m_bytes + table.substr(0, table.size() - 1)));
+    // Without the whole table the loader refuses the file.
+    EXPECT_FALSE(isCutOff(m_bytes + table.substr(0, table.size() - 1)));
 }
 
 // Its tables of sections come last, and the loader doesn't look at them.
