@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
+#include <memory>
 #include <thread>
 
 #include "Allocations.h"
+#include "BluetoothCallback.h"
 #include "FakePlatform.h"
 #include "Prepare.h"
 #include "RequestBroker.h"
@@ -63,6 +66,25 @@ TEST_F(AllocationCountTest, ATaskOfTwoWordsNeedsNone) {
     int step = 1;
     EXPECT_EQ(allocationsOf([&] { invoker.invokeTask([&ran, &step] { ran += step; }); }), 0);
     EXPECT_EQ(ran, 1);
+}
+
+TEST_F(AllocationCountTest, TheTaskOfAnEventWithoutArgumentsNeedsNoMemoryOfTheThreadEither) {
+    BtAvrcpVolumeNotifyCb notify;
+    CallbackImpl<bt_avrcp_volume_notified_cb>& source = notify;
+    std::function<void()> task;
+    struct Block : ShortLived {};
+    std::array<std::unique_ptr<Block>, ThreadStore::BLOCKS> all;
+    for (auto& block : all) {
+        block = std::make_unique<Block>();
+    }
+    int notified = 0;
+    EXPECT_EQ(allocationsOf([&] {
+                  task = source.getInvokingTask([](void* count) { ++*static_cast<int*>(count); },
+                                                &notified);
+              }),
+              0);
+    task();
+    EXPECT_EQ(notified, 1);
 }
 
 TEST_F(AllocationCountTest, AThreadWithoutMemoryForAStoreTraces) {

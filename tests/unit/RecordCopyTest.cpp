@@ -1,4 +1,5 @@
 // The record copies at their edges, as a plugin meets them.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -122,6 +123,28 @@ TEST_F(RecordCopyTest, ManufacturerDataIsExactlyItsLength) {
     EXPECT_EQ(DeviceInfoCopy::copy(&info)->manufacturer_data_len, 4);
 }
 
+TEST_F(RecordCopyTest, ManufacturerDataOfLengthZeroArrivesWithLengthZero) {
+    BtDeviceBondCreatedCb bonded;
+    BtAdapterDeviceDiscoveryStateChangedCb found;
+    std::vector<std::pair<int, char*>> received;
+    const auto note = [&received](const auto* copy) {
+        received.emplace_back(copy->manufacturer_data_len, copy->manufacturer_data);
+    };
+    DeviceSubscriber a(bonded, note);
+    Subscriber<BtAdapterDeviceDiscoveryStateChangedCb, bt_adapter_device_discovery_info_s> b(found,
+                                                                                             note);
+    auto* const device = sample<bt_device_info_s*>(m_buffers, 0);
+    device->manufacturer_data_len = 0;
+    auto* const discovery = sample<bt_adapter_device_discovery_info_s*>(m_buffers, 0);
+    discovery->manufacturer_data_len = 0;
+    bonded.onCallback(0, device);
+    found.onCallback(0, BT_ADAPTER_DEVICE_DISCOVERY_FOUND, discovery);
+    a.invoker().runAll();
+    b.invoker().runAll();
+    EXPECT_THAT(received,
+                testing::ElementsAre(testing::Pair(0, nullptr), testing::Pair(0, nullptr)));
+}
+
 TEST_F(RecordCopyTest, ADiscoveredDevicesMaskIsItsMajorClassAndItsAppearanceIsLost) {
     BtAdapterDeviceDiscoveryStateChangedCb source;
     bt_adapter_device_discovery_info_s* info =
@@ -226,6 +249,25 @@ TEST_F(RecordCopyTest, SubscribersOfOneEventShareNothing) {
     EXPECT_NE(seen[0].remote_address, seen[1].remote_address);
 }
 
+TEST_F(RecordCopyTest, ADeviceThatOneSubscriberChangesReachesTheOtherAsItWas) {
+    BtDeviceBondCreatedCb source;
+    std::string received;
+    DeviceSubscriber a(source, [](bt_device_info_s* copy) {
+        copy->remote_name[0] = '#';
+        copy->service_uuid[0][0] = '#';
+        copy->service_count = 0;
+        copy->bt_class.major_device_class = 0;
+        copy->is_bonded = !copy->is_bonded;
+        copy->manufacturer_data[0] = '#';
+    });
+    DeviceSubscriber b(source, [&received](bt_device_info_s* copy) { received = describe(copy); });
+    auto* const info = sample<bt_device_info_s*>(m_buffers, 0);
+    source.onCallback(0, info);
+    a.invoker().runAll();
+    b.invoker().runAll();
+    EXPECT_EQ(received, describe(info));
+}
+
 TEST_F(RecordCopyTest, ASdpRecordWithoutServicesHasANullArray) {
     BtDeviceServiceSearchedCb source;
     bt_device_sdp_info_s info{m_buffers.text("AA"), nullptr, 0};
@@ -288,6 +330,22 @@ TEST_F(RecordCopyTest, TheFeaturesAndTheConnectionAreLoggedBeforeThePluginIsCall
     a.invoker().runAll();
     b.invoker().runAll();
     EXPECT_EQ(checks, 2);
+}
+
+TEST_F(RecordCopyTest, TheFeaturesAreLoggedOnceForEachOfTwoSubscribers) {
+    BtAvrcpRemoteFeaturesCb source;
+    using FeaturesSubscriber = Subscriber<BtAvrcpRemoteFeaturesCb, bt_avrcp_remote_features_s>;
+    FeaturesSubscriber a(source);
+    FeaturesSubscriber b(source);
+    source.onCallback(sample<bt_avrcp_remote_features_s*>(m_buffers, 0));
+    const std::string line =
+        ") > remote addr : AA:BB:CC:DD:EE:05, service name : service, provider name : provider, "
+        "feature : 9";
+    EXPECT_EQ(fake_platform::count(line), 0);
+    b.invoker().runAll();
+    EXPECT_EQ(fake_platform::count(line), 1);
+    a.invoker().runAll();
+    EXPECT_EQ(fake_platform::count(line), 2);
 }
 
 TEST_F(RecordCopyTest, ADestroyedSourceHasUnsetItsCallback) {

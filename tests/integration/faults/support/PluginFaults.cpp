@@ -262,6 +262,7 @@ const std::vector<PluginFault>& pluginFaults() {
 
         // A library with the wrong entries, or with entries that fail.
         {"no_init", fixture("no_init"), startAndStop},
+        {"no_init_before_another", beforeAnother("no_init"), emit({OFF})},
         {"no_deinit", fixture("no_deinit"), startAndStop},
         {"init_returns_minus_1", fixture("init_returns_minus_1"), startAndStop},
         {"init_returns_int_min", fixture("init_returns_int_min"), startAndStop},
