@@ -49,7 +49,10 @@ protected:
         return m_delegator->unregisterCallback<BtAdapterStateChangedCb>(BT_ADAPTER_STATE_CHANGED,
                                                                         &invoker);
     }
-    std::size_t sources() { return m_delegator->getCallbackList(BT_ADAPTER_STATE_CHANGED).size(); }
+    std::size_t sources() {
+        const MutexLock lock(m_delegator->mutex());
+        return m_delegator->getCallbackList(BT_ADAPTER_STATE_CHANGED).size();
+    }
 
     std::unique_ptr<CallbackDelegator> m_delegator = std::make_unique<CallbackDelegator>();
     DirectTaskInvoker m_a;
@@ -100,6 +103,7 @@ TEST_F(CallbackDelegatorTest, TheFirstSubscriptionSetsThePlatformCallbackOnce) {
 
 TEST_F(CallbackDelegatorTest, TheSourceItselfIsThePlatformsUserData) {
     subscribe(m_a);
+    const MutexLock lock(m_delegator->mutex());
     const auto& callbacks = m_delegator->getCallbackList(BT_ADAPTER_STATE_CHANGED);
     EXPECT_EQ(fake_platform::slot(SET).userData,
               dynamic_cast<void*>(callbacks.at(BT_ADAPTER_STATE_CHANGED).get()));
@@ -150,6 +154,7 @@ TEST_F(CallbackDelegatorTest, SoundTypesShareTheRegistryOfTheBluetoothTypes) {
     m_delegator->registerCallback<SoundManagerSpeakerChangedCb>(SOUND_MANAGER_SPEAKER_CHANGED, &m_a,
                                                                 ignoreRoute, nullptr);
     EXPECT_EQ(sources(), 2U);
+    const MutexLock lock(m_delegator->mutex());
     EXPECT_EQ(&m_delegator->getCallbackList(BT_ADAPTER_STATE_CHANGED),
               &m_delegator->getCallbackList(SOUND_MANAGER_SPEAKER_CHANGED));
 }

@@ -115,8 +115,9 @@ TEST_P(EventSourcesTest, TheLastUnsubscribingUnsetsThePlatformCallback) {
 
 TEST_P(EventSourcesTest, ThePlatformsUserDataIsTheRegisteredSource) {
     m_event.subscribe(m_brokerA, m_receiverA);
-    const auto& sources =
-        Singleton<CallbackDelegator>::getInstance()->getCallbackList(m_event.type);
+    CallbackDelegator* const delegator = Singleton<CallbackDelegator>::getInstance();
+    const MutexLock lock(delegator->mutex());
+    const auto& sources = delegator->getCallbackList(m_event.type);
     EXPECT_EQ(slot().userData, dynamic_cast<void*>(sources.at(m_event.type).get()));
 }
 

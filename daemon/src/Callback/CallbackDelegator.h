@@ -4,13 +4,13 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <tuple>
 #include <utility>
 
 #include "CallbackType.h"
 #include "ICallback.h"
 #include "ITaskInvoker.h"
+#include "Mutex.h"
 #include "Singleton.h"
 #include "log.h"
 
@@ -33,15 +33,17 @@ public:
     /// changed.
     template <typename CallbackClass>
     int registerCallback(CallbackType type, ITaskInvoker* invoker,
-                         typename CallbackClass::Function fn, void* userData);
+                         typename CallbackClass::Function fn, void* userData) EXCLUDES(m_mutex);
 
     /// Removes all of `invoker`'s subscriptions to `type`; with the last of anybody the
     /// platform callback is unset and the source destroyed. Always 0.
     template <typename CallbackClass>
-    int unregisterCallback(CallbackType type, ITaskInvoker* invoker);
+    int unregisterCallback(CallbackType type, ITaskInvoker* invoker) EXCLUDES(m_mutex);
 
-    /// The registry that holds `type`: one for all of them. Under the mutex.
-    std::map<CallbackType, std::unique_ptr<ICallback>>& getCallbackList(CallbackType type);
+    /// The registry that holds `type`: one for all of them.
+    std::map<CallbackType, std::unique_ptr<ICallback>>& getCallbackList(CallbackType type)
+        REQUIRES(m_mutex);
+    Mutex& mutex() RETURN_CAPABILITY(m_mutex) { return m_mutex; }
 
 private:
     void init();
@@ -52,11 +54,11 @@ private:
                            CallbackType type, ITaskInvoker* invoker,
                            typename CallbackClass::Function fn, void* userData);
 
-    std::map<CallbackType, std::unique_ptr<ICallback>> m_callbacks;
+    std::map<CallbackType, std::unique_ptr<ICallback>> m_callbacks GUARDED_BY(m_mutex);
     // Reserved for the other groups of types; always empty.
     std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved2;
     std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved3;
-    std::mutex m_mutex;
+    Mutex m_mutex;
 };
 
 // The source, and its list with the first subscription, which is still to be put in place. The
@@ -83,7 +85,7 @@ auto CallbackDelegator::makeSource(std::map<CallbackType, std::unique_ptr<ICallb
 template <typename CallbackClass>
 int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker,
                                         typename CallbackClass::Function fn, void* userData) {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     auto& callbacks = getCallbackList(type);
     const auto found = callbacks.find(type);
     CallbackClass* source = nullptr;
@@ -103,7 +105,7 @@ int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker
 
 template <typename CallbackClass>
 int CallbackDelegator::unregisterCallback(CallbackType type, ITaskInvoker* invoker) {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
     auto& callbacks = getCallbackList(type);
     const auto found = callbacks.find(type);

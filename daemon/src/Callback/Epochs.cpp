@@ -3,7 +3,7 @@
 #include <algorithm>
 
 void Epochs::retire(Retired& object) {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     object.m_epoch = m_epoch++;
     (m_oldest == nullptr ? m_oldest : m_newest->m_next) = &object;
     m_newest = &object;
@@ -11,17 +11,18 @@ void Epochs::retire(Retired& object) {
 }
 
 bool Epochs::waitForEarlier(std::chrono::steady_clock::time_point deadline) {
-    std::unique_lock lock(m_mutex);
+    MutexLock lock(m_mutex);
     const Epoch last = m_epoch++;
     ++m_waiting;
     m_isAwaited = true;
-    const bool haveEnded = m_changed.wait_until(lock, deadline, [this, last] {
+    const auto haveAllEnded = [this, last]() REQUIRES(m_mutex) {
         return m_joining == 0 &&
-               std::ranges::none_of(m_threads, [this, last](const Thread& thread) {
+               std::ranges::none_of(m_threads, [last, givenUp = m_givenUp](const Thread& thread) {
                    const Epoch since = thread.since;
-                   return m_givenUp < since && since <= last;
+                   return givenUp < since && since <= last;
                });
-    });
+    };
+    const bool haveEnded = lock.waitUntil(m_changed, deadline, haveAllEnded);
     --m_waiting;
     if (!haveEnded) {
         m_givenUp = std::max(m_givenUp, last);
@@ -51,20 +52,20 @@ Epochs::Thread& Epochs::join() {
     place.front().since = since;
     place.front().depth = 1;
     static thread_local const Membership untilTheThreadEnds;
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     m_threads.splice(m_threads.begin(), place);
     t_own = &m_threads.front();
     return *t_own;
 }
 
 void Epochs::part() {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     m_threads.remove_if([](const Thread& thread) { return &thread == t_own; });
     t_own = nullptr;
 }
 
 void Epochs::proceed() {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     reclaim();
     m_changed.notify_all();
 }

@@ -11,7 +11,8 @@
 #include <cstdint>
 #include <limits>
 #include <list>
-#include <mutex>
+
+#include "Mutex.h"
 
 /// An object that deliveries may still use when no new delivery can find it.
 class Retired {
@@ -45,12 +46,12 @@ public:
 
     /// Reclaims `object` when every delivery that began before has ended: now, or at the end of
     /// the last of them. No new delivery may find it.
-    void retire(Retired& object);
+    void retire(Retired& object) EXCLUDES(m_mutex);
 
     /// Waits until every delivery that began before the call has ended. False if that takes until
     /// `deadline`; the deliveries still under way then are not waited for again, because a
     /// callback may never return. Not to be called in a delivery.
-    bool waitForEarlier(std::chrono::steady_clock::time_point deadline);
+    bool waitForEarlier(std::chrono::steady_clock::time_point deadline) EXCLUDES(m_mutex);
 
 private:
     using Epoch = std::uint64_t;
@@ -60,8 +61,8 @@ private:
     /// A thread's first delivery, and its end.
     Thread& join();
     void part();
-    void proceed();
-    void reclaim();
+    void proceed() EXCLUDES(m_mutex);
+    void reclaim() REQUIRES(m_mutex);
 
     static inline constinit thread_local Thread* t_own = nullptr;
 
@@ -70,13 +71,14 @@ private:
     // Set while an object or a thread waits for deliveries to end.
     std::atomic<bool> m_isAwaited = false;
 
-    std::mutex m_mutex;  // guards what follows
+    Mutex m_mutex;
     std::condition_variable m_changed;
-    std::list<Thread> m_threads;  // those that have delivered
-    Retired* m_oldest = nullptr;
-    Retired* m_newest = nullptr;
-    int m_waiting = 0;
-    Epoch m_givenUp = 0;  // deliveries of this epoch and earlier are not waited for
+    std::list<Thread> m_threads GUARDED_BY(m_mutex);  // those that have delivered
+    Retired* m_oldest GUARDED_BY(m_mutex) = nullptr;
+    Retired* m_newest GUARDED_BY(m_mutex) = nullptr;
+    int m_waiting GUARDED_BY(m_mutex) = 0;
+    // Deliveries of this epoch and earlier are not waited for.
+    Epoch m_givenUp GUARDED_BY(m_mutex) = 0;
 };
 
 /// On a cache line of its own, for its thread writes it twice in each delivery.

@@ -10,10 +10,10 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <stdexcept>
 #include <utility>
 
+#include "Mutex.h"
 #include "TPLLog.h"
 #include "ThreadStore.h"
 
@@ -82,24 +82,24 @@ private:
     };
 
     template <typename Invoker>
-    bool _InvokeJob(CJob* job, Invoker& invoker);
+    bool _InvokeJob(CJob* job, Invoker& invoker) EXCLUDES(m_mutex);
     template <typename SyncJob, typename Invoker>
     bool _InvokeJobSync(SyncJob* job, unsigned int timeoutMs, Invoker& invoker,
                         const char* operation);
-    void _ProcessJob();
+    void _ProcessJob() EXCLUDES(m_mutex);
     void _ProcessTask(const std::function<void()>& task);
     void _Initiate();
     void _Terminate();
 
-    void _StopRunning();
-    bool _IsFull() const;
-    std::unique_ptr<CJob> _PopJob();
+    void _StopRunning() EXCLUDES(m_mutex);
+    bool _IsFull() const REQUIRES(m_mutex);
+    std::unique_ptr<CJob> _PopJob() REQUIRES(m_mutex);
 
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::condition_variable m_condition;  // a producer waits here for room
-    std::size_t m_jobCount = 0;
-    CJob* m_head = nullptr;
-    CJob* m_tail = nullptr;
+    std::size_t m_jobCount GUARDED_BY(m_mutex) = 0;
+    CJob* m_head GUARDED_BY(m_mutex) = nullptr;
+    CJob* m_tail GUARDED_BY(m_mutex) = nullptr;
     std::weak_ptr<MostDerived> m_self;
     std::function<void(const std::shared_ptr<MostDerived>&)> m_onTerminate =
         [](const std::shared_ptr<MostDerived>&) {};
@@ -129,22 +129,22 @@ public:
     virtual ~CSynchronizer() = default;
 
     void Signal() {
-        std::lock_guard lock(m_mutex);
+        const MutexLock lock(m_mutex);
         m_done = true;
         m_condition.notify_one();
     }
 
     /// Whether it has been signalled when the wait ends.
     bool Wait(std::chrono::milliseconds timeout) {
-        std::unique_lock lock(m_mutex);
+        MutexLock lock(m_mutex);
         const auto deadline = std::chrono::steady_clock::now() + timeout;
-        return m_condition.wait_until(lock, deadline, [this] { return m_done; });
+        return lock.waitUntil(m_condition, deadline, [this]() REQUIRES(m_mutex) { return m_done; });
     }
 
 private:
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::condition_variable m_condition;
-    bool m_done = false;
+    bool m_done GUARDED_BY(m_mutex) = false;
 };
 
 template <typename MostDerived>
@@ -273,7 +273,7 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
     bool loopEntered = false;
     try {
         std::unique_ptr<CJob> job(newJob);
-        std::unique_lock lock(m_mutex);
+        MutexLock lock(m_mutex);
         if (m_state.load().terminated) {
             TPLLOGE("context is terminated");
             job.reset();
@@ -282,7 +282,8 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
         if (_IsFull()) {
             const auto deadline =
                 std::chrono::steady_clock::now() + std::chrono::seconds(m_timeoutSec);
-            if (!m_condition.wait_until(lock, deadline, [this] { return !_IsFull(); })) {
+            if (!lock.waitUntil(m_condition, deadline,
+                                [this]() REQUIRES(m_mutex) { return !_IsFull(); })) {
                 TPLLOGE("timeout happened");
                 job.reset();
                 throw std::domain_error("CContext<MostDerived>::_InvokeJob - timeout happen");
@@ -319,9 +320,9 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
 
 template <typename MostDerived>
 bool CContext<MostDerived>::RunLeftJobs(std::chrono::steady_clock::time_point deadline) {
-    std::unique_lock lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_idleAwaited = true;
-    const bool isIdle = m_idle.wait_until(lock, deadline, [this] { return !m_running; });
+    const bool isIdle = lock.waitUntil(m_idle, deadline, [this] { return !m_running; });
     m_idleAwaited = false;
     if (!isIdle || m_jobCount == 0) {
         return false;
@@ -341,7 +342,7 @@ void CContext<MostDerived>::_ProcessJob() {
         CContext& context;
         ~RunningGuard() { context._StopRunning(); }
     } guard{*this};
-    std::unique_lock lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (m_state.load().terminated) {
         TPLLOGE("context is terminated");
         return;
@@ -397,7 +398,7 @@ template <typename MostDerived>
 void CContext<MostDerived>::_StopRunning() {
     m_running = false;
     if (m_idleAwaited) {
-        const std::lock_guard lock(m_mutex);
+        const MutexLock lock(m_mutex);
         m_idle.notify_one();
     }
 }
