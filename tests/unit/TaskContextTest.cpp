@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
+#include <future>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -189,6 +191,20 @@ TEST_F(TaskContextTest, JobsBehindATerminateJobAreDestroyedUnrun) {
     EXPECT_EQ(fake_platform::count("  TaskJob destroyed"), 3);
     EXPECT_EQ(fake_platform::count("task is poped"), 2);
     EXPECT_FALSE(m_executor->Schedule(note("refused")));
+}
+
+TEST_F(TaskContextTest, WhatATaskBehindATerminateJobCapturedIsDestroyedUnderTheMutex) {
+    std::future<bool> other;
+    const auto schedule = [&](void*) {
+        other = std::async(std::launch::async, [this] { return m_executor->Schedule([] {}); });
+        EXPECT_EQ(other.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    };
+    m_executor->Schedule([&] {
+        m_executor->TerminateSync(0);
+        m_executor->Schedule([held = std::shared_ptr<void>(this, schedule)] {});
+    });
+    ASSERT_EQ(other.wait_for(TEST_TIME_LIMIT), std::future_status::ready);
+    EXPECT_FALSE(other.get());
 }
 
 TEST_F(TaskContextTest, AThrowingTaskReachesTheRunnersCallerAndLeavesTheRestQueued) {
