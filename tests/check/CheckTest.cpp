@@ -139,6 +139,16 @@ TEST(CheckTest, TheLogIsShownOnDemand) {
     EXPECT_THAT(runTool({"check", PLUGIN_DIRECTORY "/libadapter-watch.so"}).errors, IsEmpty());
 }
 
+TEST(CheckTest, ControlCharactersOfThePluginAreEscaped) {
+    const auto text = runTool({"check", "--log", fixture("ControlCharacters")});
+    EXPECT_THAT(text.output, HasSubstr("std::runtime_error: gr\303\274n \\x1b[31m\\x7f \\xc2\\x9b "
+                                       "\\xe2\\x80\\xae \357\277\275 line\\x0d\\x0anext\n"));
+    EXPECT_THAT(text.output + text.errors, AllOf(Not(HasSubstr("\033")), Not(HasSubstr("\007"))));
+    EXPECT_THAT(text.errors, HasSubstr("logged \\x1b]0;title\\x07\\xff\n"));
+    const auto json = runTool({"check", "--json", fixture("ControlCharacters")}).output;
+    EXPECT_THAT(json, HasSubstr("gr\\u00fcn \\u001b[31m\\u007f \\u009b \\u202e \\ufffd line"));
+}
+
 TEST(CheckTest, NothingIsLeftInTheTemporaryDirectory) {
     std::string directory = testing::TempDir() + "corvane-XXXXXX";
     ASSERT_NE(mkdtemp(directory.data()), nullptr);

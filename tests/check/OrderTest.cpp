@@ -12,6 +12,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -139,6 +140,14 @@ TEST_F(OrderTest, ShowsATableWithAWordAboutEquals) {
     EXPECT_THAT(one.output, Not(HasSubstr("equal priority")));
     file("libtwo.so");
     EXPECT_THAT(runTool({"order", plugins()}).output, HasSubstr("equal priority"));
+}
+
+TEST_F(OrderTest, EscapesControlCharactersOfFileNames) {
+    file("lib\033[2Jx.so");
+    file("lib\033[2Jx.txt");
+    EXPECT_THAT(
+        runTool({"order", plugins()}).output,
+        AllOf(HasSubstr("lib\\x1b[2Jx.so"), HasSubstr("lib\\x1b[2Jx.txt"), Not(HasSubstr("\033"))));
 }
 
 TEST_F(OrderTest, ReadsTheDaemonsOwnDirectoryIfNoneIsGiven) {

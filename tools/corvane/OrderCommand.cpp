@@ -3,6 +3,7 @@
 
 #include "LoadOrder.h"
 #include "PluginPath.h"
+#include "Printable.h"
 
 #include <nlohmann/json.hpp>
 
@@ -72,18 +73,18 @@ std::set<int> ties(const LoadOrder& order) {
 std::string textOf(const LoadOrder& order) {
     std::size_t width = 4;
     for (const auto& file : order.files) {
-        width = std::max(width, file.name.size());
+        width = std::max(width, printable(file.name).size());
     }
     for (const auto& entry : order.skipped) {
-        width = std::max(width, entry.name.size());
+        width = std::max(width, printable(entry.name).size());
     }
     std::ostringstream text;
     const auto row = [&](const auto& place, const auto& priority, const auto& found,
                          const std::string& name, const std::string& why) {
         text << std::left << std::setw(6) << place << std::setw(10) << priority << std::setw(7)
-             << found << std::setw(static_cast<int>(width) + 2) << name << why << '\n';
+             << found << std::setw(static_cast<int>(width) + 2) << printable(name) << why << '\n';
     };
-    text << order.directory << '\n';
+    text << printable(order.directory) << '\n';
     if (order.files.empty()) {
         text << "The daemon would load nothing.\n";
     } else {
@@ -123,7 +124,7 @@ std::string jsonOf(const LoadOrder& order) {
         json["skipped"].push_back(
             {{"file", entry.name}, {"rule", reason.rule}, {"why", reason.text}});
     }
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
+    return json.dump(2, ' ', true, nlohmann::ordered_json::error_handler_t::replace) + '\n';
 }
 
 }  // namespace

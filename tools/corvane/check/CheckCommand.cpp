@@ -2,6 +2,7 @@
 #include "CheckCommand.h"
 
 #include "CheckResult.h"
+#include "Printable.h"
 #include "RunningCheck.h"
 #include "StaticCheck.h"
 #include "Workplace.h"
@@ -43,7 +44,7 @@ void run(const Words& words, int& status) {
     const auto result = check(words);
     std::cout << (words.asJson ? jsonOf(result) : textOf(result));
     if (words.showsLog && result.facts) {
-        std::cerr << result.facts->log;
+        std::cerr << printable(result.facts->log, "\n\t");
     }
     status = result.findings.list().empty() ? 0 : 1;
 }

@@ -1,6 +1,8 @@
 // The result of a check, for people and for programs.
 #include "CheckResult.h"
 
+#include "Printable.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -30,7 +32,7 @@ std::string textOf(const Finding& finding) {
     std::string text = std::string("  ") + wordFor(kind.severity) + ": " + kind.id + "\n    " +
                        kind.explanation + '\n';
     for (std::size_t i = 0; i < std::min(finding.details.size(), mostDetails); ++i) {
-        text += "      " + finding.details[i] + '\n';
+        text += "      " + tool::printable(finding.details[i]) + '\n';
     }
     if (finding.details.size() > mostDetails) {
         text += "      and " + std::to_string(finding.details.size() - mostDetails) + " more\n";
@@ -65,7 +67,7 @@ std::string textOf(const Facts& facts) {
 }  // namespace
 
 std::string textOf(const CheckResult& result) {
-    auto text = result.file + "\n\nStatic\n";
+    auto text = tool::printable(result.file) + "\n\nStatic\n";
     const auto before = textOf(result.findings, Stage::Static);
     text += before.empty() ? "  can be loaded here; has its entry points and nothing to hide\n"
                            : before;
@@ -111,7 +113,7 @@ std::string jsonOf(const CheckResult& result) {
             json["run"]["delivered"] = *result.facts->delivered;
         }
     }
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    return json.dump(2, ' ', true, Json::error_handler_t::replace) + '\n';
 }
 
 }  // namespace corvane::check
