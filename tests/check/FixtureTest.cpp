@@ -61,6 +61,8 @@ const std::vector<Row> rows{
     {"OverflowsStack", "crash"},
     {"Hangs", "hang", "10000", "3"},
     {"Exits", "process-ended"},
+    {"FloodsOutput", "crash"},
+    {"TakesMemory", SANITIZER[0] == '\0' ? "init-exception" : ""},
     {"ReadsFreed", SANITIZER[0] == '\0' ? "" : "sanitizer-report"},
 };
 

@@ -2,6 +2,7 @@
 #include "Findings.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <stdexcept>
 
 namespace corvane::check {
@@ -10,6 +11,9 @@ namespace {
 
 using enum Severity;
 using enum Stage;
+
+constexpr std::size_t mostDetails = 1000;
+constexpr std::size_t longestDetail = 4000;
 
 constexpr FindingKind kinds[] = {
     {"not-a-candidate", Warning, Static, "The daemon takes no file of this name for a plugin.",
@@ -109,8 +113,10 @@ void Findings::add(std::string_view id, const std::string& detail) {
     if (found == m_list.end()) {
         found = m_list.insert(found, {&kind, {}});
     }
-    if (!detail.empty() && std::ranges::find(found->details, detail) == found->details.end()) {
-        found->details.push_back(detail);
+    const auto kept = detail.substr(0, longestDetail);
+    if (!kept.empty() && found->details.size() < mostDetails &&
+        std::ranges::find(found->details, kept) == found->details.end()) {
+        found->details.push_back(kept);
     }
 }
 

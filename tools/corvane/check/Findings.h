@@ -32,7 +32,8 @@ struct Finding {
 /// In the order found, one for each id.
 class Findings {
 public:
-    /// Throws std::out_of_range for an id that doesn't exist.
+    /// The 1000 first details of an id are kept, and 4000 bytes of each. Throws
+    /// std::out_of_range for an id that doesn't exist.
     void add(std::string_view id, const std::string& detail = "");
     bool has(std::string_view id) const;
     const std::vector<Finding>& list() const { return m_list; }

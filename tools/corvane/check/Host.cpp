@@ -2,6 +2,7 @@
 #include "Host.h"
 
 #include "CheckError.h"
+#include "Findings.h"
 #include "Frames.h"
 #include "HangSignal.h"
 #include "Spawn.h"
@@ -16,7 +17,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
+#include <stdexcept>
 #include <utility>
 
 namespace corvane::check {
@@ -47,40 +50,27 @@ fs::path findHost() {
                      "; install all of the developer's kit");
 }
 
+Host::Host(const Workplace& workplace)
+    : m_workplace(workplace),
+      m_results([this](const nlohmann::json& message) { onMessage(message); }) {}
+
 Host::~Host() {
-    end();
+    for (const int fd : {m_pipe, m_process}) {
+        if (fd >= 0) {
+            close(fd);
+        }
+    }
 }
 
 HostOutcome Host::run(const std::string& mode, const std::string& file,
                       const std::vector<std::string>& more, std::chrono::milliseconds limit) {
     std::vector<std::string> command{findHost(), mode, file, "3"};
     command.insert(command.end(), more.begin(), more.end());
+    const auto deadline = steady_clock::now() + limit;
     start(command);
-    auto deadline = steady_clock::now() + limit;
-    while (true) {
-        std::array<pollfd, 3> fds{pollfd{m_pipe, POLLIN, 0}, pollfd{m_process, POLLIN, 0},
-                                  pollfd{m_stop.fd(), POLLIN, 0}};
-        const int ready = poll(fds.data(), fds.size(), millisecondsUntil(deadline));
-        if (fds[2].revents != 0) {
-            m_isHeld = true;
-            throw CheckError("the check was stopped");
-        }
-        const bool isOpen = readMessages();
-        if (m_isHeld || fds[1].revents != 0) {
-            break;
-        }
-        if (!isOpen) {
-            close(std::exchange(m_pipe, -1));  // poll() then waits for the process alone
-        }
-        if (ready == 0 && steady_clock::now() >= deadline) {
-            if (m_outcome.timedOut || !askWhereItHangs()) {
-                break;
-            }
-            deadline = steady_clock::now() + std::chrono::seconds(1);
-        }
-    }
+    watch(deadline);
     end();
-    m_outcome.output = contentsOf(m_workplace.directory() / "output");
+    m_outcome.output = tailOf(m_workplace.directory() / "output");
     return std::move(m_outcome);
 }
 
@@ -105,47 +95,72 @@ void Host::start(const std::vector<std::string>& command) {
     }
 }
 
-bool Host::readMessages() {
-    std::array<char, 65536> buffer;
-    while (m_pipe >= 0) {
-        const auto size = read(m_pipe, buffer.data(), buffer.size());
-        if (size == 0) {
-            return false;
+// Until the process ends, is held or hangs.
+void Host::watch(Time deadline) {
+    while (!m_isHeld) {
+        std::array<pollfd, 3> fds{pollfd{m_pipe, POLLIN, 0}, pollfd{m_process, POLLIN, 0},
+                                  pollfd{m_stop.fd(), POLLIN, 0}};
+        poll(fds.data(), fds.size(), millisecondsUntil(deadline));
+        if (fds[2].revents != 0) {
+            throw CheckError("the check was stopped");
         }
-        if (size < 0) {
-            return true;
+        if (fds[1].revents != 0) {
+            readRest();
+            return;
         }
-        m_unread.append(buffer.data(), static_cast<std::size_t>(size));
-        for (std::size_t end; (end = m_unread.find('\n')) != std::string::npos;) {
-            const auto message = nlohmann::json::parse(m_unread.substr(0, end), nullptr, false);
-            m_unread.erase(0, end + 1);
-            if (message.is_object()) {
-                onMessage(message);
+        if (fds[0].revents != 0 && m_results.readFrom(m_pipe) == ResultReader::Outcome::End) {
+            close(std::exchange(m_pipe, -1));  // poll() then waits for the process alone
+        }
+        if (!m_isHeld && steady_clock::now() >= deadline) {
+            if (m_outcome.timedOut || !askWhereItHangs()) {
+                return;
             }
+            deadline = steady_clock::now() + std::chrono::seconds(1);
         }
     }
-    return true;
+}
+
+// All that the process has written is in the pipe by now. What its children may add is limited
+// by the reader.
+void Host::readRest() {
+    while (m_pipe >= 0 && m_results.readFrom(m_pipe) == ResultReader::Outcome::Read) {
+    }
 }
 
 void Host::onMessage(const nlohmann::json& message) {
     if (message.contains("step")) {
-        m_steps[message.at("thread")] = message.at("step");
+        m_steps[message.at("thread").get<pid_t>()] = message.at("step").get<std::string>();
     } else if (message.contains("signal")) {
         onSignal(message);
-    } else if (message.contains("done")) {
-        m_outcome.isDone = true;
+    } else if (message.contains("finding")) {
+        const auto id = message.at("finding").get<std::string>();
+        m_outcome.findings.emplace_back(findingKind(id).id, message.at("detail"));
+    } else if (message.contains("fact")) {
+        onFact(message.at("fact"), message.at("value"));
     } else {
-        m_outcome.messages.push_back(message);
+        m_outcome.isDone = message.at("done").get<bool>();
+    }
+}
+
+void Host::onFact(const std::string& name, const nlohmann::json& value) {
+    if (name == "events" || name == "refusal") {
+        m_outcome.texts[name] = value.get<std::string>();
+    } else if (name == "delivered" || name == "jobs" || name == "slowest") {
+        m_outcome.numbers[name] = value.get<long long>();
+    } else {
+        throw std::out_of_range("no fact " + name);
     }
 }
 
 void Host::onSignal(const nlohmann::json& message) {
+    const auto thread = message.at("thread").get<pid_t>();
+    const auto number = message.at("signal").get<int>();
+    m_outcome.frames = namesOfFrames(m_id, message.at("frames").get<std::vector<std::uint64_t>>());
     m_isHeld = true;
     if (!m_outcome.timedOut) {
-        m_outcome.signal = message.at("signal").get<int>();
-        m_outcome.step = m_steps[message.at("thread")];
+        m_outcome.signal = number;
+        m_outcome.step = m_steps[thread];
     }
-    m_outcome.frames = namesOfFrames(m_id, message.at("frames").get<std::vector<std::uint64_t>>());
 }
 
 bool Host::askWhereItHangs() {
@@ -160,32 +175,18 @@ bool Host::askWhereItHangs() {
 }
 
 void Host::end() {
-    if (m_id > 0) {
-        const auto mustEnd = m_isHeld || m_outcome.timedOut;
-        if (mustEnd) {
-            kill(-m_id, SIGKILL);
-        }
+    if (!m_isHeld && !m_outcome.timedOut) {
         int status = 0;
-        siginfo_t ended{};
-        // It is looked at before it is collected: as long as it isn't, the group is its own.
-        waitid(P_PID, static_cast<id_t>(m_id), &ended, WEXITED | WNOWAIT);
-        kill(-m_id, SIGKILL);
-        waitpid(std::exchange(m_id, -1), &status, 0);
-        if (!mustEnd && WIFEXITED(status)) {
+        waitpid(m_id, &status, 0);
+        if (WIFEXITED(status)) {
             m_outcome.exitStatus = WEXITSTATUS(status);
-        } else if (!mustEnd && WIFSIGNALED(status)) {
+        } else {
             m_outcome.signal = WTERMSIG(status);
         }
-        if (m_outcome.step.empty()) {
-            for (const auto& [thread, step] : m_steps) {
-                m_outcome.step = m_outcome.step.empty() ? step : m_outcome.step;
-            }
-        }
     }
-    for (int* const fd : {&m_pipe, &m_process}) {
-        if (*fd >= 0) {
-            close(std::exchange(*fd, -1));
-        }
+    m_descendants.end();
+    for (const auto& [thread, step] : m_steps) {
+        m_outcome.step = m_outcome.step.empty() ? step : m_outcome.step;
     }
 }
 

@@ -1,6 +1,8 @@
 // The process that runs the plugin, as the command sees it.
 #pragma once
 
+#include "Descendants.h"
+#include "ResultReader.h"
 #include "StopSignals.h"
 #include "Workplace.h"
 
@@ -12,6 +14,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace corvane::check {
@@ -21,21 +24,23 @@ std::filesystem::path findHost();
 
 /// What became of a run.
 struct HostOutcome {
-    std::vector<nlohmann::json> messages;  // findings and facts, as the host sent them
-    bool isDone = false;                   // the plugin has gone through everything
+    std::vector<std::pair<std::string, std::string>> findings;  // id and detail
+    std::map<std::string, long long> numbers;                   // facts of these two kinds,
+    std::map<std::string, std::string> texts;                   // as the host names them
+    bool isDone = false;  // the plugin has gone through everything
     bool timedOut = false;
     std::optional<int> signal;        // of a crash
     std::optional<int> exitStatus;    // if it ended by itself
     std::string step;                 // what the plugin was doing then; or empty
     std::vector<std::string> frames;  // where, the innermost first
-    std::string output;               // both streams
+    std::string output;               // the end of both streams
 };
 
-/// Owner: the command, on its thread. One object for each run. Errors: CheckError, also when
-/// the user stops the command.
+/// Owner: the command, on its thread. One object for each run. No process of the plugin survives
+/// it. Errors: CheckError, also when the user stops the command.
 class Host {
 public:
-    explicit Host(const Workplace& workplace) : m_workplace(workplace) {}
+    explicit Host(const Workplace& workplace);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -49,19 +54,22 @@ private:
     using Time = std::chrono::steady_clock::time_point;
 
     void start(const std::vector<std::string>& command);
-    bool readMessages();
+    void watch(Time deadline);
+    void readRest();
     void onMessage(const nlohmann::json& message);
+    void onFact(const std::string& name, const nlohmann::json& value);
     void onSignal(const nlohmann::json& message);
     bool askWhereItHangs();
     void end();
 
     const Workplace& m_workplace;
     const tool::StopSignals m_stop;
+    Descendants m_descendants;
+    ResultReader m_results;
     pid_t m_id = -1;
     int m_pipe = -1;
     int m_process = -1;
-    bool m_isHeld = false;  // by its own signal handler, or for us to end it
-    std::string m_unread;
+    bool m_isHeld = false;                 // by its own signal handler
     std::map<pid_t, std::string> m_steps;  // by thread
     HostOutcome m_outcome;
 };

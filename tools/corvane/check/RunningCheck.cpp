@@ -86,10 +86,8 @@ void addEnd(const HostOutcome& outcome, Findings& findings) {
 }  // namespace
 
 void addOutcome(const HostOutcome& outcome, const std::string& plugin, Findings& findings) {
-    for (const auto& message : outcome.messages) {
-        if (message.contains("finding")) {
-            findings.add(message.at("finding").get<std::string>(), message.at("detail"));
-        }
+    for (const auto& [id, detail] : outcome.findings) {
+        findings.add(id, detail);
     }
     if (outcome.timedOut) {
         findings.add("hang", during(outcome));
@@ -117,18 +115,17 @@ Facts checkRunning(const Workplace& workplace, const Limits& limits, Findings& f
                                              {std::to_string(limits.slow.count())}, limits.whole);
     addOutcome(outcome, workplace.name(), found);
     Facts facts{{}, {}, 0, 0, outcome.output};
-    for (const auto& message : outcome.messages) {
-        const auto name = message.value("fact", "");
-        if (name == "events") {
-            facts.events = words(message.at("value"));
-        } else if (name == "delivered") {
-            facts.delivered = message.at("value");
-        } else if (name == "jobs") {
-            facts.jobs = message.at("value");
-        } else if (name == "slowest") {
-            facts.slowestMs = message.at("value");
-        }
+    if (outcome.texts.contains("events")) {
+        facts.events = words(outcome.texts.at("events"));
     }
+    const auto number = [&](const char* name, auto& fact) {
+        if (outcome.numbers.contains(name)) {
+            fact = outcome.numbers.at(name);
+        }
+    };
+    number("delivered", facts.delivered);
+    number("jobs", facts.jobs);
+    number("slowest", facts.slowestMs);
     const bool isPinned = findings.has("unique-symbols") || findings.has("nodelete");
     for (const auto& finding : found.list()) {
         if (isPinned && finding.kind->id == std::string("stays-loaded")) {

@@ -4,10 +4,14 @@
 #include "CheckError.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -89,8 +93,21 @@ pid_t spawn(const SpawnOptions& options) {
     return id;
 }
 
-std::string contentsOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
+bool endsWithin(pid_t id, std::chrono::milliseconds limit) {
+    const int process = static_cast<int>(syscall(SYS_pidfd_open, id, 0));
+    if (process < 0) {
+        throw CheckError(std::string("a process can't be watched: ") + std::strerror(errno));
+    }
+    pollfd end{process, POLLIN, 0};
+    const int ready = poll(&end, 1, static_cast<int>(limit.count()));
+    close(process);
+    return ready > 0;
+}
+
+std::string tailOf(const std::filesystem::path& file) {
+    constexpr std::streamoff mostBytes = 16 << 20;
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    stream.seekg(std::max<std::streamoff>(stream.tellg() - mostBytes, 0));
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 

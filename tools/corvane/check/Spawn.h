@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -21,7 +22,10 @@ struct SpawnOptions {
 /// In a process group of its own, with no signal blocked and nothing to read. Throws CheckError.
 pid_t spawn(const SpawnOptions& options);
 
-/// All that is in a file; empty if there is none.
-std::string contentsOf(const std::filesystem::path& file);
+/// Whether a child ends in time. It isn't collected. Throws CheckError.
+bool endsWithin(pid_t id, std::chrono::milliseconds limit);
+
+/// What is in a file, of a large one the last 16 MiB; empty if there is none.
+std::string tailOf(const std::filesystem::path& file);
 
 }  // namespace corvane::check

@@ -2,6 +2,7 @@
 #include "StaticCheck.h"
 
 #include "CheckError.h"
+#include "Descendants.h"
 #include "FileManager.h"
 #include "Frames.h"
 #include "Host.h"
@@ -10,7 +11,6 @@
 #include "Spawn.h"
 
 #include <IRequestBroker.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <sstream>
@@ -33,7 +33,8 @@ void checkName(const Workplace& workplace, Findings& findings) {
 
 // By the loader itself, which then lists everything that is missing and runs nothing. The
 // symbols of the host are the daemon's.
-std::vector<std::string> missingSymbols(const Workplace& workplace) {
+std::vector<std::string> missingSymbols(const Workplace& workplace,
+                                        std::chrono::milliseconds limit) {
     std::filesystem::create_symlink(workplace.copy(), workplace.directory() / "traced.so");
     const auto output = workplace.directory() / "traced";
     auto environment = workplace.environment();
@@ -41,9 +42,12 @@ std::vector<std::string> missingSymbols(const Workplace& workplace) {
                         {"LD_WARN", "yes"},
                         {"LD_BIND_NOW", "yes"},
                         {"LD_PRELOAD", "./traced.so"}});
-    const auto id = spawn({{findHost()}, workplace.directory(), environment, output});
-    waitpid(id, nullptr, 0);
-    std::istringstream lines(contentsOf(output));
+    Descendants descendants;
+    if (!endsWithin(spawn({{findHost()}, workplace.directory(), environment, output}), limit)) {
+        throw CheckError("the check failed: the loader doesn't list what is missing in time");
+    }
+    descendants.end();
+    std::istringstream lines(tailOf(output));
     std::vector<std::string> missing;
     constexpr std::string_view head = "undefined symbol: ";
     for (std::string line; std::getline(lines, line);) {
@@ -66,12 +70,10 @@ bool checkOpening(const Workplace& workplace, std::chrono::milliseconds limit, F
     const auto path = "plugins/" + workplace.name();
     const auto outcome = Host(workplace).run("open", path, {}, limit);
     addOutcome(outcome, workplace.name(), findings);
-    for (const auto& message : outcome.messages) {
-        if (message.value("fact", "") == "refusal") {
-            findings.add("not-loadable", message.at("value"));
-            addAll(findings, "not-loadable", missingSymbols(workplace));
-            return false;
-        }
+    if (const auto refusal = outcome.texts.find("refusal"); refusal != outcome.texts.end()) {
+        findings.add("not-loadable", refusal->second);
+        addAll(findings, "not-loadable", missingSymbols(workplace, limit));
+        return false;
     }
     return outcome.isDone;
 }
@@ -84,7 +86,7 @@ bool checkStatically(const Workplace& workplace, std::chrono::milliseconds limit
     if (!checkOpening(workplace, limit, findings)) {
         return false;
     }
-    addAll(findings, "unresolved-symbols", missingSymbols(workplace));
+    addAll(findings, "unresolved-symbols", missingSymbols(workplace, limit));
     const auto library = readLibrary(workplace.copy());
     if (!library.hasInit) {
         findings.add("no-init");

@@ -101,7 +101,7 @@ void install() {
     action.sa_flags = SA_SIGINFO | SA_ONSTACK;
     sigfillset(&action.sa_mask);
     for (const int number :
-         {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS, hangSignal}) {
+         {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS, SIGXFSZ, hangSignal}) {
         sigaction(number, &action, nullptr);
     }
     std::set_terminate(&onTerminate);

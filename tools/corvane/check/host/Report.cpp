@@ -3,6 +3,7 @@
 
 #include <cxxabi.h>
 #include <fcntl.h>
+#include <limits.h>
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
@@ -10,7 +11,9 @@
 #include <cstdlib>
 #include <exception>
 #include <mutex>
+#include <set>
 #include <typeinfo>
+#include <utility>
 
 namespace corvane::check::report {
 
@@ -21,17 +24,26 @@ using Json = nlohmann::json;
 int pipeEnd = -1;
 std::mutex mutex;
 
-void send(const Json& object) {
-    const auto line = object.dump(-1, ' ', true, Json::error_handler_t::replace) + '\n';
-    const std::lock_guard lock(mutex);
-    std::size_t sent = 0;
-    while (sent < line.size()) {
-        const auto size = write(pipeEnd, line.data() + sent, line.size() - sent);
-        if (size <= 0) {
-            _exit(EXIT_FAILURE);  // nobody listens any more
-        }
-        sent += static_cast<std::size_t>(size);
+std::string lineOf(const Json& object) {
+    return object.dump(-1, ' ', true, Json::error_handler_t::replace) + '\n';
+}
+
+// In one piece, which is what a pipe promises for so much.
+void send(const std::string& line) {
+    if (write(pipeEnd, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
+        _exit(EXIT_FAILURE);  // nobody listens any more
     }
+}
+
+// `text` is shortened until the line fits.
+void send(Json object, const char* name, std::string text) {
+    std::string line;
+    do {
+        object[name] = text;
+        line = lineOf(object);
+        text.resize(text.size() / 2);
+    } while (line.size() > PIPE_BUF);
+    send(line);
 }
 
 }  // namespace
@@ -46,23 +58,31 @@ int fd() {
 }
 
 void step(const std::string& what) {
-    send({{"step", what}, {"thread", gettid()}});
+    send({{"thread", gettid()}}, "step", what);
 }
 
 void finding(std::string_view id, const std::string& detail) {
-    send({{"finding", id}, {"detail", detail}});
+    constexpr std::size_t mostFindings = 1000;
+    static std::set<std::pair<std::string, std::string>> told;
+    {
+        const std::lock_guard lock(mutex);
+        if (told.size() == mostFindings || !told.emplace(id, detail).second) {
+            return;
+        }
+    }
+    send({{"finding", id}}, "detail", detail);
 }
 
 void fact(std::string_view name, long long value) {
-    send({{"fact", name}, {"value", value}});
+    send(lineOf({{"fact", name}, {"value", value}}));
 }
 
 void fact(std::string_view name, const std::string& value) {
-    send({{"fact", name}, {"value", value}});
+    send({{"fact", name}}, "value", value);
 }
 
 void done() {
-    send({{"done", true}});
+    send(lineOf({{"done", true}}));
 }
 
 std::string currentException() {

@@ -13,6 +13,7 @@ int fd();
 
 /// What this thread does from now on; empty: nothing with the plugin.
 void step(const std::string& what);
+/// Only once, if it is told more often, and only the 1000 first.
 void finding(std::string_view id, const std::string& detail);
 void fact(std::string_view name, long long value);
 void fact(std::string_view name, const std::string& value);

@@ -15,9 +15,11 @@
 #include <dlfcn.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
@@ -27,6 +29,24 @@
 namespace {
 
 using namespace corvane::check;
+
+void limit(decltype(RLIMIT_DATA) resource, rlim_t most) {
+    rlimit limits{};
+    getrlimit(resource, &limits);
+    limits.rlim_max = std::min(limits.rlim_max, most);
+    limits.rlim_cur = std::min(limits.rlim_cur, limits.rlim_max);
+    setrlimit(resource, &limits);
+}
+
+// For this process and its children, and for good.
+void limitPlugin() {
+    constexpr rlim_t mebibyte = 1 << 20;
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);  // or the command couldn't end its children
+    limit(RLIMIT_FSIZE, 128 * mebibyte);
+#ifndef CORVANE_SANITIZED  // a sanitizer takes terabytes of addresses
+    limit(RLIMIT_DATA, 2048 * mebibyte);
+#endif
+}
 
 // As the daemon opens it.
 void open(const std::string& path) {
@@ -77,6 +97,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
+        limitPlugin();
         report::open(std::stoi(argv[3]));
         crash::install();
         if (mode == "open") {
