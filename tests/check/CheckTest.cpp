@@ -120,6 +120,17 @@ TEST(CheckTest, AHangIsEndedAfterTheLimitAndNamed) {
     }
 }
 
+TEST(CheckTest, ADroppedTaskThatCallsTheBrokerIsNamedWithItsPlace) {
+    const auto details =
+        detailsOf(check(fixture("RequestsWhenDestroyed"), {"--timeout", "5"}), "dropped-task-hang");
+    EXPECT_THAT(details, HasSubstr("during the dropping of tasks requested in the callback of "
+                                   "bt-adapter-name-changed\n"));
+    // A thread checker puts the question off.
+    if (SANITIZER != std::string("thread")) {
+        EXPECT_THAT(details, ContainsRegex("Requester::~Requester\\(\\)"));
+    }
+}
+
 TEST(CheckTest, LeftoversAreNamed) {
     EXPECT_EQ(detailsOf(check(fixture("LeavesSubscription"), patient), "leftover-subscriptions"),
               "SoundManagerSetSpeakerChangedCb without SoundManagerUnetSpeakerChangedCb\n");

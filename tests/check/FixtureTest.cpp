@@ -60,6 +60,7 @@ const std::vector<Row> rows{
     {"NeedsRecord", "crash"},
     {"OverflowsStack", "crash"},
     {"Hangs", "hang", "10000", "3"},
+    {"RequestsWhenDestroyed", "dropped-task-hang", "10000", "5"},
     {"Exits", "process-ended"},
     {"FloodsOutput", "crash"},
     {"TakesMemory", SANITIZER[0] == '\0' ? "init-exception" : ""},

@@ -87,6 +87,10 @@ constexpr FindingKind kinds[] = {
     {"crash", Error, Running, "The plugin crashed.", "The frames name the place."},
     {"hang", Error, Running, "The plugin wasn't done within the time limit.",
      "The frames name the place. --timeout gives more time."},
+    {"dropped-task-hang", Error, Running,
+     "A task that was dropped, not run, called the broker while it was destroyed; the daemon would "
+     "hang.",
+     "Let no object that a requested task captures call the broker in its destructor."},
     {"process-ended", Error, Running, "The process ended while the plugin was running.",
      "Don't call exit() and the like in a plugin; they end the daemon."},
     {"sanitizer-report", Error, Running, "A sanitizer found a mistake.", "See its report."},

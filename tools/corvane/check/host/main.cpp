@@ -2,9 +2,13 @@
 // directory of its own. `corvane check` starts it:
 //     corvane-check-host open FILE FD          can the loader open it?
 //     corvane-check-host run NAME FD SLOW_MS   lead plugins/NAME through its life
+//     corvane-check-host drop NAME FD          drop tasks that its callbacks request
 #include "CallbackDelegator.h"
 #include "CrashHandler.h"
+#include "Deliverer.h"
+#include "DroppingPlugin.h"
 #include "HangSignal.h"
+#include "Ledger.h"
 #include "MainThreadInvoker.h"
 #include "Rehearsal.h"
 #include "Report.h"
@@ -60,13 +64,17 @@ void open(const std::string& path) {
     report::done();
 }
 
-void run(const std::string& name, std::chrono::milliseconds slowLimit) {
+void startPlatform() {
     if (ecore_init() == 0) {
         throw std::runtime_error("the main loop can't be had");
     }
     bt_product_init();
     bt_audio_initialize();
     MainThreadInvoker::setMainThreadId(std::this_thread::get_id());
+}
+
+void run(const std::string& name, std::chrono::milliseconds slowLimit) {
+    startPlatform();
     // With the first thread a thread checker starts one of its own, which is not the plugin's.
     std::thread([] {}).join();
     {
@@ -87,12 +95,30 @@ void run(const std::string& name, std::chrono::milliseconds slowLimit) {
     report::done();
 }
 
+// Without PLUGIN_DEINIT, which may wait for a task that was dropped.
+[[noreturn]] void drop(const std::string& name) {
+    startPlatform();
+    Ledger ledger;
+    DroppingPlugin plugin;
+    plugin.create(name, ledger);
+    report::step("PLUGIN_INIT");
+    try {
+        plugin.load();
+        Deliverer(plugin, ledger).deliverAll();
+    } catch (const std::exception&) {
+        // It may not succeed a second time.
+    }
+    report::step("");
+    report::done();
+    _exit(EXIT_SUCCESS);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const std::string mode = argc > 3 ? argv[1] : "";
-    if (!(mode == "open" && argc == 4) && !(mode == "run" && argc == 5)) {
+    if (!((mode == "open" || mode == "drop") && argc == 4) && !(mode == "run" && argc == 5)) {
         std::cerr << "corvane-check-host is started by `corvane check`\n";
         return 2;
     }
@@ -102,6 +128,8 @@ int main(int argc, char** argv) {
         crash::install();
         if (mode == "open") {
             open(argv[2]);
+        } else if (mode == "drop") {
+            drop(argv[2]);
         } else {
             run(argv[2], std::chrono::milliseconds(std::stoi(argv[4])));
         }
