@@ -1,6 +1,8 @@
 // Numbers, texts and enumerations in the log.
 #include "Describe.h"
 
+#include "Private.h"
+
 #include <cstddef>
 #include <span>
 
@@ -42,6 +44,15 @@ void describe(std::string& line, const char* text) {
         line += '"';
         line += text;
         line += '"';
+    }
+}
+
+void describe(std::string& line, const Passkey& passkey) {
+    const bool hasDigits = passkey.digits != nullptr && *passkey.digits != '\0';
+    if (hasDigits && !showsPrivate()) {
+        line += "hidden";
+    } else {
+        describe(line, passkey.digits);
     }
 }
 

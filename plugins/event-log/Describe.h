@@ -10,12 +10,17 @@
 
 namespace eventlog {
 
+struct Passkey {
+    const char* digits;
+};
+
 /// Append the value. Any thread. A null pointer is written as "none".
 void describe(std::string& line, bool value);
 void describe(std::string& line, int value);
 void describe(std::string& line, unsigned char value);
 void describe(std::string& line, unsigned short value);
 void describe(std::string& line, const char* text);
+void describe(std::string& line, const Passkey& passkey);
 
 void describe(std::string& line, bt_adapter_state_e value);
 void describe(std::string& line, bt_authentication_type_info_e value);

@@ -1,6 +1,8 @@
 // The platform's records in the log, as {field=value field=value}.
 #include "Describe.h"
 
+#include "Private.h"
+
 #include <cstddef>
 
 namespace eventlog {
@@ -15,6 +17,10 @@ struct Uuids {
 struct Bytes {
     const char* data;
     int count;
+};
+
+struct Payload {
+    Bytes bytes;
 };
 
 }  // namespace
@@ -37,6 +43,14 @@ static void describe(std::string& line, const Bytes& bytes) {
         line += digits[byte & 15];
     }
     line += ']';
+}
+
+static void describe(std::string& line, const Payload& payload) {
+    if (payload.bytes.count > 0 && !showsPrivate()) {
+        line += '[' + std::to_string(payload.bytes.count) + " bytes hidden]";
+    } else {
+        describe(line, payload.bytes);
+    }
 }
 
 namespace {
@@ -109,7 +123,7 @@ void describe(std::string& line, const bt_socket_connection_s* record) {
 
 void describe(std::string& line, const bt_socket_received_data_s* record) {
     describeRecord(line, "socket_fd", record->socket_fd, "data",
-                   Bytes{record->data, record->data_size});
+                   Payload{{record->data, record->data_size}});
 }
 
 void describe(std::string& line, const bt_avrcp_key_event_s* record) {

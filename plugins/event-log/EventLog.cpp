@@ -1,6 +1,7 @@
 // The plugin's two entry points. The daemon finds them by name, so they are C
 // functions that the library gives away; all the rest of it stays inside.
 #include "Events.h"
+#include "Private.h"
 
 #include <IRequestBroker.h>
 
@@ -17,6 +18,7 @@ IRequestBroker* pluginBroker = nullptr;
 /// A negative result would make the daemon drop the plugin.
 PLUGIN_ENTRY int PLUGIN_INIT(void* broker) {
     pluginBroker = static_cast<IRequestBroker*>(broker);
+    eventlog::readPrivacy();
     for (const auto& event : eventlog::allEvents()) {
         event.subscribe(*pluginBroker, event);
     }

@@ -34,7 +34,7 @@ constexpr Event events[] = {
      subscribe<&IRequestBroker::BtAdapterSetSspConecntRequestCb>,
      &IRequestBroker::BtAdapterUnsetSspConecntRequestCb},
     {"bt-adapter-authentication-req",
-     {"result", "type", "name", "address", "key"},
+     {"result", "type", "name", "address", Argument("key", true)},
      subscribe<&IRequestBroker::BtAdapterSetAuthenticationReqCb>,
      &IRequestBroker::BtAdapterUnsetAuthenticationReqCb},
     {"bt-adapter-max-device-connected",

@@ -9,9 +9,18 @@
 
 namespace eventlog {
 
+struct Argument {
+    // Implicit: most have nothing but a name.
+    constexpr Argument(const char* itsName = nullptr, bool passkey = false)
+        : name(itsName), isPasskey(passkey) {}
+
+    const char* name;
+    bool isPasskey;
+};
+
 struct Event {
     const char* name;
-    std::array<const char*, 5> arguments;
+    std::array<Argument, 5> arguments;
     void (*subscribe)(IRequestBroker& broker, const Event& event);
     int (IRequestBroker::*unsubscribe)();
 };

@@ -11,9 +11,21 @@
 #include <cstddef>
 #include <string>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace eventlog {
+
+template <typename T>
+void describeArgument(std::string& line, const Argument& argument, const T& value) {
+    if constexpr (std::is_convertible_v<T, const char*>) {
+        if (argument.isPasskey) {
+            describeNamed(line, argument.name, Passkey{value});
+            return;
+        }
+    }
+    describeNamed(line, argument.name, value);
+}
 
 /// The callback. The user data, always the last argument, is the event's row. Everything
 /// else is lent to the plugin for the call only: what is to be kept must be copied.
@@ -24,7 +36,7 @@ void logEvent(All... all) {
     const auto& event = *static_cast<const Event*>(std::get<count>(arguments));
     std::string line = event.name;
     [&]<std::size_t... i>(std::index_sequence<i...>) {
-        (describeNamed(line, event.arguments[i], std::get<i>(arguments)), ...);
+        (describeArgument(line, event.arguments[i], std::get<i>(arguments)), ...);
     }
     (std::make_index_sequence<count>());
     dlog_print(DLOG_PRIORITY_INFO, "EVENT_LOG", "%s", line.c_str());

@@ -37,6 +37,7 @@ void HostFixture::startDaemon(const std::string& plugin,
          {"CORVANE_PLATFORM_CONF", "/dev/null"},
          {"CORVANE_INJECT_SOCKET", socket()},
          {"CORVANE_LOG_LEVEL", "info"},
+         {"CORVANE_EVENT_LOG_PRIVATE", "show"},
          {"XDG_RUNTIME_DIR", m_directory},
          {"HOME", m_directory}},
         {"ECORE_NO_SYSTEM_MODULES", "PULSE_SERVER"}};
