@@ -4,15 +4,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdlib.h>
+
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
 
-using testing::Contains;
+namespace fs = std::filesystem;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -20,7 +24,7 @@ using testing::SizeIs;
 std::vector<std::string> completionsOf(const std::string& line) {
     const auto result = ChildProcess::run(
         {{"bash", "-c",
-          "PATH=" + std::filesystem::path(TOOL).parent_path().string() +
+          "PATH=" + fs::path(TOOL).parent_path().string() +
               ":$PATH; source " COMPLETION "; COMP_LINE=$1; COMP_POINT=${#COMP_LINE}; _corvane; "
               "for word in \"${COMPREPLY[@]}\"; do echo \"$word\"; done",
           "bash", line}});
@@ -64,11 +68,45 @@ TEST(CompletionTest, OffersValues) {
     EXPECT_THAT(completionsOf("corvane emit bt-adapter-name-changed name="), IsEmpty());
 }
 
-TEST(CompletionTest, OffersFiles) {
-    const auto file = std::filesystem::path(TOOL);
-    for (const std::string command : {"play ", "order ", "check "}) {
-        EXPECT_THAT(completionsOf("corvane " + command + file.string()), Contains(file.string()));
+// In a directory with files of odd names, where the command writes its arguments in brackets.
+class FileCompletionTest : public testing::Test {
+protected:
+    FileCompletionTest() {
+        std::string pattern = testing::TempDir() + "corvane-XXXXXX";
+        m_directory = mkdtemp(pattern.data());
+        std::ofstream(m_directory / "rc") << "source " COMPLETION "\n"
+                                          << "corvane() { printf '<%s>' \"$@\"; }\n";
+        std::ofstream(m_directory / "a;touch pwned");
+        fs::create_directory(m_directory / "d (1) $HOME");
+        std::ofstream(m_directory / "d (1) $HOME" / "plugin.so");
     }
+    ~FileCompletionTest() override { fs::remove_all(m_directory); }
+
+    // What an interactive shell writes that is given these keys.
+    std::string typed(const std::string& keys) const {
+        const auto result = ChildProcess::run(
+            {{"bash", "-c",
+              "printf %s \"$1\" | script -qec 'bash --noprofile --rcfile rc -i' /dev/null", "bash",
+              keys + "\nexit\n"},
+             m_directory,
+             {{"TERM", "dumb"}, {"INPUTRC", "/dev/null"}}});
+        EXPECT_EQ(result.status, 0) << result.output << result.errors;
+        return result.output;
+    }
+
+    fs::path m_directory;
+};
+
+TEST_F(FileCompletionTest, QuotesWhatTheShellWouldTakeForSyntax) {
+    for (const std::string command : {"play", "order", "check", "--socket"}) {
+        EXPECT_THAT(typed("corvane " + command + " a\t"),
+                    HasSubstr('<' + command + "><a;touch pwned>"));
+        EXPECT_FALSE(fs::exists(m_directory / "pwned")) << command;
+    }
+}
+
+TEST_F(FileCompletionTest, GoesOnInADirectoryWithBlanksInItsName) {
+    EXPECT_THAT(typed("corvane check d\tp\t"), HasSubstr("<check><d (1) $HOME/plugin.so>"));
 }
 
 }  // namespace
