@@ -48,6 +48,7 @@ const std::vector<Row> rows{
     {"SlowCallback", "slow-callback", "100"},
     {"SlowJob", "slow-job", "100"},
     {"FillsQueue", "queue-full"},
+    {"FillsQueueWhenDestroyed", "queue-full"},
     {"UnsubscribesOther", "not-subscribed"},
     {"DeinitThrows", "deinit-exception"},
     {"LeavesSubscription", "leftover-subscriptions"},

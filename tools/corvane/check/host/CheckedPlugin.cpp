@@ -14,6 +14,8 @@ namespace {
 thread_local std::string origin;
 // The task this thread runs, in words; empty: none.
 thread_local std::string running;
+// Whether this thread hands in a task, and so may be the one that runs the context.
+thread_local bool isInside = false;
 
 std::string wordsFor(const std::string& taskOrigin) {
     return taskOrigin.empty() ? "a job of the plugin" : "the callback of " + taskOrigin;
@@ -48,24 +50,33 @@ bool CheckedPlugin::wasSlow(const std::string& event) {
 }
 
 void CheckedPlugin::invokeTask(const ITaskInvoker::Task& task) {
-    awaitRoom();
+    // So it is between two tasks, too: what the first one held is destroyed then.
+    const bool isRunner = isInside;
+    if (!isRunner) {
+        awaitRoom();
+    }
     {
         const std::lock_guard lock(m_mutex);
-        if (!running.empty() && m_waiting >= QUEUE_CAPACITY) {
-            report::finding("queue-full", "by " + running);
+        if (isRunner && m_waiting >= QUEUE_CAPACITY) {
+            report::finding("queue-full", "by " + (running.empty() ? "what a task held" : running));
             return;
         }
         ++m_waiting;
     }
-    Plugin::invokeTask([this, task, from = TaskOrigin::current()] { run(task, from); });
+    handIn([this, task, from = TaskOrigin::current()] { run(task, from); });
+}
+
+void CheckedPlugin::handIn(const ITaskInvoker::Task& task) {
+    struct Scope {
+        const bool before = std::exchange(isInside, true);
+        ~Scope() { isInside = before; }
+    } scope;
+    Plugin::invokeTask(task);
 }
 
 // Several threads that meet a full queue wait for 15 s, all but one, even if there is room
 // again soon. That is the daemon's business, so here no queue gets full but by a task.
 void CheckedPlugin::awaitRoom() {
-    if (!running.empty()) {
-        return;
-    }
     std::unique_lock lock(m_mutex);
     const auto hasRoom = [this] { return m_waiting < QUEUE_CAPACITY / 2; };
     while (!m_changed.wait_for(lock, std::chrono::milliseconds(100), hasRoom) && m_isRunning) {
@@ -80,7 +91,7 @@ bool CheckedPlugin::hasWaiting() {
 void CheckedPlugin::drain() {
     for (unsigned i = 0; i < QUEUE_CAPACITY && hasWaiting(); ++i) {
         try {
-            Plugin::invokeTask([] {});
+            handIn([] {});
         } catch (...) {
             report::finding("callback-exception", report::currentException());
         }

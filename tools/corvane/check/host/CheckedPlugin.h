@@ -53,6 +53,7 @@ public:
 private:
     bool hasWaiting();
     void awaitRoom();
+    void handIn(const ITaskInvoker::Task& task);
     void run(const ITaskInvoker::Task& task, const std::string& origin);
     void onEnd(const std::string& origin, std::chrono::milliseconds duration);
 
