@@ -151,7 +151,9 @@ TEST_F(OrderTest, EscapesControlCharactersOfFileNames) {
 }
 
 TEST_F(OrderTest, ReadsTheDaemonsOwnDirectoryIfNoneIsGiven) {
-    EXPECT_THAT(runTool({"order"}).output, HasSubstr("libadapter-watch.so"));
+    const auto result = runTool({"order"});
+    EXPECT_THAT(result.output, HasSubstr("libadapter-watch.so"));
+    EXPECT_EQ(result.errors, "") << "the build tree is nobody else's";
 }
 
 TEST_F(OrderTest, RefusesWhatIsNoDirectory) {

@@ -5,12 +5,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 namespace {
 
+namespace fs = std::filesystem;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -43,6 +47,14 @@ TEST(InstalledFilesTest, HostPlatformIsComplete) {
 
 TEST(InstalledFilesTest, DevelopmentFilesAreComplete) {
     expectFilesOf("dev");
+}
+
+TEST(InstalledFilesTest, ThePluginDirectoryIsItsOwnersToWriteWhateverTheUmask) {
+    Installation installation;
+    const auto before = umask(0);
+    installation.install("daemon");
+    umask(before);
+    EXPECT_EQ(fs::status(installation.at(PLUGINS)).permissions(), fs::perms(0755));
 }
 
 TEST(InstalledFilesTest, EveryFileBelongsToAComponent) {

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -67,6 +69,13 @@ TEST_F(ServiceTest, StartsTheInstalledDaemon) {
     const auto result = verify();
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.errors, HasSubstr(BINARIES "/corvaned is not executable"));
+}
+
+// Whatever a drop-in makes of ProtectSystem=.
+TEST_F(ServiceTest, MayNotWriteItsPlugins) {
+    std::ifstream input(unit());
+    const std::string text(std::istreambuf_iterator<char>(input), {});
+    EXPECT_THAT(text, HasSubstr("\nReadOnlyPaths=-" LOADED_FROM "\n"));
 }
 
 TEST_F(ServiceTest, IsHardlyExposedAsAUserOfItsOwn) {

@@ -1,11 +1,13 @@
 // What the daemon would load from a directory, and in which order.
 #include "LoadOrder.h"
 
+#include "Exposure.h"
 #include "PluginOrder.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <list>
 #include <stdexcept>
 
@@ -16,7 +18,7 @@ LoadOrder readLoadOrder(const std::string& directory) {
     if (!entries) {
         throw std::runtime_error(directory + " can't be read: " + std::strerror(errno));
     }
-    LoadOrder order{directory, {}, {}};
+    LoadOrder order{directory, {}, {}, exposureOf(directory)};
     std::list<OrderedFile> candidates;
     for (const auto& entry : *entries) {
         if (entry.candidacy == FileManager::Candidacy::Candidate) {
@@ -31,7 +33,10 @@ LoadOrder readLoadOrder(const std::string& directory) {
         queue.push(&candidate);
     }
     for (; !queue.empty(); queue.pop()) {
-        order.files.push_back(*queue.top());
+        const auto& file = *queue.top();
+        order.files.push_back(file);
+        const auto exposed = exposureOf(std::filesystem::path(directory) / file.name);
+        order.exposed.insert(order.exposed.end(), exposed.begin(), exposed.end());
     }
     std::ranges::sort(order.skipped, {}, &FileManager::Entry::name);
     return order;

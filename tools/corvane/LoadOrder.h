@@ -22,6 +22,7 @@ struct LoadOrder {
     std::string directory;
     std::vector<OrderedFile> files;           // the first is loaded first
     std::vector<FileManager::Entry> skipped;  // what isn't a candidate, by name
+    std::vector<std::string> exposed;         // what others may change, in sentences
 };
 
 /// Asks the file system and the platform what the daemon would ask them now. Throws

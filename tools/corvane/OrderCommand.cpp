@@ -1,6 +1,7 @@
 // corvane order: which plugins the daemon would load, in which order and why.
 #include "OrderCommand.h"
 
+#include "Exposure.h"
 #include "LoadOrder.h"
 #include "PluginPath.h"
 #include "Printable.h"
@@ -110,7 +111,8 @@ std::string jsonOf(const LoadOrder& order) {
     nlohmann::ordered_json json{{"directory", order.directory},
                                 {"order", nlohmann::ordered_json::array()},
                                 {"skipped", nlohmann::ordered_json::array()},
-                                {"ties", ties(order)}};
+                                {"ties", ties(order)},
+                                {"exposed", order.exposed}};
     for (const auto& file : order.files) {
         const auto reason = reasonOf(file.decision.rule);
         json["order"].push_back({{"file", file.name},
@@ -143,6 +145,9 @@ void addOrderCommand(CLI::App& app) {
     command->callback([directory, asJson] {
         const auto order = readLoadOrder(*directory);
         std::cout << (*asJson ? jsonOf(order) : textOf(order));
+        if (!*asJson) {
+            warnOf(order.exposed);
+        }
     });
 }
 

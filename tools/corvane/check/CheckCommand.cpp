@@ -2,6 +2,7 @@
 #include "CheckCommand.h"
 
 #include "CheckResult.h"
+#include "Exposure.h"
 #include "Printable.h"
 #include "RunningCheck.h"
 #include "StaticCheck.h"
@@ -32,7 +33,7 @@ CheckResult check(const Words& words) {
     const Limits limits{milliseconds(words.slowMs),
                         milliseconds(static_cast<long long>(words.timeoutSec * 1000))};
     const Workplace workplace(words.file);
-    CheckResult result{words.file, {}, words.isStaticOnly, {}};
+    CheckResult result{words.file, {}, words.isStaticOnly, {}, exposureOfFile(words.file)};
     const bool canRun = checkStatically(workplace, limits.whole, result.findings);
     if (canRun && !words.isStaticOnly) {
         result.facts = checkRunning(workplace, limits, result.findings);
@@ -43,6 +44,9 @@ CheckResult check(const Words& words) {
 void run(const Words& words, int& status) {
     const auto result = check(words);
     std::cout << (words.asJson ? jsonOf(result) : textOf(result));
+    if (!words.asJson) {
+        warnOf(result.exposed);
+    }
     if (words.showsLog && result.facts) {
         std::cerr << printable(result.facts->log, "\n\t");
     }

@@ -94,7 +94,8 @@ std::string jsonOf(const CheckResult& result) {
               {"clean", result.findings.list().empty()},
               {"errors", countOf(result.findings, Severity::Error)},
               {"warnings", countOf(result.findings, Severity::Warning)},
-              {"findings", Json::array()}};
+              {"findings", Json::array()},
+              {"exposed", result.exposed}};
     for (const auto& finding : result.findings.list()) {
         json["findings"].push_back(
             {{"id", finding.kind->id},

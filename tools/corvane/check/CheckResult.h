@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace corvane::check {
 
@@ -13,7 +14,8 @@ struct CheckResult {
     std::string file;
     Findings findings;
     bool isStaticOnly = false;
-    std::optional<Facts> facts;  // if it was run
+    std::optional<Facts> facts;        // if it was run
+    std::vector<std::string> exposed;  // that others may change the file, in sentences
 };
 
 std::string textOf(const CheckResult& result);

@@ -1,0 +1,76 @@
+// What the package's script does to the plugin directory when it is installed over one.
+#include "ChildProcess.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A root with a plugin directory that everyone may write, and programs that only tell what they
+/// were to do.
+class PostinstTest : public testing::Test {
+protected:
+    PostinstTest() {
+        std::string pattern = testing::TempDir() + "corvane-XXXXXX";
+        m_root = mkdtemp(pattern.data());
+        fs::create_directories(plugins());
+        fs::permissions(plugins(), fs::perms(0777));
+        fs::create_directory(m_root / "programs");
+        for (const std::string name : {"chown", "systemctl", "systemd-sysusers",
+                                       "deb-systemd-helper", "deb-systemd-invoke"}) {
+            program(name, "exit 0");
+        }
+        program("dpkg-statoverride", "exit 1");
+    }
+    ~PostinstTest() override { fs::remove_all(m_root); }
+
+    void program(const std::string& name, const std::string& end) const {
+        const auto path = m_root / "programs" / name;
+        std::ofstream(path) << "#!/bin/sh\necho " << name << " \"$*\" >> " << m_root / "done"
+                            << '\n'
+                            << end << '\n';
+        fs::permissions(path, fs::perms(0755));
+    }
+
+    // The programs that were called, each in a line.
+    std::string configure() const {
+        const auto result = ChildProcess::run(
+            {{"sh", POSTINST, "configure", ""},
+             {},
+             {{"PATH", (m_root / "programs").string() + ":/usr/bin:/bin"}, {"DPKG_ROOT", m_root}}});
+        EXPECT_EQ(result.status, 0) << result.errors;
+        std::ifstream done(m_root / "done");
+        return {std::istreambuf_iterator<char>(done), {}};
+    }
+
+    fs::perms permissions() const { return fs::status(plugins()).permissions(); }
+    fs::path plugins() const { return m_root / "usr/share/corvane/plugins"; }
+
+    fs::path m_root;
+};
+
+TEST_F(PostinstTest, MakesThePluginDirectoryRoots) {
+    EXPECT_THAT(configure(), HasSubstr("\nchown root:root " + plugins().string() + '\n'));
+    EXPECT_EQ(permissions(), fs::perms(0755));
+}
+
+TEST_F(PostinstTest, LeavesItAsTheAdministratorOverrodeIt) {
+    program("dpkg-statoverride", "exit 0");
+    const auto done = configure();
+    EXPECT_THAT(done, HasSubstr("dpkg-statoverride --list /usr/share/corvane/plugins\n"));
+    EXPECT_THAT(done, Not(HasSubstr("chown")));
+    EXPECT_EQ(permissions(), fs::perms(0777));
+}
+
+}  // namespace
