@@ -30,6 +30,7 @@ struct Row {
 const std::vector<Row> rows{
     {"Clean", ""},
     {"UsesWholeQueue", ""},
+    {"GainsNoRights", ""},
     {"NoInit", "no-init"},
     {"NoDeinit", "no-deinit"},
     {"MissingFunction", "unresolved-symbols"},
@@ -42,6 +43,7 @@ const std::vector<Row> rows{
     {"Nodelete", "nodelete"},
     {"InitFails", "init-failed"},
     {"InitThrows", "init-exception"},
+    {"ThrowsLongText", "init-exception"},
     {"NullCallback", "null-callback"},
     {"SubscribesTwice", "subscribed-twice"},
     {"CallbackThrows", "callback-exception"},
@@ -102,6 +104,16 @@ TEST(FindingsTest, EachHasAFixture) {
                     std::ranges::any_of(rows, isOf))
             << id;
     }
+}
+
+TEST(FindingsTest, KeepsAThousandDetailsOfALimitedLength) {
+    corvane::check::Findings findings;
+    for (int i = 0; i < 1100; ++i) {
+        findings.add("crash", std::to_string(i) + std::string(5000, 'x'));
+    }
+    const auto& details = findings.list().front().details;
+    EXPECT_EQ(details.size(), 1000U);
+    EXPECT_EQ(details.front(), '0' + std::string(3999, 'x'));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
@@ -106,6 +107,11 @@ TEST(CheckedProcessTest, OutputWithoutEndIsNamedWithItsPlace) {
     EXPECT_THAT(details, HasSubstr("SIGXFSZ (File size limit exceeded)\n"
                                    "during the delivery of bt-adapter-name-changed\n"));
     EXPECT_THAT(details, HasSubstr("onName"));
+}
+
+TEST(CheckedProcessTest, TheLogIsTheEndOfTheOutput) {
+    const auto result = runTool({"check", "--log", fixture("FloodsOutput"), "--slow-ms", "10000"});
+    EXPECT_EQ(result.errors.size(), std::size_t{16} << 20);
 }
 
 }  // namespace

@@ -4,14 +4,11 @@
 #include "CheckError.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -91,17 +88,6 @@ pid_t spawn(const SpawnOptions& options) {
         throw CheckError(command.front() + " can't be started: " + std::strerror(error));
     }
     return id;
-}
-
-bool endsWithin(pid_t id, std::chrono::milliseconds limit) {
-    const int process = static_cast<int>(syscall(SYS_pidfd_open, id, 0));
-    if (process < 0) {
-        throw CheckError(std::string("a process can't be watched: ") + std::strerror(errno));
-    }
-    pollfd end{process, POLLIN, 0};
-    const int ready = poll(&end, 1, static_cast<int>(limit.count()));
-    close(process);
-    return ready > 0;
 }
 
 std::string tailOf(const std::filesystem::path& file) {

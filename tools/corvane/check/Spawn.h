@@ -3,7 +3,6 @@
 
 #include <sys/types.h>
 
-#include <chrono>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -21,9 +20,6 @@ struct SpawnOptions {
 
 /// In a process group of its own, with no signal blocked and nothing to read. Throws CheckError.
 pid_t spawn(const SpawnOptions& options);
-
-/// Whether a child ends in time. It isn't collected. Throws CheckError.
-bool endsWithin(pid_t id, std::chrono::milliseconds limit);
 
 /// What is in a file, of a large one the last 16 MiB; empty if there is none.
 std::string tailOf(const std::filesystem::path& file);
