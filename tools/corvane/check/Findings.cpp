@@ -12,8 +12,8 @@ namespace {
 using enum Severity;
 using enum Stage;
 
-constexpr std::size_t mostDetails = 1000;
-constexpr std::size_t longestDetail = 4000;
+constexpr std::size_t keptDetails = 1000;
+constexpr std::size_t keptBytes = 4000;
 
 constexpr FindingKind kinds[] = {
     {"not-a-candidate", Warning, Static, "The daemon takes no file of this name for a plugin.",
@@ -117,8 +117,8 @@ void Findings::add(std::string_view id, const std::string& detail) {
     if (found == m_list.end()) {
         found = m_list.insert(found, {&kind, {}});
     }
-    const auto kept = detail.substr(0, longestDetail);
-    if (!kept.empty() && found->details.size() < mostDetails &&
+    const auto kept = detail.substr(0, keptBytes);
+    if (!kept.empty() && found->details.size() < keptDetails &&
         std::ranges::find(found->details, kept) == found->details.end()) {
         found->details.push_back(kept);
     }
