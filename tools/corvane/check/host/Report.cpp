@@ -63,7 +63,8 @@ void step(const std::string& what) {
 
 void finding(std::string_view id, const std::string& detail) {
     constexpr std::size_t mostFindings = 1000;
-    static std::set<std::pair<std::string, std::string>> told;
+    // Never destroyed: std::terminate may be called when all else has been.
+    static auto& told = *new std::set<std::pair<std::string, std::string>>;
     {
         const std::lock_guard lock(mutex);
         if (told.size() == mostFindings || !told.emplace(id, detail).second) {
