@@ -110,7 +110,8 @@ TEST(CheckedProcessTest, OutputWithoutEndIsNamedWithItsPlace) {
 }
 
 TEST(CheckedProcessTest, TheLogIsTheEndOfTheOutput) {
-    const auto result = runTool({"check", "--log", fixture("FloodsOutput"), "--slow-ms", "10000"});
+    const auto result = runTool(
+        {"check", "--log", fixture("FloodsOutput"), "--slow-ms", "10000", "--timeout", "60"});
     EXPECT_EQ(result.errors.size(), std::size_t{16} << 20);
 }
 
