@@ -13,7 +13,6 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 
@@ -43,9 +42,9 @@ std::set<pid_t> children() {
         if (std::isdigit(static_cast<unsigned char>(name.front())) == 0) {
             continue;
         }
-        std::ifstream file(entry.path() / "stat");
-        const std::string status(std::istreambuf_iterator<char>(file), {});
-        if (parentIn(status) == getpid()) {
+        std::ostringstream status;
+        status << std::ifstream(entry.path() / "stat").rdbuf();  // nothing if it has ended
+        if (parentIn(status.str()) == getpid()) {
             ids.insert(std::stoi(name));
         }
     }
