@@ -255,7 +255,6 @@ TEST_F(RecordCopyTest, ADeviceThatOneSubscriberChangesReachesTheOtherAsItWas) {
     DeviceSubscriber a(source, [](bt_device_info_s* copy) {
         copy->remote_name[0] = '#';
         copy->service_uuid[0][0] = '#';
-        copy->service_count = 0;
         copy->bt_class.major_device_class = 0;
         copy->is_bonded = !copy->is_bonded;
         copy->manufacturer_data[0] = '#';
