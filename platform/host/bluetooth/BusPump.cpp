@@ -15,6 +15,9 @@ namespace corvane::host {
 
 namespace {
 
+// A peer that sends without end must not keep the main loop from its other work.
+constexpr int stepsAtOnce = 64;
+
 Ecore_Fd_Handler_Flags flagsFor(int events) {
     int flags = ECORE_FD_ERROR;
     flags |= (events & POLLIN) != 0 ? ECORE_FD_READ : 0;
@@ -71,11 +74,12 @@ void BusPump::pump() {
 }
 
 void BusPump::process() {
-    int result = 0;
-    do {
+    int result = 1;
+    for (int step = 0; step < stepsAtOnce && result > 0 && !m_kept; ++step) {
         result = sd_bus_process(m_bus.get(), nullptr);
-    } while (result > 0 && !m_kept);
+    }
     m_lost = result < 0;
+    m_hasMore = result > 0;
     if (!m_lost) {
         rearm();
     }
@@ -87,7 +91,10 @@ void BusPump::rearm() {
         ecore_timer_del(std::exchange(m_timer, nullptr));
     }
     std::uint64_t limit = UINT64_MAX;
-    if (sd_bus_get_timeout(m_bus.get(), &limit) >= 0 && limit != UINT64_MAX) {
+    if (m_hasMore) {
+        // What the connection has read already doesn't make its descriptor readable.
+        m_timer = ecore_timer_add(0, &BusPump::onTimeout, this);
+    } else if (sd_bus_get_timeout(m_bus.get(), &limit) >= 0 && limit != UINT64_MAX) {
         m_timer = ecore_timer_add(secondsUntil(limit), &BusPump::onTimeout, this);
     }
 }

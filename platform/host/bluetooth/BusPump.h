@@ -1,4 +1,5 @@
-// Drives one D-Bus connection from the main loop: input, output and time limits.
+// Drives one D-Bus connection from the main loop: input, output and time limits. Each
+// wake-up processes a bounded number of messages.
 #pragma once
 
 #include <Ecore.h>
@@ -59,6 +60,7 @@ private:
     std::exception_ptr m_kept;
     bool m_processing = false;
     bool m_lost = false;
+    bool m_hasMore = false;  // the last wake-up left something to process
 };
 
 }  // namespace corvane::host
