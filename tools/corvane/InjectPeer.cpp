@@ -2,6 +2,7 @@
 #include "InjectPeer.h"
 
 #include "EmitMessage.h"
+#include "InjectLimits.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -40,6 +41,10 @@ void check(int result, const char* what) {
     if (result < 0) {
         throw std::runtime_error(std::string(what) + ": " + textOf(-result));
     }
+}
+
+bool isDisconnect(int result) {
+    return result == -ECONNRESET || result == -EPIPE || result == -ENOTCONN;
 }
 
 int connectTo(const std::string& path) {
@@ -110,7 +115,17 @@ InjectPeer::InjectPeer(const std::string& path) {
     const int fd = connectTo(path);
     check(sd_bus_set_fd(made, fd, fd), failure);
     check(sd_bus_add_filter(made, nullptr, &InjectPeer::onMessage, this), failure);
-    check(sd_bus_start(made), failure);
+    int result = sd_bus_start(made);
+    while (result >= 0 && sd_bus_is_ready(made) == 0) {
+        result = sd_bus_process(made, nullptr);
+        result = result == 0 ? sd_bus_wait(made, UINT64_MAX) : result;
+    }
+    if (isDisconnect(result)) {
+        throw std::runtime_error("the daemon on " + path +
+                                 " refused the connection: it serves at " + "most " +
+                                 std::to_string(limits::mostPeers) + " peers at a time");
+    }
+    check(result, failure);
 }
 
 unsigned InjectPeer::emit(const Event& event, const Values& values) {

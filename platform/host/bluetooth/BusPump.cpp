@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace corvane::host {
@@ -38,10 +40,11 @@ BusPump::BusPump(BusPtr bus, std::function<void()> onLost)
     : m_bus(std::move(bus)),
       m_onLost(std::move(onLost)),
       m_fd(fcntl(sd_bus_get_fd(m_bus.get()), F_DUPFD_CLOEXEC, 0)) {
-    if (m_fd >= 0) {
-        m_handler = ecore_main_fd_handler_add(m_fd, flagsFor(POLLIN), &BusPump::onReady, this,
-                                              nullptr, nullptr);
+    if (m_fd < 0) {
+        throw std::system_error(errno, std::generic_category());
     }
+    m_handler = ecore_main_fd_handler_add(m_fd, flagsFor(POLLIN), &BusPump::onReady, this, nullptr,
+                                          nullptr);
     if (m_handler == nullptr) {
         close(m_fd);
         throw std::bad_alloc();

@@ -17,7 +17,8 @@ struct BusCloser {
 using BusPtr = std::unique_ptr<sd_bus, BusCloser>;
 
 /// Owner: the user of the connection, on the main thread, where everything happens.
-/// Errors: std::bad_alloc. What guard() kept leaves through the main loop.
+/// Errors: std::bad_alloc; std::system_error without a descriptor. What guard() kept leaves
+/// through the main loop.
 class BusPump {
 public:
     /// `bus` has been started. `onLost` is called by the main loop when the connection has

@@ -2,6 +2,8 @@
 #include "HostFixture.h"
 
 #include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 
 #include <chrono>
 #include <fstream>
@@ -59,6 +61,22 @@ std::string HostFixture::nextEvent(const std::string& event) {
     const auto line = nextLine(head);
     const auto rest = line.empty() ? line : line.substr(line.find(head) + head.size());
     return rest.starts_with(' ') ? rest.substr(1) : rest;
+}
+
+int HostFixture::connectPeer() const {
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    socket().string().copy(address.sun_path, sizeof address.sun_path - 1);
+    EXPECT_EQ(connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    return fd;
+}
+
+void HostFixture::expectServedAgain() const {
+    const auto limit = std::chrono::steady_clock::now() + ChildProcess::defaultLimit;
+    while (tool({"emit", "bt-adapter-state-changed"}).status != 0) {
+        ASSERT_LT(std::chrono::steady_clock::now(), limit);
+    }
 }
 
 ChildProcess::Result HostFixture::tool(const std::vector<std::string>& arguments) const {

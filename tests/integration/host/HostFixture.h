@@ -31,6 +31,12 @@ protected:
     /// The part of the next line of the event-log plugin for `event` behind its name.
     std::string nextEvent(const std::string& event);
 
+    /// A connection to the daemon's socket, over which nothing has been said yet.
+    int connectPeer() const;
+
+    /// Runs `corvane emit` until the daemon takes the event.
+    void expectServedAgain() const;
+
     /// Runs `corvane` with the daemon's socket.
     ChildProcess::Result tool(const std::vector<std::string>& arguments) const;
 

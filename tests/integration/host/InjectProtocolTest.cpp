@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <string>
@@ -44,15 +43,6 @@ protected:
     void expectAlive() {
         EXPECT_EQ(tool({"emit", "bt-adapter-state-changed"}).status, 0);
         EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=on");
-    }
-
-    int connectPeer() {
-        const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        socket().string().copy(address.sun_path, sizeof address.sun_path - 1);
-        EXPECT_EQ(connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-        return fd;
     }
 };
 

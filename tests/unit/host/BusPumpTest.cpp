@@ -48,8 +48,7 @@ protected:
         for (int i = 1; i <= count; ++i) {
             bytes += dbusCall(static_cast<std::uint32_t>(i), "Nothing", "", "");
         }
-        ASSERT_EQ(write(m_ends[1], bytes.data(), bytes.size()),
-                  static_cast<ssize_t>(bytes.size()));
+        ASSERT_EQ(write(m_ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
     }
 
     std::array<int, 2> m_ends{-1, -1};

@@ -1,6 +1,7 @@
 // Lets a developer make the platform's events.
 #include "InjectServer.h"
 
+#include "InjectLimits.h"
 #include "ValueText.h"
 
 #include <dlog.h>
@@ -89,13 +90,28 @@ InjectServer::~InjectServer() {
 }
 
 void InjectServer::acceptClient() {
-    const int peer = m_socket.accept();
-    if (peer < 0) {
-        return;
+    try {
+        const int peer = m_socket.accept();
+        if (peer < 0) {
+            return;
+        }
+        if (m_clients.size() == limits::mostPeers) {
+            close(peer);
+            refuse((std::to_string(limits::mostPeers) + " peers are served already").c_str());
+        } else if (auto bus = openServerBus(peer)) {
+            InjectPeers& peers = *this;
+            m_clients.push_back(std::make_unique<InjectClient>(std::move(bus), peers));
+            m_refuses = false;
+        }
+    } catch (const std::exception& error) {
+        refuse(error.what());
     }
-    if (auto bus = openServerBus(peer)) {
-        InjectPeers& peers = *this;
-        m_clients.push_back(std::make_unique<InjectClient>(std::move(bus), peers));
+}
+
+// Once, however many come.
+void InjectServer::refuse(const char* reason) {
+    if (!std::exchange(m_refuses, true)) {
+        dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "a peer is refused: %s", reason);
     }
 }
 

@@ -48,6 +48,7 @@ private:
     void onLost(InjectClient& client) override;
 
     void acceptClient();
+    void refuse(const char* reason);
     void answer(std::uint64_t id, unsigned called, const std::string& refusal);
     void tell(SlotChange change, const char* event, unsigned called);
     static void onSlotChange(void* self, SlotChange change, const char* event,
@@ -57,6 +58,7 @@ private:
     InjectInterface m_interface;
     MainLoopQueue m_queue;
     std::list<std::unique_ptr<InjectClient>> m_clients;
+    bool m_refuses = false;                    // the last peer was refused
     std::map<std::uint64_t, PutOff> m_putOff;  // calls, answered when a thread has delivered
     std::uint64_t m_nextId = 0;
     std::optional<DeliveryThreads> m_threads;

@@ -1,6 +1,7 @@
 // The Unix socket on which injection listens.
 #include "InjectSocket.h"
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -76,9 +77,13 @@ bool isOwnUser(int fd) {
     return getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
 }
 
+int openReserve() {
+    return open("/dev/null", O_RDONLY | O_CLOEXEC);
+}
+
 }  // namespace
 
-InjectSocket::InjectSocket(const std::string& path) : m_path(path), m_fd(-1) {
+InjectSocket::InjectSocket(const std::string& path) : m_path(path), m_fd(-1), m_reserve(-1) {
     const auto address = addressOf(path);
     createDirectory(path);
     removeStale(path, address);
@@ -93,15 +98,29 @@ InjectSocket::InjectSocket(const std::string& path) : m_path(path), m_fd(-1) {
         errno = error;
         failWithError(path, "it can't be listened to");
     }
+    m_reserve = openReserve();
 }
 
 InjectSocket::~InjectSocket() {
+    close(m_reserve);
     close(m_fd);
     unlink(m_path.c_str());
 }
 
+// A peer that is left waiting would wake the main loop again and again.
+void InjectSocket::turnAway() {
+    close(m_reserve);
+    close(accept4(m_fd, nullptr, nullptr, SOCK_CLOEXEC));
+    m_reserve = openReserve();
+}
+
 int InjectSocket::accept() {
     const int peer = accept4(m_fd, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+    if (peer < 0 && (errno == EMFILE || errno == ENFILE)) {
+        const int error = errno;
+        turnAway();
+        throw std::system_error(error, std::generic_category());
+    }
     if (peer >= 0 && !isOwnUser(peer)) {
         close(peer);
         return -1;

@@ -18,12 +18,16 @@ public:
 
     int fd() const { return m_fd; }
 
-    /// The next peer's connection, or -1. A peer of another user is turned away.
+    /// The next peer's connection, or -1. A peer of another user is turned away. Throws
+    /// std::system_error if there is no descriptor for the peer, which is turned away, too.
     int accept();
 
 private:
+    void turnAway();
+
     std::string m_path;
     int m_fd;
+    int m_reserve;  // given up to turn a peer away when there is no other descriptor
 };
 
 }  // namespace corvane::host
