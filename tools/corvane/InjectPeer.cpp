@@ -37,14 +37,14 @@ std::string textOf(int error) {
     return std::generic_category().message(error);
 }
 
+bool isDisconnect(int result) {
+    return result == -ECONNRESET || result == -EPIPE || result == -ENOTCONN;
+}
+
 void check(int result, const char* what) {
     if (result < 0) {
         throw std::runtime_error(std::string(what) + ": " + textOf(-result));
     }
-}
-
-bool isDisconnect(int result) {
-    return result == -ECONNRESET || result == -EPIPE || result == -ENOTCONN;
 }
 
 int connectTo(const std::string& path) {
@@ -76,6 +76,12 @@ MessagePtr call(sd_bus* bus, sd_bus_message* message) {
     sd_bus_message* received = nullptr;
     // A callback may take its time: no limit but the daemon's end.
     const int result = sd_bus_call(bus, message, UINT64_MAX, &error, &received);
+    if (isDisconnect(result)) {
+        sd_bus_error_free(&error);
+        throw std::runtime_error(
+            "the daemon has ended the connection: it ends itself, or the message has more than " +
+            std::to_string(limits::mostMessageBytes) + " bytes");
+    }
     if (result < 0) {
         const std::string text = error.message == nullptr ? textOf(-result) : error.message;
         sd_bus_error_free(&error);

@@ -1,16 +1,12 @@
 // Drives one D-Bus connection from the main loop.
 #include "BusPump.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <time.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <new>
-#include <system_error>
 #include <utility>
 
 namespace corvane::host {
@@ -36,24 +32,21 @@ double secondsUntil(std::uint64_t monotonicUsec) {
 
 }  // namespace
 
-BusPump::BusPump(BusPtr bus, std::function<void()> onLost)
+BusPump::BusPump(BusPtr bus, Descriptor fd, std::function<void()> onLost,
+                 std::function<bool()> feed)
     : m_bus(std::move(bus)),
       m_onLost(std::move(onLost)),
-      m_fd(fcntl(sd_bus_get_fd(m_bus.get()), F_DUPFD_CLOEXEC, 0)) {
-    if (m_fd < 0) {
-        throw std::system_error(errno, std::generic_category());
-    }
-    m_handler = ecore_main_fd_handler_add(m_fd, flagsFor(POLLIN), &BusPump::onReady, this, nullptr,
-                                          nullptr);
+      m_feed(std::move(feed)),
+      m_fd(std::move(fd)),
+      m_handler(ecore_main_fd_handler_add(m_fd.get(), flagsFor(POLLIN), &BusPump::onReady, this,
+                                          nullptr, nullptr)) {
     if (m_handler == nullptr) {
-        close(m_fd);
         throw std::bad_alloc();
     }
 }
 
 BusPump::~BusPump() {
     ecore_main_fd_handler_del(m_handler);
-    close(m_fd);
     if (m_timer != nullptr) {
         ecore_timer_del(m_timer);
     }
@@ -80,6 +73,9 @@ void BusPump::process() {
     int result = 1;
     for (int step = 0; step < stepsAtOnce && result > 0 && !m_kept; ++step) {
         result = sd_bus_process(m_bus.get(), nullptr);
+        if (result == 0 && m_feed && m_feed()) {
+            result = 1;
+        }
     }
     m_lost = result < 0;
     m_hasMore = result > 0;

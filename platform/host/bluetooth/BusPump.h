@@ -2,6 +2,8 @@
 // wake-up processes a bounded number of messages.
 #pragma once
 
+#include "Descriptor.h"
+
 #include <Ecore.h>
 #include <systemd/sd-bus.h>
 
@@ -17,18 +19,20 @@ struct BusCloser {
 using BusPtr = std::unique_ptr<sd_bus, BusCloser>;
 
 /// Owner: the user of the connection, on the main thread, where everything happens.
-/// Errors: std::bad_alloc; std::system_error without a descriptor. What guard() kept leaves
-/// through the main loop.
+/// Errors: std::bad_alloc. What guard() kept leaves through the main loop.
 class BusPump {
 public:
-    /// `bus` has been started. `onLost` is called by the main loop when the connection has
-    /// ended, and may destroy the pump.
-    BusPump(BusPtr bus, std::function<void()> onLost);
+    /// `bus` has been started; `fd` is a duplicate of its own. `onLost` is called by the main
+    /// loop when the connection has ended, and may destroy the pump. `feed`, if it isn't empty,
+    /// makes more input for a connection that has processed all it had, or returns false.
+    BusPump(BusPtr bus, Descriptor fd, std::function<void()> onLost,
+            std::function<bool()> feed = {});
     ~BusPump();
     BusPump(const BusPump&) = delete;
     BusPump& operator=(const BusPump&) = delete;
 
     sd_bus* bus() const { return m_bus.get(); }
+    int fd() const { return m_fd.get(); }
 
     /// Makes the main loop see to what was queued: after calls made outside a handler. No
     /// handler runs before the main loop does, so no event is lost on those who are still
@@ -55,7 +59,8 @@ private:
 
     BusPtr m_bus;
     std::function<void()> m_onLost;
-    int m_fd;  // one of our own: a connection that ends closes its own at once
+    std::function<bool()> m_feed;
+    Descriptor m_fd;  // one of our own: a connection that ends closes its own at once
     Ecore_Fd_Handler* m_handler = nullptr;
     Ecore_Timer* m_timer = nullptr;
     std::exception_ptr m_kept;

@@ -7,5 +7,6 @@
 namespace corvane::host::limits {
 
 inline constexpr std::size_t mostPeers = 64;
+inline constexpr std::size_t mostMessageBytes = 256 * 1024;
 
 }  // namespace corvane::host::limits

@@ -15,6 +15,7 @@ namespace {
 
 using corvane::host::BusPtr;
 using corvane::host::BusPump;
+using corvane::host::Descriptor;
 
 class BusPumpTest : public testing::Test {
 protected:
@@ -58,7 +59,7 @@ protected:
 TEST_F(BusPumpTest, TakesSomeMessagesAtAWakeUpAndAllInTheEnd) {
     constexpr int all = 300;
     sendCalls(all);
-    BusPump pump(openBus(), [] {});
+    BusPump pump(openBus(), Descriptor::duplicate(m_ends[0]), [] {});
     pump.rearm();
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (m_taken < all && std::chrono::steady_clock::now() < limit) {

@@ -64,7 +64,8 @@ void BluezClient::connect() {
         retryLater();
         return;
     }
-    m_pump = std::make_unique<BusPump>(BusPtr(bus), [this] { onLost(); });
+    m_pump = std::make_unique<BusPump>(BusPtr(bus), Descriptor::duplicate(sd_bus_get_fd(bus)),
+                                       [this] { onLost(); });
     m_peer.attach(m_pump.get());
     if (!watch()) {
         m_peer.attach(nullptr);

@@ -7,10 +7,11 @@
 
 #include <dlog.h>
 #include <sys/socket.h>
+#include <systemd/sd-id128.h>
 
 #include <cstdint>
 #include <exception>
-#include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace corvane::host {
@@ -31,16 +32,39 @@ constexpr sd_bus_vtable greeting[] = {
     SD_BUS_VTABLE_END,
 };
 
+void check(int result) {
+    if (result < 0) {
+        throw std::system_error(-result, std::generic_category());
+    }
+}
+
+// The server's end of a connection that reads from one descriptor and writes to another.
+BusPtr openServerBus(Descriptor input, Descriptor output) {
+    sd_bus* made = nullptr;
+    check(sd_bus_new(&made));
+    BusPtr bus(made);
+    check(sd_bus_set_fd(made, input.get(), output.get()));
+    input.release();
+    output.release();
+    sd_id128_t id;
+    check(sd_id128_randomize(&id));
+    check(sd_bus_set_server(made, 1, id));
+    check(sd_bus_negotiate_fds(made, 0));
+    check(sd_bus_start(made));
+    return bus;
+}
+
 }  // namespace
 
-InjectClient::InjectClient(BusPtr bus, InjectPeers& peers)
-    : m_peers(peers), m_pump(std::move(bus), [this] { m_peers.onLost(*this); }) {
-    if (sd_bus_add_object_vtable(m_pump.bus(), nullptr, injectPath, injectInterface,
-                                 peers.interface().vtable(), this) < 0 ||
-        sd_bus_add_object_vtable(m_pump.bus(), nullptr, "/org/freedesktop/DBus",
-                                 "org.freedesktop.DBus", greeting, nullptr) < 0) {
-        throw std::runtime_error("the D-Bus interface can't be offered");
-    }
+InjectClient::InjectClient(Descriptor peer, InjectPeers& peers)
+    : m_peers(peers),
+      m_pump{openServerBus(m_input.takeOutlet(), Descriptor::duplicate(peer.get())),
+             std::move(peer), [this] { m_peers.onLost(*this); },
+             [this] { return m_input.pass(m_pump.bus(), m_pump.fd()); }} {
+    check(sd_bus_add_object_vtable(m_pump.bus(), nullptr, injectPath, injectInterface,
+                                   peers.interface().vtable(), this));
+    check(sd_bus_add_object_vtable(m_pump.bus(), nullptr, "/org/freedesktop/DBus",
+                                   "org.freedesktop.DBus", greeting, nullptr));
     m_pump.rearm();
 }
 
@@ -108,7 +132,7 @@ void InjectClient::tell(SlotChange change, const char* event, unsigned called) {
         // The pump finds the end and has the peer removed; here it may be in the middle of a
         // call of that peer.
         dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "a watcher that doesn't read is disconnected");
-        shutdown(sd_bus_get_fd(bus), SHUT_RDWR);
+        shutdown(m_pump.fd(), SHUT_RDWR);
         m_watches = false;
         return;
     }

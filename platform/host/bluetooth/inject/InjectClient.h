@@ -3,6 +3,7 @@
 
 #include "BusPump.h"
 #include "InjectInterface.h"
+#include "PeerInput.h"
 #include "SlotObserver.h"
 #include "Values.h"
 
@@ -46,8 +47,8 @@ public:
 /// the main loop.
 class InjectClient {
 public:
-    /// Throws std::runtime_error if the interface can't be offered.
-    InjectClient(BusPtr bus, InjectPeers& peers);
+    /// `peer` is the connected socket. Throws std::system_error, std::bad_alloc.
+    InjectClient(Descriptor peer, InjectPeers& peers);
 
     int emit(sd_bus_message* message, sd_bus_error* error);
     int watch(sd_bus_message* message);
@@ -62,6 +63,7 @@ public:
 
 private:
     InjectPeers& m_peers;
+    PeerInput m_input;
     BusPump m_pump;
     bool m_watches = false;
 };

@@ -6,8 +6,6 @@
 
 #include <dlog.h>
 #include <systemd/sd-bus.h>
-#include <systemd/sd-id128.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <exception>
@@ -17,26 +15,6 @@
 namespace corvane::host {
 
 namespace {
-
-// The server's end of a connection; null if it can't be had. Takes over `fd`.
-BusPtr openServerBus(int fd) {
-    sd_bus* made = nullptr;
-    if (sd_bus_new(&made) < 0) {
-        close(fd);
-        return nullptr;
-    }
-    BusPtr bus(made);
-    if (sd_bus_set_fd(made, fd, fd) < 0) {
-        close(fd);
-        return nullptr;
-    }
-    sd_id128_t id;
-    if (sd_id128_randomize(&id) < 0 || sd_bus_set_server(made, 1, id) < 0 ||
-        sd_bus_start(made) < 0) {
-        return nullptr;
-    }
-    return bus;
-}
 
 int onEvent(sd_bus_message* message, void* client, sd_bus_error* error) {
     return static_cast<InjectClient*>(client)->emit(message, error);
@@ -91,16 +69,15 @@ InjectServer::~InjectServer() {
 
 void InjectServer::acceptClient() {
     try {
-        const int peer = m_socket.accept();
-        if (peer < 0) {
+        Descriptor peer(m_socket.accept());
+        if (peer.get() < 0) {
             return;
         }
         if (m_clients.size() == limits::mostPeers) {
-            close(peer);
             refuse((std::to_string(limits::mostPeers) + " peers are served already").c_str());
-        } else if (auto bus = openServerBus(peer)) {
+        } else {
             InjectPeers& peers = *this;
-            m_clients.push_back(std::make_unique<InjectClient>(std::move(bus), peers));
+            m_clients.push_back(std::make_unique<InjectClient>(std::move(peer), peers));
             m_refuses = false;
         }
     } catch (const std::exception& error) {
