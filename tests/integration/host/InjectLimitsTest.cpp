@@ -3,10 +3,12 @@
 #include "HostFixture.h"
 #include "InjectLimits.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -72,6 +74,22 @@ protected:
         }
         EXPECT_TRUE(size == 0 || errno == ECONNRESET) << "the connection doesn't end";
         return received;
+    }
+
+    // The first `count` messages the daemon sends a peer; what has come is kept in `received`.
+    static std::vector<DBusMessage> receive(int peer, std::size_t count, std::string& received) {
+        std::array<char, 4096> buffer{};
+        auto messages = dbusMessages(received);
+        while (!messages || messages->size() < count) {
+            const ssize_t size = recv(peer, buffer.data(), buffer.size(), 0);
+            if (size <= 0) {
+                ADD_FAILURE() << "nothing comes";
+                return {};
+            }
+            received.append(buffer.data(), static_cast<std::size_t>(size));
+            messages = dbusMessages(received);
+        }
+        return *messages;
     }
 
     // An event whose message has so many bytes.
@@ -152,6 +170,48 @@ TEST_F(InjectLimitsTest, RefusesToPassDescriptors) {
     const int peer = peerThatSent(greeting);
     shutdown(peer, SHUT_WR);
     EXPECT_THAT(receiveAll(peer), testing::EndsWith("\r\nERROR\r\n"));
+}
+
+TEST_F(InjectLimitsTest, DisconnectsAPeerThatDoesNotReadItsAnswers) {
+    startDaemon(THROWING_PLUGIN);
+    const int peer = peerThatSent(dbusGreeting());
+    std::string calls;
+    for (std::uint32_t serial = 1; serial <= 100; ++serial) {
+        calls += dbusCall(serial, "BtAvrcpVolumeNotify", "", "");
+    }
+    // Far more than the sockets hold.
+    int sent = 0;
+    while (sent < 100000 && send(peer, calls.data(), calls.size(), MSG_NOSIGNAL) > 0) {
+        sent += 100;
+    }
+    EXPECT_LT(sent, 100000);
+    nextLine("INJECT: a peer that doesn't read its answers is disconnected");
+    EXPECT_EQ(tool({"emit", "bt-avrcp-volume-notify"}).status, 0);
+}
+
+TEST_F(InjectLimitsTest, RefusesAnEventWhenTooManyWaitForItsThread) {
+    const std::string fifo = directory() / "fifo";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    auto environment = withSettings("[inject]\nthreads = 1\n");
+    environment["CORVANE_TEST_FIFO"] = fifo;
+    startDaemon(DIRECTED_PLUGIN, environment);
+    const std::string name("\4\0\0\0wait\0", 9);
+    const int peer = peerThatSent(dbusGreeting() + dbusCall(1, "BtAdapterNameChanged", "s", name));
+    nextLine("DIRECTED: waiting");
+    std::string calls;
+    constexpr std::uint32_t last = limits::mostWaitingEvents + 2;
+    for (std::uint32_t serial = 2; serial <= last; ++serial) {
+        calls += dbusCall(serial, "BtAvrcpVolumeNotify", "", "");
+    }
+    ASSERT_GT(send(peer, calls.data(), calls.size(), MSG_NOSIGNAL), 0);
+    std::string received;
+    const auto refused = receive(peer, 1, received);
+    ASSERT_EQ(refused.size(), 1U);
+    EXPECT_EQ(refused[0].errorName, "org.freedesktop.DBus.Error.LimitsExceeded");
+    EXPECT_THAT(refused[0].body, HasSubstr("64 events wait for their thread already"));
+    EXPECT_EQ(refused[0].replySerial, last);
+    close(open(fifo.c_str(), O_WRONLY));
+    EXPECT_EQ(receive(peer, last, received).size(), last);
 }
 
 }  // namespace

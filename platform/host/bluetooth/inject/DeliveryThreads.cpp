@@ -1,6 +1,8 @@
 // Threads that deliver injected events.
 #include "DeliveryThreads.h"
 
+#include "InjectLimits.h"
+
 #include <signal.h>
 
 #include <utility>
@@ -43,12 +45,16 @@ void DeliveryThreads::stop() {
     }
 }
 
-void DeliveryThreads::post(std::function<void()> job) {
+bool DeliveryThreads::post(std::function<void()> job) {
     auto& worker = *m_workers[m_next];
-    m_next = (m_next + 1) % m_workers.size();
     const std::lock_guard lock(worker.mutex);
+    if (worker.jobs.size() == limits::mostWaitingEvents) {
+        return false;
+    }
+    m_next = (m_next + 1) % m_workers.size();
     worker.jobs.push_back(std::move(job));
     worker.changed.notify_one();
+    return true;
 }
 
 void DeliveryThreads::Worker::run() {

@@ -24,8 +24,9 @@ public:
     DeliveryThreads(const DeliveryThreads&) = delete;
     DeliveryThreads& operator=(const DeliveryThreads&) = delete;
 
-    /// The threads take turns. Each runs its own jobs in order.
-    void post(std::function<void()> job);
+    /// The threads take turns. Each runs its own jobs in order. Returns false if too many wait
+    /// for the thread whose turn it is.
+    bool post(std::function<void()> job);
 
 private:
     struct Worker {

@@ -1,6 +1,7 @@
 // One peer connected to injection.
 #include "InjectClient.h"
 
+#include "InjectLimits.h"
 #include "MessageValues.h"
 #include "Slots.h"
 #include "ValueText.h"
@@ -17,9 +18,6 @@
 namespace corvane::host {
 
 namespace {
-
-// More signals than anybody who reads leaves behind.
-constexpr std::uint64_t mostUnread = 4096;
 
 // The tools that talk to a bus greet it first; here they find somebody to greet.
 int onHello(sd_bus_message* message, void*, sd_bus_error*) {
@@ -59,13 +57,34 @@ BusPtr openServerBus(Descriptor input, Descriptor output) {
 InjectClient::InjectClient(Descriptor peer, InjectPeers& peers)
     : m_peers(peers),
       m_pump{openServerBus(m_input.takeOutlet(), Descriptor::duplicate(peer.get())),
-             std::move(peer), [this] { m_peers.onLost(*this); },
-             [this] { return m_input.pass(m_pump.bus(), m_pump.fd()); }} {
+             std::move(peer), [this] { m_peers.onLost(*this); }, [this] { return feed(); }} {
     check(sd_bus_add_object_vtable(m_pump.bus(), nullptr, injectPath, injectInterface,
                                    peers.interface().vtable(), this));
     check(sd_bus_add_object_vtable(m_pump.bus(), nullptr, "/org/freedesktop/DBus",
                                    "org.freedesktop.DBus", greeting, nullptr));
     m_pump.rearm();
+}
+
+bool InjectClient::feed() {
+    if (!m_isDisconnected && leavesUnread()) {
+        disconnect("a peer that doesn't read its answers is disconnected");
+    }
+    return m_input.pass(m_pump.bus(), m_pump.fd());
+}
+
+bool InjectClient::leavesUnread() const {
+    std::uint64_t unread = 0;
+    const auto most = m_watches ? limits::mostUnreadSignals : limits::mostUnreadAnswers;
+    return sd_bus_get_n_queued_write(m_pump.bus(), &unread) < 0 || unread > most;
+}
+
+// The pump finds the end and has the peer removed: here it may be in the middle of a call of that
+// peer.
+void InjectClient::disconnect(const char* reason) {
+    dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "%s", reason);
+    shutdown(m_pump.fd(), SHUT_RDWR);
+    m_isDisconnected = true;
+    m_watches = false;
 }
 
 int InjectClient::emit(sd_bus_message* message, sd_bus_error* error) {
@@ -127,13 +146,8 @@ void InjectClient::tell(SlotChange change, const char* event, unsigned called) {
         return;
     }
     auto* const bus = m_pump.bus();
-    std::uint64_t unread = 0;
-    if (sd_bus_get_n_queued_write(bus, &unread) < 0 || unread > mostUnread) {
-        // The pump finds the end and has the peer removed; here it may be in the middle of a
-        // call of that peer.
-        dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "a watcher that doesn't read is disconnected");
-        shutdown(m_pump.fd(), SHUT_RDWR);
-        m_watches = false;
+    if (leavesUnread()) {
+        disconnect("a watcher that doesn't read is disconnected");
         return;
     }
     if (change == SlotChange::Delivered) {

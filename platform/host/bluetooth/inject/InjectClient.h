@@ -44,7 +44,7 @@ public:
 };
 
 /// Owner: InjectServer. Threads: main thread. Errors: what a callback throws leaves through
-/// the main loop.
+/// the main loop. A peer that doesn't read what it is sent is disconnected.
 class InjectClient {
 public:
     /// `peer` is the connected socket. Throws std::system_error, std::bad_alloc.
@@ -62,10 +62,15 @@ public:
     void tell(SlotChange change, const char* event, unsigned called);
 
 private:
+    bool feed();
+    bool leavesUnread() const;
+    void disconnect(const char* reason);
+
     InjectPeers& m_peers;
     PeerInput m_input;
     BusPump m_pump;
     bool m_watches = false;
+    bool m_isDisconnected = false;
 };
 
 }  // namespace corvane::host

@@ -100,11 +100,17 @@ bool InjectServer::deliverElsewhere(InjectClient& client, sd_bus_message* call,
     // The threads know the call by its number only: messages are the main thread's.
     const auto id = m_nextId++;
     m_putOff.emplace(id, PutOff{&client, MessagePtr(sd_bus_message_ref(call))});
-    m_threads->post([this, id, &method, values] {
+    const bool isPosted = m_threads->post([this, id, &method, values] {
         std::string refusal;
         const unsigned called = deliverOrEnd(method, values, refusal);
         m_queue.push([this, id, called, refusal] { answer(id, called, refusal); });
     });
+    if (!isPosted) {
+        m_putOff.erase(id);
+        sd_bus_reply_method_errorf(call, SD_BUS_ERROR_LIMITS_EXCEEDED,
+                                   "%zu events wait for their thread already",
+                                   limits::mostWaitingEvents);
+    }
     return true;
 }
 
