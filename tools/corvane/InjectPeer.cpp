@@ -64,6 +64,17 @@ int connectTo(const std::string& path) {
     return fd;
 }
 
+// Others may have put a socket of their own in the daemon's place.
+void requireOwnUser(int fd, const std::string& path) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.uid != geteuid()) {
+        throw std::runtime_error(path + " belongs to a process of user " +
+                                 std::to_string(peer.uid) + "; only a daemon of user " +
+                                 std::to_string(geteuid()) + " is talked to");
+    }
+}
+
 MessagePtr newCall(sd_bus* bus, const char* method) {
     sd_bus_message* made = nullptr;
     check(sd_bus_message_new_method_call(bus, &made, nullptr, objectPath, interfaceName, method),
@@ -120,6 +131,7 @@ InjectPeer::InjectPeer(const std::string& path) {
     m_bus.reset(made);
     const int fd = connectTo(path);
     check(sd_bus_set_fd(made, fd, fd), failure);
+    requireOwnUser(fd, path);
     check(sd_bus_add_filter(made, nullptr, &InjectPeer::onMessage, this), failure);
     int result = sd_bus_start(made);
     while (result >= 0 && sd_bus_is_ready(made) == 0) {

@@ -22,8 +22,8 @@ int main(int argc, char** argv) {
     app.failure_message(CLI::FailureMessage::help);
     app.footer(
         "Start the daemon with a socket for injection, then make events:\n"
-        "  CORVANE_INJECT_SOCKET=/tmp/inject.sock corvaned &\n"
-        "  corvane --socket /tmp/inject.sock emit bt-adapter-state-changed state=off");
+        "  CORVANE_INJECT_SOCKET=/tmp/corvane/inject.sock corvaned &\n"
+        "  corvane --socket /tmp/corvane/inject.sock emit bt-adapter-state-changed state=off");
     std::string socket;
     app.add_option("--socket", socket,
                    "Socket of the daemon; else CORVANE_INJECT_SOCKET, else\n"

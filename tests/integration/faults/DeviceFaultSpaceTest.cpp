@@ -31,7 +31,7 @@ protected:
             (small / "log").string() + "\n[inject]\nsocket = small/inject\n");
         m_sandbox.setEnvironment("CORVANE_INJECT_SOCKET", "");
         const auto starter =
-            starterWithMounts("mount -t tmpfs -o " + options + " none small; " + script);
+            starterWithMounts("mount -t tmpfs -o mode=0700," + options + " none small; " + script);
         m_sandbox.setStarter(starter);
         return !starter.empty();
     }

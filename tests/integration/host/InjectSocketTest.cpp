@@ -1,8 +1,13 @@
 // The socket of injection: when it is there, and what is in its way.
 #include "HostFixture.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -23,6 +28,22 @@ protected:
                 home,
                 {{"CORVANE_INJECT_SOCKET", path},
                  {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"}}};
+    }
+
+    // The directory of the socket.
+    void makeDirectory(unsigned mode) const {
+        fs::create_directory(socket().parent_path());
+        fs::permissions(socket().parent_path(), fs::perms(mode));
+    }
+
+    // A socket in the daemon's place.
+    int bindSocket() const {
+        const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        socket().string().copy(address.sun_path, sizeof address.sun_path - 1);
+        EXPECT_EQ(bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        return fd;
     }
 
     // What a daemon says about a socket it can't have; it runs all the same.
@@ -76,6 +97,88 @@ TEST_F(InjectSocketTest, CannotHaveALongPath) {
 TEST_F(InjectSocketTest, CannotBeInADirectoryThatCannotBeMade) {
     EXPECT_THAT(complaintAbout("/proc/corvane/inject.sock"),
                 HasSubstr("its directory can't be created"));
+}
+
+TEST_F(InjectSocketTest, CannotBeInADirectoryThatOthersMayWriteTo) {
+    for (const unsigned mode : {0770U, 0702U, 01777U}) {
+        makeDirectory(mode);
+        EXPECT_THAT(complaintAbout(socket()),
+                    HasSubstr(socket().string() + ": others may write to its directory"));
+        EXPECT_TRUE(fs::is_empty(socket().parent_path()));
+    }
+}
+
+TEST_F(InjectSocketTest, CannotBeInADirectoryOfAnotherUser) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a directory away";
+    }
+    makeDirectory(0755);
+    ASSERT_EQ(chown(socket().parent_path().c_str(), 65534, 65534), 0);
+    EXPECT_THAT(complaintAbout(socket()),
+                HasSubstr(": its directory belongs to user 65534, not to user 0"));
+}
+
+TEST_F(InjectSocketTest, CannotBeInADirectoryBehindALink) {
+    fs::create_directory(directory() / "elsewhere");
+    fs::create_directory_symlink("elsewhere", socket().parent_path());
+    EXPECT_THAT(complaintAbout(socket()), HasSubstr(": its directory is a link"));
+}
+
+TEST_F(InjectSocketTest, StaysIfItIsAnotherThanTheDaemonMade) {
+    startDaemon();
+    fs::remove(socket());
+    const int other = bindSocket();
+    EXPECT_EQ(m_daemon->terminate(), 0);
+    EXPECT_TRUE(fs::exists(socket()));
+    close(other);
+}
+
+// What a second daemon sees when the first has made the socket and doesn't listen yet.
+TEST_F(InjectSocketTest, LeavesTheOneOfADaemonThatIsStartingAlone) {
+    makeDirectory(0700);
+    const int lock =
+        open((socket().string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(flock(lock, LOCK_EX), 0);
+    const int other = bindSocket();
+    EXPECT_THAT(complaintAbout(socket()),
+                HasSubstr(socket().string() + ": another process listens there"));
+    EXPECT_EQ(listen(other, 1), 0);
+    close(connectPeer());
+    close(other);
+    close(lock);
+}
+
+TEST_F(InjectSocketTest, GoesToOneOfTwoDaemonsThatStartAtOnce) {
+    makeDirectory(0700);
+    close(bindSocket());  // left behind
+    ChildProcess first(secondDaemon(socket()));
+    ChildProcess second(secondDaemon(socket()));
+    ASSERT_TRUE(first.waitForLine("loadPlugins"));
+    ASSERT_TRUE(second.waitForLine("loadPlugins"));
+    EXPECT_EQ(tool({"emit", "bt-adapter-state-changed"}).status, 0);
+    EXPECT_EQ(first.terminate(), 0);
+    EXPECT_EQ(second.terminate(), 0);
+    const auto complains = [](const ChildProcess& daemon) {
+        return daemon.errors().find(": another process listens there") != std::string::npos;
+    };
+    EXPECT_NE(complains(first), complains(second));
+}
+
+TEST_F(InjectSocketTest, ToolRefusesTheProcessOfAnotherUser) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can become another user";
+    }
+    makeDirectory(0755);
+    const int other = bindSocket();
+    ASSERT_EQ(seteuid(65534), 0);
+    EXPECT_EQ(listen(other, 1), 0);
+    ASSERT_EQ(seteuid(0), 0);
+    const auto result = tool({"emit", "bt-adapter-state-changed"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.errors, "corvane: " + socket().string() +
+                                 " belongs to a process of user 65534; only a daemon of user 0 is "
+                                 "talked to\n");
+    close(other);
 }
 
 TEST_F(InjectSocketTest, IsNotThereUnlessAskedFor) {

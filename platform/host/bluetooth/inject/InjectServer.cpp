@@ -69,7 +69,7 @@ InjectServer::~InjectServer() {
 
 void InjectServer::acceptClient() {
     try {
-        Descriptor peer(m_socket.accept());
+        auto peer = m_socket.accept();
         if (peer.get() < 0) {
             return;
         }
