@@ -41,6 +41,23 @@ build_preset() {
     quietly cmake --build --preset "$preset"
 }
 
+# socket_directory: the directory for the daemon's socket, created if there is none: in
+# XDG_RUNTIME_DIR or /run if it can be had there, else in TMPDIR or /tmp.
+socket_directory() {
+    local directory
+    for directory in "${XDG_RUNTIME_DIR:-/run}/corvane" "${TMPDIR:-/tmp}/corvane-$(id -u)"; do
+        mkdir -m 700 "$directory" 2>/dev/null || true
+        # As the daemon wants it: nobody else can put another socket there.
+        if [ -d "$directory" ] && [ ! -L "$directory" ] && [ -O "$directory" ] &&
+            [ -w "$directory" ] && [ -z "$(find "$directory" -maxdepth 0 -perm /022)" ]; then
+            echo "$directory"
+            return
+        fi
+    done
+    echo "$directory is not a directory that only you may write to" >&2
+    return 1
+}
+
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libefl-all-dev libsystemd-dev libcli11-dev
                 nlohmann-json3-dev libinih-dev libpulse-dev libelf-dev libdw-dev)
 TEST_PACKAGES=(libgtest-dev libgmock-dev dbus python3-dbusmock python3-gi systemd libglib2.0-bin
