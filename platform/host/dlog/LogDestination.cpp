@@ -31,9 +31,11 @@ LogDestination standardError() {
     return {false, isOpen ? STDERR_FILENO : -1};
 }
 
-// Never one of the first three descriptors, where others would write.
+// Never one of the first three descriptors, where others would write. A link may lead to any file
+// this process can write. A pipe or a device must not be waited for.
 int openFile(const std::string& path) {
-    const int fd = open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0640);
+    constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NOFOLLOW;
+    const int fd = open(path.c_str(), flags | O_NONBLOCK, 0640);
     if (fd < 0 || fd > STDERR_FILENO) {
         return fd;
     }
@@ -80,8 +82,9 @@ LogDestination openLogDestination(const Settings& settings, std::vector<std::str
             } else if (const int fd = openFile(settings.log.file); fd >= 0) {
                 return {false, fd, bufferOf(fd, settings.log.flush)};
             } else {
-                complaints.push_back("the log can't go to " + settings.log.file + ": " +
-                                     std::generic_category().message(errno));
+                complaints.push_back(
+                    "the log can't go to " + settings.log.file + ": " +
+                    (errno == ELOOP ? "it is a link" : std::generic_category().message(errno)));
             }
             break;
     }

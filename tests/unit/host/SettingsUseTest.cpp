@@ -2,9 +2,13 @@
 #include "ChildProcess.h"
 #include "SettingsFixture.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -61,6 +65,36 @@ TEST_F(SettingsUseTest, AFileThatCannotBeOpenedIsReportedAndTheStandardErrorTake
                              "E SETTINGS: the log can't go to /nonexistent/log: No such file or "
                              "directory\n" +
                              lineStart + "E TEST: priority 6\n"));
+}
+
+TEST_F(SettingsUseTest, AFileBehindALinkIsNotWritten) {
+    const auto target = directory() / "target";
+    std::ofstream(target) << "kept\n";
+    std::filesystem::create_symlink(target, logFile());
+    write("[log]\noutput = file\nlevel = error\nfile = " + logFile() + '\n');
+    EXPECT_THAT(run().errors,
+                HasSubstr("E SETTINGS: the log can't go to " + logFile() + ": it is a link\n"));
+    EXPECT_EQ(logged(), "kept\n");
+}
+
+TEST_F(SettingsUseTest, APipeThatNobodyReadsDoesNotHangTheStart) {
+    ASSERT_EQ(mkfifo(logFile().c_str(), 0600), 0);
+    write("[log]\noutput = file\nlevel = error\nfile = " + logFile() + '\n');
+    const auto result = run();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.errors, HasSubstr("E SETTINGS: the log can't go to " + logFile() +
+                                         ": No such device or address\n"));
+}
+
+TEST_F(SettingsUseTest, APipeThatIsFullDoesNotHangTheProgram) {
+    ASSERT_EQ(mkfifo(logFile().c_str(), 0600), 0);
+    const int reader = open(logFile().c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    const std::string page(4096, 'x');
+    while (::write(reader, page.data(), page.size()) > 0) {
+    }
+    write("[log]\noutput = file\nfile = " + logFile() + '\n');
+    EXPECT_EQ(run().status, 0);
+    close(reader);
 }
 
 TEST_F(SettingsUseTest, AFileThatIsNotGivenIsReported) {
