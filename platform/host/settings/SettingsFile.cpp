@@ -3,6 +3,7 @@
 // first bad line only.
 #include "SettingsFile.h"
 
+#include "FileText.h"
 #include "SettingsKeys.h"
 
 #include <ini.h>
@@ -10,8 +11,8 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <fstream>
 #include <optional>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -21,10 +22,8 @@ namespace {
 
 class SettingsReader {
 public:
-    SettingsReader(Settings& settings, const std::string& path)
-        : m_settings(settings), m_path(path), m_file(path) {}
-
-    bool isOpen() const { return m_file.is_open(); }
+    SettingsReader(Settings& settings, const std::string& path, const std::string& text)
+        : m_settings(settings), m_path(path), m_file(text) {}
 
     void read() {
         ini_parse_stream(
@@ -38,9 +37,6 @@ public:
                 return 1;
             },
             this);
-        if (m_file.bad()) {
-            m_settings.complaints.push_back(m_path + ": can't be read to its end");
-        }
     }
 
 private:
@@ -92,7 +88,7 @@ private:
 
     Settings& m_settings;
     const std::string& m_path;
-    std::ifstream m_file;
+    std::istringstream m_file;
     std::size_t m_number = 0;
     bool m_pending = false;  // the line at work means something, but hasn't been taken
     std::optional<std::string> m_unknownSection;
@@ -101,12 +97,22 @@ private:
 }  // namespace
 
 void readSettingsFile(Settings& settings, const std::string& path, AbsentFile absent) {
-    SettingsReader reader(settings, path);
-    if (reader.isOpen()) {
-        reader.read();
-    } else if (const int error = errno; absent == AbsentFile::reported || error != ENOENT) {
-        settings.complaints.push_back(path + ": " + std::generic_category().message(error) +
-                                      "; every setting has its default");
+    const auto file = readFileText(path);
+    auto& complaints = settings.complaints;
+    if (file.openError != 0) {
+        if (absent == AbsentFile::reported || file.openError != ENOENT) {
+            complaints.push_back(path + ": " + std::generic_category().message(file.openError) +
+                                 "; every setting has its default");
+        }
+        return;
+    }
+    SettingsReader(settings, path, file.text).read();
+    if (file.isBroken) {
+        complaints.push_back(path + ": can't be read to its end");
+    }
+    if (file.isCut) {
+        complaints.push_back(path + ": has more than " + std::to_string(mostFileBytes) +
+                             " bytes; what is behind is not read");
     }
 }
 

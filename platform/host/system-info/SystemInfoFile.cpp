@@ -1,11 +1,13 @@
 // Reads the file with the machine's named integers.
 #include "SystemInfoFile.h"
 
+#include "FileText.h"
+
 #include <dlog.h>
 
 #include <charconv>
 #include <cstddef>
-#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -58,10 +60,16 @@ std::optional<Entry> parseLine(std::string_view line) {
 }  // namespace
 
 std::optional<int> readSystemInfo(const std::string& path, std::string_view key) {
-    std::ifstream file(path);
+    const auto file = readFileText(path);
+    if (file.isCut) {
+        dlog_print(DLOG_PRIORITY_ERROR, "SYSTEM_INFO",
+                   "%s: has more than %zu bytes; what is behind is not read", path.c_str(),
+                   mostFileBytes);
+    }
+    std::istringstream lines(file.text);
     std::optional<int> found;
     std::string line;
-    for (std::size_t number = 1; std::getline(file, line); ++number) {
+    for (std::size_t number = 1; std::getline(lines, line); ++number) {
         try {
             const auto entry = parseLine(line);
             if (entry && entry->key == key) {

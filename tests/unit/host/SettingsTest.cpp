@@ -126,6 +126,19 @@ TEST_F(SettingsTest, ReportAFileThatCannotBeRead) {
     EXPECT_THAT(read().complaints, ElementsAre("/tmp: can't be read to its end"));
 }
 
+TEST_F(SettingsTest, ReadNoMoreThanAMebibyteOfAFile) {
+    write("[log]\nfile = /" + std::string(1 << 20, 'x') + "\nlevel = error\n");
+    EXPECT_THAT(read().complaints,
+                ElementsAre(path() + ": has more than 1048576 bytes; what is behind is not read"));
+    EXPECT_EQ(read().log.level, 0);
+}
+
+TEST_F(SettingsTest, EndWhereTheFileHasNoEnd) {
+    setenv("CORVANE_PLATFORM_CONF", "/dev/zero", 1);
+    EXPECT_THAT(read().complaints,
+                ElementsAre("/dev/zero: has more than 1048576 bytes; what is behind is not read"));
+}
+
 TEST_F(SettingsTest, LetTheEnvironmentGoFirst) {
     write("[log]\nlevel = error\n[inject]\nsocket = /file\n");
     setenv("CORVANE_LOG_LEVEL", "4", 1);

@@ -90,6 +90,15 @@ TEST_F(SystemInfoTest, ReportsBadLinesAndUsesTheOthers) {
     EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 5);
 }
 
+TEST_F(SystemInfoTest, ReadsNoMoreThanAMebibyte) {
+    write("first = 1\n" + std::string(1 << 20, '#') + "\nlast = 2\n");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(ask("first"), 1);
+    EXPECT_EQ(ask("last"), -1);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                HasSubstr(path() + ": has more than 1048576 bytes; what is behind is not read\n"));
+}
+
 TEST_F(SystemInfoTest, RefusesNullPointers) {
     int value = 0;
     EXPECT_LT(system_info_get_custom_int(nullptr, &value), 0);
