@@ -5,11 +5,11 @@
 #include "Settings.h"
 
 #include <fcntl.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <system_error>
 
 namespace corvane::host {
@@ -19,7 +19,7 @@ namespace {
 // The service manager names the stream it gave to a service as standard error, which may
 // have been replaced since.
 bool standardErrorLeadsToJournal() {
-    const char* const stream = std::getenv("JOURNAL_STREAM");
+    const char* const stream = secure_getenv("JOURNAL_STREAM");
     struct stat status {};
     return stream != nullptr && fstat(STDERR_FILENO, &status) == 0 &&
            stream == std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino);

@@ -4,14 +4,16 @@
 #include "SettingsFile.h"
 #include "SettingsKeys.h"
 
-#include <cstdlib>
+#include <stdlib.h>
+
+#include <string>
 
 namespace corvane::host {
 
 namespace {
 
 const char* variable(const char* name) {
-    const char* const value = std::getenv(name);
+    const char* const value = secure_getenv(name);
     return value == nullptr || *value == '\0' ? nullptr : value;
 }
 

@@ -4,17 +4,17 @@
 #include "Settings.h"
 #include "SystemInfoFile.h"
 
+#include <stdlib.h>
 #include <system_info.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <exception>
 #include <optional>
 
 namespace {
 
 std::optional<int> find(const char* key) {
-    if (const char* const path = std::getenv("CORVANE_SYSTEM_INFO")) {
+    if (const char* const path = secure_getenv("CORVANE_SYSTEM_INFO")) {
         if (const auto found = corvane::host::readSystemInfo(path, key)) {
             return found;
         }

@@ -121,6 +121,26 @@ TEST_F(SettingsUseTest, ComplaintsAreMadeOnceAtAnyLevel) {
                                      lineStart + "E TEST: priority 6\n"));
 }
 
+// Such a program runs with rights that whoever starts it, and sets its environment, hasn't got.
+TEST_F(SettingsUseTest, TheEnvironmentIsIgnoredByAProgramThatChangesItsRights) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a program to another group";
+    }
+    const auto program = directory() / "program";
+    std::filesystem::copy_file(SETTINGS_PROGRAM, program);
+    ASSERT_EQ(chown(program.c_str(), 0, 65534), 0);
+    ASSERT_EQ(chmod(program.c_str(), 02755), 0);
+    write("[system-info]\nsettings = 1\n");
+    const auto info = (directory() / "info").string();
+    std::ofstream(info) << "file = 2\n";
+    const auto result =
+        ChildProcess::run({{program, "settings", "file"},
+                           {},
+                           {{"CORVANE_SYSTEM_INFO", info}, {"CORVANE_LOG_LEVEL", "error"}}});
+    EXPECT_EQ(result.output, "no settings\nno file\n");
+    EXPECT_THAT(result.errors, HasSubstr("I TEST: priority 4\n"));
+}
+
 TEST_F(SettingsUseTest, SystemInformationComesFromTheSettings) {
     write("[system-info]\ncom.example/a.b = 4\nother = -1\n");
     EXPECT_EQ(run({"com.example/a.b", "other", "third"}).output,
