@@ -2,6 +2,7 @@
 //     12:34:56.789 4711 I TAG: text
 // Time is local, the number is the thread's, the letter is the priority's (D, I, W, E).
 // Control characters in the line become spaces, so no record can pass for two.
+#include "Controls.h"
 #include "FormatText.h"
 #include "LineHead.h"
 #include "LogBuffer.h"
@@ -18,9 +19,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <memory>
 #include <string_view>
@@ -28,32 +27,6 @@
 namespace corvane::host {
 
 namespace {
-
-bool isControl(char c) {
-    return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f';
-}
-
-// Whether there may be one among them: a tab is taken for one. Eight at a time, the last eight
-// perhaps once more.
-bool mayHaveControls(const char* text, std::size_t size) {
-    constexpr std::uint64_t each = 0x0101010101010101;
-    if (size < sizeof each) {
-        return std::any_of(text, text + size, isControl);
-    }
-    std::uint64_t found = 0;
-    const auto look = [&found](const char* at) {
-        std::uint64_t word;
-        std::memcpy(&word, at, sizeof word);
-        const std::uint64_t deleted = word ^ each * 0x7f;
-        found |= ((word - each * ' ') & ~word) | ((deleted - each) & ~deleted);
-    };
-    const char* const last = text + size - sizeof each;
-    for (; text < last; text += sizeof each) {
-        look(text);
-    }
-    look(last);
-    return (found & each * 0x80) != 0;
-}
 
 int writeTo(const LogDestination& destination, int priority, const char* line, std::size_t size) {
     return destination.buffer == nullptr
@@ -69,17 +42,16 @@ struct Parts {
 
 // The parts are followed by the text, and that by a byte of no meaning.
 int writeRecord(const LogDestination& destination, int priority, const char* tag, char* line,
-                const Parts& parts, std::size_t textSize) {
+                const Parts& parts, std::size_t textSize, const LogPlace& place) {
     char* const text = line + parts.head;
     if (textSize > 0 && text[textSize - 1] == '\n') {
         --textSize;
     }
     if (destination.journal) {
-        return sendToJournal(priority, tag, {text, textSize});
+        replaceControls(text, textSize, NewLines::kept);
+        return sendToJournal(priority, tag, {text, textSize}, place);
     }
-    if (mayHaveControls(line + parts.start, parts.head - parts.start + textSize)) {
-        std::replace_if(line + parts.start, text + textSize, isControl, ' ');
-    }
+    replaceControls(line + parts.start, parts.head - parts.start + textSize, NewLines::replaced);
     text[textSize] = '\n';
     return writeTo(destination, priority, line, parts.head + textSize + 1);
 }
@@ -90,11 +62,26 @@ void addTag(char* at, std::string_view tag) {
     at[1] = ' ';
 }
 
+// The place in the source that the daemon's log header puts in front of its lines.
+LogPlace placeOf(std::string_view format, va_list arguments) {
+    if (!format.starts_with("%s: %s(%d) > ")) {
+        return {};
+    }
+    va_list again;
+    va_copy(again, arguments);
+    const char* const file = va_arg(again, const char*);
+    const char* const function = va_arg(again, const char*);
+    const LogPlace place{file, function, va_arg(again, int)};
+    va_end(again);
+    return place;
+}
+
 int printTo(const LogDestination& destination, int priority, const char* tag, const char* format,
             va_list arguments) {
     const int errorBefore = errno;  // "%m" prints it, and logging must not change it
     std::array<char, 1024> line;
     const std::string_view tagText = tag == nullptr ? "" : tag;
+    const LogPlace place = destination.journal ? placeOf(format, arguments) : LogPlace{};
     Parts parts{0, 0};
     bool headFits = true;
     if (!destination.journal) {
@@ -116,7 +103,7 @@ int printTo(const LogDestination& destination, int priority, const char* tag, co
     if (text < 0) {
         result = -EINVAL;
     } else if (parts.head + textSize < line.size()) {
-        result = writeRecord(destination, priority, tag, line.data(), parts, textSize);
+        result = writeRecord(destination, priority, tag, line.data(), parts, textSize, place);
     } else {
         const std::unique_ptr<char[]> longLine(new char[parts.head + textSize + 1]);
         if (!destination.journal) {
@@ -125,7 +112,7 @@ int printTo(const LogDestination& destination, int priority, const char* tag, co
         }
         errno = errorBefore;
         std::vsnprintf(longLine.get() + parts.head, textSize + 1, format, again);
-        result = writeRecord(destination, priority, tag, longLine.get(), parts, textSize);
+        result = writeRecord(destination, priority, tag, longLine.get(), parts, textSize, place);
     }
     va_end(again);
     errno = errorBefore;

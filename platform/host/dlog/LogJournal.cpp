@@ -7,21 +7,13 @@
 #include <syslog.h>
 #include <systemd/sd-journal.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <optional>
 #include <string>
 
 namespace corvane::host {
 
 namespace {
-
-struct Location {
-    std::string_view file;
-    std::string_view function;
-    std::string_view line;
-};
 
 int journalPriority(int priority) {
     switch (priority) {
@@ -34,33 +26,6 @@ int journalPriority(int priority) {
         default:
             return priority < DLOG_PRIORITY_DEBUG ? LOG_DEBUG : LOG_ERR;
     }
-}
-
-bool isWord(std::string_view text) {
-    return !text.empty() && text.find_first_of(" \t\n") == text.npos;
-}
-
-bool isNumber(std::string_view text) {
-    return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
-}
-
-std::optional<Location> findLocation(std::string_view text) {
-    const auto colon = text.find(": ");
-    const auto end = text.find(") > ");
-    if (colon == text.npos || end == text.npos || end < colon + 2) {
-        return std::nullopt;
-    }
-    const auto place = text.substr(colon + 2, end - colon - 2);
-    const auto parenthesis = place.rfind('(');
-    if (parenthesis == place.npos) {
-        return std::nullopt;
-    }
-    const Location location{text.substr(0, colon), place.substr(0, parenthesis),
-                            place.substr(parenthesis + 1)};
-    if (!isWord(location.file) || !isWord(location.function) || !isNumber(location.line)) {
-        return std::nullopt;
-    }
-    return location;
 }
 
 class Fields {
@@ -87,15 +52,15 @@ private:
 
 }  // namespace
 
-int sendToJournal(int priority, const char* tag, std::string_view text) {
+int sendToJournal(int priority, const char* tag, std::string_view text, const LogPlace& place) {
     Fields fields;
     fields.add("MESSAGE", text);
     fields.add("PRIORITY", std::to_string(journalPriority(priority)));
     fields.add("SYSLOG_IDENTIFIER", tag == nullptr ? "" : tag);
-    if (const auto location = findLocation(text)) {
-        fields.add("CODE_FILE", location->file);
-        fields.add("CODE_LINE", location->line);
-        fields.add("CODE_FUNC", location->function);
+    if (place.file != nullptr && place.function != nullptr) {
+        fields.add("CODE_FILE", place.file);
+        fields.add("CODE_LINE", std::to_string(place.line));
+        fields.add("CODE_FUNC", place.function);
     }
     return fields.send();
 }

@@ -76,6 +76,25 @@ TEST(DlogTest, ReplacesAControlCharacterAtAnyPlace) {
     EXPECT_THAT(logged([] { dlog_print(4, "\n2:", "x"); }), testing::EndsWith(" I  2:: x\n"));
 }
 
+// U+0080 to U+009F: a terminal may take U+009B for the start of a command.
+TEST(DlogTest, ReplacesControlCharactersOfTwoBytesAndKeepsOtherLetters) {
+    const auto cleaned = [](const std::string& text) {
+        const auto line = logged([&] { dlog_print(4, "T", "%s", text.c_str()); });
+        return line.substr(line.find("T: ") + 3);
+    };
+    EXPECT_EQ(cleaned("a\xc2\x9b"
+                      "2J\xc2\x80\xc2\x9f!"),
+              "a  2J    !\n");
+    const std::string letters = "\xc2\xa0 \xc3\x80 \xd0\x90 \xe2\x82\x9b \xf0\x9f\x98\x80";
+    EXPECT_EQ(cleaned(letters), letters + '\n');
+    // Bytes that are no UTF-8, for a terminal that reads single bytes, and forms that are too long.
+    EXPECT_EQ(cleaned("\x9b"
+                      "1m \xe9\x9b"
+                      "x \xc3"),
+              " 1m \xe9 x \xc3\n");
+    EXPECT_EQ(cleaned("\xe0\x82\x9b \xf0\x80\x82\x9b \xc0\x9b"), "\xe0   \xf0    \xc0 \n");
+}
+
 TEST(DlogTest, WritesEmptyTextsAndMissingTags) {
     EXPECT_THAT(logged([] { dlog_print(4, "T", "%s", ""); }), testing::EndsWith(" I T: \n"));
     EXPECT_THAT(logged([] { dlog_print(4, nullptr, "x"); }), testing::EndsWith(" I : x\n"));

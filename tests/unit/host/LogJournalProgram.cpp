@@ -81,12 +81,13 @@ void info(const char* text) {
 }
 
 void logPlaces() {
+    constexpr int priority = DLOG_PRIORITY_INFO;
+    dlog_print(priority, "TEST", "%s: %s(%d) > go %d", "main.cpp", "start", 42, 1);
+    dlog_print(priority, "TEST", "%s: %s(%d) > ", "a.h", "operator()", 7);
+    const char* volatile missing = nullptr;  // the compiler would refuse one it knows
+    dlog_print(priority, "TEST", "%s: %s(%d) > go", "main.cpp", missing, 42);
+    dlog_print(priority, "TEST", "%s: %s(%d) - go", "main.cpp", "start", 42);
     info("main.cpp: start(42) > go");
-    info("a.h: operator()(7) > b(8) > c");
-    info("main.cpp: start(x) > go");
-    info("two words: start(1) > go");
-    info("a(1) > b: c");
-    info("a: ) > ");
 }
 
 }  // namespace
@@ -115,6 +116,9 @@ int main(int, char** argv) {
     } else if (what == "lines") {
         dlog_print(DLOG_PRIORITY_INFO, nullptr, "%s", "a\nb\n\n");
         info("c\n");
+        info(
+            "d\te\x1b[1m\xc2\x9b"
+            "f\nCODE_LINE=1");
     } else {
         info("here");
     }

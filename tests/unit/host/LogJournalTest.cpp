@@ -42,22 +42,23 @@ TEST_F(LogJournalTest, TakesRecordsWithFieldsIfItHasTheStandardError) {
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(LogJournalTest, LearnsThePlaceFromTheDaemonsLines) {
+// A text may hold anything, such as the name of a remote device.
+TEST_F(LogJournalTest, LearnsThePlaceFromTheFormatAndNotFromTheText) {
     EXPECT_EQ(run("places").output,
-              "MESSAGE=main.cpp: start(42) > go|PRIORITY=6|SYSLOG_IDENTIFIER=TEST|"
+              "MESSAGE=main.cpp: start(42) > go 1|PRIORITY=6|SYSLOG_IDENTIFIER=TEST|"
               "CODE_FILE=main.cpp|CODE_LINE=42|CODE_FUNC=start\n"
-              "MESSAGE=a.h: operator()(7) > b(8) > c|PRIORITY=6|SYSLOG_IDENTIFIER=TEST|"
+              "MESSAGE=a.h: operator()(7) > |PRIORITY=6|SYSLOG_IDENTIFIER=TEST|"
               "CODE_FILE=a.h|CODE_LINE=7|CODE_FUNC=operator()\n"
-              "MESSAGE=main.cpp: start(x) > go|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n"
-              "MESSAGE=two words: start(1) > go|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n"
-              "MESSAGE=a(1) > b: c|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n"
-              "MESSAGE=a: ) > |PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n");
+              "MESSAGE=main.cpp: (null)(42) > go|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n"
+              "MESSAGE=main.cpp: start(42) - go|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n"
+              "MESSAGE=main.cpp: start(42) > go|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n");
 }
 
-TEST_F(LogJournalTest, StripsOneNewlineAndKeepsTheOthers) {
+TEST_F(LogJournalTest, StripsOneNewlineAndKeepsTheOthersWithinTheMessage) {
     EXPECT_EQ(run("lines").output,
               "MESSAGE:a\nb\n|PRIORITY=6|SYSLOG_IDENTIFIER=\n"
-              "MESSAGE=c|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n");
+              "MESSAGE=c|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n"
+              "MESSAGE:d\te [1m  f\nCODE_LINE=1|PRIORITY=6|SYSLOG_IDENTIFIER=TEST\n");
 }
 
 TEST_F(LogJournalTest, GetsNothingIfTheStandardErrorLeadsElsewhere) {
