@@ -97,7 +97,11 @@ bool PeerInput::passMessage(int peer) {
         return end();
     }
     m_missing = static_cast<std::size_t>(announced) - m_header.size();
-    return passBytes({m_header.data(), m_header.size()});
+    passBytes({m_header.data(), m_header.size()});
+    if (m_missing > 0) {
+        passMessage(peer);
+    }
+    return true;
 }
 
 // The connection has taken all that came before, so there is room.
