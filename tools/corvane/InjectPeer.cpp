@@ -90,7 +90,7 @@ MessagePtr call(sd_bus* bus, sd_bus_message* message) {
     if (isDisconnect(result)) {
         sd_bus_error_free(&error);
         throw std::runtime_error(
-            "the daemon has ended the connection: it ends itself, or the message has more than " +
+            "the daemon closed the connection: it has ended, or the message has more than " +
             std::to_string(limits::mostMessageBytes) + " bytes");
     }
     if (result < 0) {

@@ -158,7 +158,7 @@ TEST_F(InjectLimitsTest, ToolSaysHowLongAMessageMayBe) {
     const auto result = tool({"play", scenario});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors,
-              "corvane: the daemon has ended the connection: it ends itself, or the message has "
+              "corvane: the daemon closed the connection: it has ended, or the message has "
               "more than 262144 bytes\n");
     expectServedAgain();
 }
