@@ -80,8 +80,8 @@ void InjectServer::acceptClient() {
             m_clients.push_back(std::make_unique<InjectClient>(std::move(peer), peers));
             m_refuses = false;
         }
-    } catch (const std::exception& error) {
-        refuse(error.what());
+    } catch (const std::exception&) {
+        refuse("there is no descriptor or no memory for it");
     }
 }
 

@@ -53,8 +53,9 @@ bool PeerInput::pass(sd_bus* bus, int peer) {
         return passMessage(peer);
     }
     // Only the connection knows which line of the greeting is the last. It begins with messages
-    // when its answers have been written.
-    return (sd_bus_get_events(bus) & POLLOUT) == 0 && passLine(peer);
+    // when its answers have been written; they are so short that a peer that takes none of them
+    // doesn't read.
+    return (sd_bus_get_events(bus) & POLLOUT) == 0 ? passLine(peer) : end();
 }
 
 bool PeerInput::passLine(int peer) {
