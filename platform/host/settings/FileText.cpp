@@ -1,23 +1,31 @@
 // Reads the beginning of a file.
 #include "FileText.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
-#include <fstream>
 
 namespace corvane::host {
 
+// A pipe is never waited for: one that nobody writes would hold up the start.
 FileText readFileText(const std::string& path) {
-    std::ifstream file(path);
-    if (!file.is_open()) {
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (fd < 0) {
         return {errno, "", false, false};
     }
     FileText result{};
-    for (char piece[4096]; file && !result.isCut;) {
-        file.read(piece, sizeof piece);
-        result.text.append(piece, static_cast<std::size_t>(file.gcount()));
+    ssize_t size = 1;
+    for (char piece[4096]; size > 0 && !result.isCut;) {
+        size = read(fd, piece, sizeof piece);
+        result.text.append(piece, size > 0 ? static_cast<std::size_t>(size) : 0);
         result.isCut = result.text.size() > mostFileBytes;
     }
-    result.isBroken = file.bad();
+    struct stat status {};
+    const bool isPipe = fstat(fd, &status) == 0 && S_ISFIFO(status.st_mode);
+    close(fd);
+    result.isBroken = size < 0 || (isPipe && result.text.empty());
     if (result.isCut) {
         result.text.resize(result.text.rfind('\n', mostFileBytes - 1) + 1);
     }

@@ -4,7 +4,9 @@
 #include <dlog.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -137,6 +139,14 @@ TEST_F(SettingsTest, EndWhereTheFileHasNoEnd) {
     setenv("CORVANE_PLATFORM_CONF", "/dev/zero", 1);
     EXPECT_THAT(read().complaints,
                 ElementsAre("/dev/zero: has more than 1048576 bytes; what is behind is not read"));
+}
+
+TEST_F(SettingsTest, AreNotWaitedForAtAPipeThatNobodyWrites) {
+    const std::string pipe = path() + ".pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    setenv("CORVANE_PLATFORM_CONF", pipe.c_str(), 1);
+    EXPECT_THAT(read().complaints, ElementsAre(pipe + ": can't be read to its end"));
+    std::filesystem::remove(pipe);
 }
 
 TEST_F(SettingsTest, LetTheEnvironmentGoFirst) {
