@@ -18,7 +18,8 @@ from pathlib import Path
 
 PLACE = Path("build/mutations")
 MUST = 0.95
-# Cheapest first: each is a build target, and its programs run whole. A hang is a catch.
+# Cheapest first: each is a build target, and its programs run whole. A hang is a catch. A fault
+# that names a program and its tests in `by` is left to these.
 LEVELS = {
     "unit": ["unit"],
     "model": ["model_task_context"],
@@ -46,7 +47,7 @@ class Worker:
         except subprocess.TimeoutExpired:
             return False
 
-    def prepare(self):
+    def prepare(self, levels):
         listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others",
                                  "--exclude-standard"], check=True, capture_output=True, text=True)
         wanted = {Path(name) for name in listed.stdout.split("\0") if name and Path(name).exists()}
@@ -63,28 +64,36 @@ class Worker:
                         "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0",
                         "-DCORVANE_TESTS=ON", "-DCORVANE_SANITIZE=address"):
             raise RuntimeError("can't configure")
-        for level in LEVELS:
-            if not self.holds(level):
+        for level in levels:
+            if not self.holds(LEVELS[level]):
                 raise RuntimeError(f"{level} fails without any fault, see {self.log.name}")
 
-    def holds(self, level):
-        """Whether the level's tests pass; None when they can't be built."""
-        for target in LEVELS[level]:
+    def holds(self, targets, tests="*"):
+        """Whether these programs' tests pass; None when they can't be built."""
+        for target in targets:
             if subprocess.run(["cmake", "--build", str(self.build), "-j1", "--target", target],
                               stdout=self.log, stderr=subprocess.STDOUT).returncode != 0:
                 return None
         return all(self.say(str((self.build / "bin" / target).resolve()), "--gtest_fail_fast",
-                            "--gtest_brief=1", cwd=self.build) for target in LEVELS[level])
+                            "--gtest_brief=1", f"--gtest_filter={tests}", cwd=self.build)
+                   for target in targets)
 
     def catch(self, fault):
-        """The level that notices the fault, or None."""
+        """The level, or program, that notices the fault, or None."""
+        levels, tests = LEVELS, "*"
+        if "by" in fault:
+            program, tests = fault["by"]
+            levels = {program: [program]}
+            if not self.holds([program], tests):
+                raise RuntimeError(f"{fault['name']}: {program} fails without it, "
+                                   f"see {self.log.name}")
         file = self.tree / fault["file"]
         text = file.read_text()
         print("##", fault["name"], file=self.log, flush=True)
         file.write_text(text.replace(fault["old"], fault["new"]))
         try:
-            for level in LEVELS:
-                held = self.holds(level)
+            for level, targets in levels.items():
+                held = self.holds(targets, tests)
                 if held is None:
                     raise RuntimeError(f"{fault['name']}: doesn't compile, see {self.log.name}")
                 if not held:
@@ -106,6 +115,7 @@ def main():
     if names := misplaced(faults):
         sys.exit("the text isn't in the file exactly once: " + ", ".join(names))
     total = len(faults)
+    levels = [] if all("by" in fault for fault in faults) else list(LEVELS)
     PLACE.mkdir(parents=True, exist_ok=True)
     lock = threading.Lock()
     caught, survivors, errors = Counter(), [], []
@@ -114,7 +124,7 @@ def main():
     def work(number):
         try:
             worker = Worker(number)
-            worker.prepare()
+            worker.prepare(levels)
             while True:
                 with lock:
                     if not faults:
@@ -150,7 +160,7 @@ def main():
 
     count = sum(caught.values())
     print(f"{total} faults, {count} caught ({100 * count / total:.1f} %): " +
-          ", ".join(f"{caught[level]} by {level}" for level in LEVELS))
+          ", ".join(f"{times} by {level}" for level, times in caught.items()))
     for fault in survivors:
         print(f"survived: {fault['name']} ({fault.get('survives', 'NO REASON')})")
     errors += [f"survives without a reason: {fault['name']}" for fault in survivors
