@@ -89,7 +89,7 @@ public:
         return left;
     }
 
-    /// Delivers one event to every subscription in the order they were made. The caller holds a
+    /// Delivers one event to every subscription in the order they were made. The caller holds an
     /// EpochGuard if the subscriptions may change meanwhile.
     void onCallback(Types... args) {
         for (const CallbackEntry& entry : m_current.load()->entries) {
