@@ -72,18 +72,26 @@ protected:
         return plugin;
     }
 
-    /// Unloads the plugin while another thread begins with as many tasks as its queue takes.
+    /// Unloads the plugin while a thread of its own begins with as many tasks as its queue takes.
     static void expectBacklogRunsBeforeTheLibraryIsClosed(Plugin& plugin,
                                                           const std::string& library) {
         std::atomic<int> ranWhileOpen = 0;
-        auto running = std::make_unique<StuckDelivery>(plugin);
+        Gate isInside;
+        Gate mayGoOn;
+        std::thread runner([&] {
+            plugin.invokeTask([&] {
+                isInside.open();
+                mayGoOn.wait();
+            });
+        });
+        isInside.wait();
         for (int i = 0; i < BACKLOG; ++i) {
             plugin.invokeTask([&] {
                 std::this_thread::sleep_for(WORK);
                 ranWhileOpen += isOpen(library) ? 1 : 0;
             });
         }
-        std::thread runner([&] { running.reset(); });
+        mayGoOn.open();
         plugin.unload();
         EXPECT_FALSE(isOpen(library));
         runner.join();
@@ -96,6 +104,22 @@ protected:
 TEST_F(PluginClosingTest, ABacklogThatStillRunsIsWaitedFor) {
     const auto plugin = loaded("libordinary.so");
     expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "libordinary.so");
+}
+
+TEST_F(PluginClosingTest, ADeliveryOnItsWayToThePluginIsWaitedFor) {
+    const auto plugin = loaded("libordinary.so");
+    Gate hasBegun;
+    bool ranWhileOpen = false;
+    std::thread delivering([&] {
+        const EpochGuard guard;
+        hasBegun.open();
+        std::this_thread::sleep_for(WORK);  // in the callback of another plugin
+        plugin->invokeTask([&] { ranWhileOpen = isOpen("libordinary.so"); });
+    });
+    hasBegun.wait();
+    plugin->unload();
+    delivering.join();
+    EXPECT_TRUE(ranWhileOpen);
 }
 
 TEST_F(PluginClosingTest, APluginThatFailsLeavesOthersTheirTime) {
