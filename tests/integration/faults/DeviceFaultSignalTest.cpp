@@ -76,7 +76,10 @@ TEST_F(DeviceFaultSignalTest, SigtermEndsTheDaemonInOrderFromEcoreInitOn) {
         runUpTo(record);
         m_sandbox.daemon().sendSignal(SIGTERM);
         const auto start = Longest::Clock::now();
-        m_gate.letPass(1);
+        // One that the signal has ended passes no gate: the next daemon would pass it instead.
+        if (record > lastUnhandled) {
+            m_gate.letPass(1);
+        }
         const Outcome outcome = m_sandbox.wait();
         EXPECT_LT(Longest::Clock::now() - start, HANG);
         longest.add(start);
