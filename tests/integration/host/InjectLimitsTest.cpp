@@ -143,6 +143,10 @@ TEST_P(InjectDescriptorsTest, RunOutAndThePeerIsRefused) {
     connectPeers(20);
     EXPECT_NE(nextLine("INJECT: a peer is refused: there is no descriptor or no memory for it"),
               "");
+    // At once, not when another descriptor has become free.
+    const timeval limit{1, 0};
+    setsockopt(m_peers.back(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    EXPECT_EQ(receiveAll(m_peers.back()), "");
     disconnectAll();
     expectServedAgain();
 }
