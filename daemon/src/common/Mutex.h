@@ -26,11 +26,8 @@
 /// A function that returns the mutex of that name.
 #define RETURN_CAPABILITY(mutex) THREAD_ANNOTATION(lock_returned(mutex))
 
-class CAPABILITY("mutex") Mutex : public std::mutex {
-public:
-    void lock() ACQUIRE() { std::mutex::lock(); }
-    void unlock() RELEASE() { std::mutex::unlock(); }
-};
+/// Locked by MutexLock only.
+class CAPABILITY("mutex") Mutex : public std::mutex {};
 
 /// Holds a mutex from its construction on, except between unlock and lock. Throws
 /// std::system_error for a mutex that can't be locked.
