@@ -28,12 +28,12 @@ protected:
         fake_platform::reset();
     }
     ~EventLifetimeTest() override { fake_platform::reset(); }
+
+    /// The last subscriber leaves at the event's first allocation.
+    static void expectSourceToOutliveAnEventOn(void (*prepareThread)());
 };
 
-}  // namespace
-
-// Converting a C string allocates, and that is the first thing that a trampoline needs memory for.
-TEST_P(EventLifetimeTest, TheSourceOutlivesAnEventThatAllocatesWhileTheLastSubscriberLeaves) {
+void EventLifetimeTest::expectSourceToOutliveAnEventOn(void (*prepareThread)()) {
     TaskInvokerImpl invoker;
     RequestBroker broker(&invoker);
     Receiver receiver;
@@ -48,11 +48,25 @@ TEST_P(EventLifetimeTest, TheSourceOutlivesAnEventThatAllocatesWhileTheLastSubsc
     };
     GetParam()->subscribe(broker, receiver);
     fake_platform::onDelivery([&] { allocations::beforeNext(leave); });
-    // A thread that has kept no memory of earlier events.
-    std::thread([] { GetParam()->deliver(); }).join();
+    std::thread([prepareThread] {
+        prepareThread();
+        GetParam()->deliver();
+    }).join();
     EXPECT_FALSE(isReclaimedMeanwhile);
     EXPECT_TRUE(probe.isReclaimed);
     EXPECT_EQ(fake_platform::callbacksSet(), 0);
+}
+
+}  // namespace
+
+// The thread's place among the epochs is what it allocates first.
+TEST_P(EventLifetimeTest, TheSourceOutlivesTheFirstEventOfAThread) {
+    expectSourceToOutliveAnEventOn([] {});
+}
+
+// The conversion of a C string is what the trampoline allocates first.
+TEST_P(EventLifetimeTest, TheSourceOutlivesALaterEventOfAThread) {
+    expectSourceToOutliveAnEventOn([] { const EpochGuard earlier; });
 }
 
 INSTANTIATE_TEST_SUITE_P(AllKinds, EventLifetimeTest, testing::ValuesIn(allEvents()),
