@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "Subscriber.h"
+#include "bench/Subscriber.h"
 
 template <typename... Args>
 class Budget {

@@ -4,8 +4,8 @@
 #include <atomic>
 #include <memory>
 
-#include "Rivals.h"
-#include "TaskExecutor.h"
+#include "bench/Rivals.h"
+#include "taskExecutor/TaskExecutor.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <new>
 #include <vector>
 
-#include "Plugin.h"
-#include "Product.h"
+#include "bench/Product.h"
+#include "daemon/src/Plugin.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 
 #include <vector>
 
-#include "Budget.h"
-#include "Product.h"
-#include "Record.h"
-#include "Rivals.h"
+#include "bench/Budget.h"
+#include "bench/Product.h"
+#include "bench/Record.h"
+#include "bench/Rivals.h"
 
 namespace {
 

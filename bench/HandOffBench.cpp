@@ -1,8 +1,8 @@
 // One task of two words to somebody who isn't busy.
 #include <benchmark/benchmark.h>
 
-#include "Rivals.h"
-#include "TaskInvokerImpl.h"
+#include "bench/Rivals.h"
+#include "taskExecutor/TaskInvokerImpl.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "IdlePlatform.h"
+#include "bench/IdlePlatform.h"
 
 #include <bluetooth_tv.h>
 #include <sound_manager_tv.h>
@@ -22,7 +22,7 @@ idle_platform::Slot<Callback> g_slot{};
         g_slot<&setFunction, Callback> = {};                                                     \
         return 0;                                                                                \
     }
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
 
 int bt_product_init() {

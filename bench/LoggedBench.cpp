@@ -4,11 +4,10 @@
 #include <spdlog/spdlog.h>
 
 #include <memory>
-
 #include <vector>
 
-#include "Product.h"
-#include "Rivals.h"
+#include "bench/Product.h"
+#include "bench/Rivals.h"
 
 namespace {
 

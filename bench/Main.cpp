@@ -1,8 +1,8 @@
 // A second thread is there and does nothing: with one thread alone, locks and reference counts
 // would take short cuts that no daemon ever takes.
 #include <benchmark/benchmark.h>
-#include <boost/version.hpp>
 
+#include <boost/version.hpp>
 #include <future>
 #include <thread>
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "CommonDaemon.h"
+#include "daemon/src/CommonDaemon.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <memory>
 #include <vector>
 
-#include "CallbackDelegator.h"
-#include "IdlePlatform.h"
-#include "RequestBroker.h"
-#include "Subscriber.h"
-#include "TaskInvokerImpl.h"
+#include "bench/IdlePlatform.h"
+#include "bench/Subscriber.h"
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/TaskInvokerImpl.h"
 
 /// A plugin as the fan-out sees it. Leaves when it is destroyed.
 class BenchPlugin {

@@ -4,11 +4,11 @@
 #pragma once
 
 #include <sigc++/sigc++.h>
+
 #include <boost/asio/dispatch.hpp>
 #include <boost/asio/strand.hpp>
 #include <boost/asio/system_executor.hpp>
 #include <boost/signals2/signal.hpp>
-
 #include <deque>
 #include <functional>
 #include <memory>

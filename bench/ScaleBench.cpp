@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "BluetoothCallback.h"
-#include "Product.h"
+#include "bench/Product.h"
+#include "daemon/src/Callback/BluetoothCallback.h"
 
 namespace {
 

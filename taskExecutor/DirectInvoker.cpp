@@ -1,4 +1,4 @@
-#include "DirectInvoker.h"
+#include "taskExecutor/DirectInvoker.h"
 
 namespace TPL {
 

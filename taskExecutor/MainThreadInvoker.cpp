@@ -1,4 +1,4 @@
-#include "MainThreadInvoker.h"
+#include "taskExecutor/MainThreadInvoker.h"
 
 namespace MainThreadInvoker {
 

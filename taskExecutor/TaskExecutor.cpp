@@ -1,6 +1,6 @@
-#include "TaskExecutor.h"
+#include "taskExecutor/TaskExecutor.h"
 
-#include "DirectInvoker.h"
+#include "taskExecutor/DirectInvoker.h"
 
 using TPL::CDirectInvoker;
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "TPLContext.h"
+#include "taskExecutor/tpl/include_internal/TPLContext.h"
 
 /// Owned through std::shared_ptr only, as made by Create; a thread that runs the
 /// executor's tasks shares it until it is done.

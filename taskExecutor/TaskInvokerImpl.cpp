@@ -1,9 +1,9 @@
-#include "TaskInvokerImpl.h"
+#include "taskExecutor/TaskInvokerImpl.h"
 
 #include <exception>
 
-#include "TaskExecutor.h"
-#include "log.h"
+#include "daemon/src/common/log.h"
+#include "taskExecutor/TaskExecutor.h"
 
 namespace {
 

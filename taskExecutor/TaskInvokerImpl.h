@@ -4,7 +4,7 @@
 #include <chrono>
 #include <memory>
 
-#include "ITaskInvoker.h"
+#include "taskExecutor/ITaskInvoker.h"
 
 class TaskExecutor;
 

@@ -1,4 +1,4 @@
-#include "CommonDaemon.h"
+#include "daemon/src/CommonDaemon.h"
 
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
@@ -8,11 +8,11 @@
 #include <string>
 #include <thread>
 
-#include "CallbackDelegator.h"
-#include "FileManager.h"
-#include "MainThreadInvoker.h"
-#include "PluginPath.h"
-#include "log.h"
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "daemon/src/FileManager.h"
+#include "daemon/src/PluginPath.h"
+#include "daemon/src/common/log.h"
+#include "taskExecutor/MainThreadInvoker.h"
 
 namespace {
 

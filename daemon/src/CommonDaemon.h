@@ -5,8 +5,8 @@
 #include <list>
 #include <memory>
 
-#include "Plugin.h"
-#include "PluginOrder.h"
+#include "daemon/src/Plugin.h"
+#include "daemon/src/PluginOrder.h"
 
 /// One, on main's stack. Main thread only.
 class CommonDaemon {

@@ -1,11 +1,11 @@
-#include "FileManager.h"
+#include "daemon/src/FileManager.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
 
 #include <memory>
 
-#include "log.h"
+#include "daemon/src/common/log.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "LibraryFile.h"
+#include "daemon/src/LibraryFile.h"
 
 #include <elf.h>
 #include <fcntl.h>

@@ -1,15 +1,15 @@
-#include "Plugin.h"
+#include "daemon/src/Plugin.h"
 
 #include <dlfcn.h>
 
 #include <chrono>
 #include <stdexcept>
 
-#include "Epochs.h"
-#include "LibraryFile.h"
-#include "PluginPath.h"
-#include "PluginPriorityChecker.h"
-#include "log.h"
+#include "daemon/src/Callback/Epochs.h"
+#include "daemon/src/LibraryFile.h"
+#include "daemon/src/PluginPath.h"
+#include "daemon/src/PluginPriorityChecker.h"
+#include "daemon/src/common/log.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "PluginOrder.h"
-#include "RequestBroker.h"
-#include "TaskInvokerImpl.h"
+#include "daemon/src/PluginOrder.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/TaskInvokerImpl.h"
 
 /// Owned by whoever took it from the priority queue, then by the daemon's list.
 /// Threads: main thread, but for invokeTask.

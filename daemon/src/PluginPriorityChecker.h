@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "log.h"
+#include "daemon/src/common/log.h"
 
 namespace PluginPriorityChecker {
 

@@ -5,8 +5,8 @@
 #include <exception>
 #include <stdexcept>
 
-#include "CommonDaemon.h"
-#include "log.h"
+#include "daemon/src/CommonDaemon.h"
+#include "daemon/src/common/log.h"
 
 int main(int, char**) {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);

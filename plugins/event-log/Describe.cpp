@@ -1,10 +1,10 @@
 // Numbers, texts and enumerations in the log.
-#include "Describe.h"
-
-#include "Private.h"
+#include "plugins/event-log/Describe.h"
 
 #include <cstddef>
 #include <span>
+
+#include "plugins/event-log/Private.h"
 
 namespace eventlog {
 

@@ -1,9 +1,8 @@
 // The platform's records in the log, as {field=value field=value}.
-#include "Describe.h"
-
-#include "Private.h"
-
 #include <cstddef>
+
+#include "plugins/event-log/Describe.h"
+#include "plugins/event-log/Private.h"
 
 namespace eventlog {
 

@@ -1,9 +1,9 @@
 // The plugin's two entry points. The daemon finds them by name, so they are C
 // functions that the library gives away; all the rest of it stays inside.
-#include "Events.h"
-#include "Private.h"
-
 #include <IRequestBroker.h>
+
+#include "plugins/event-log/Events.h"
+#include "plugins/event-log/Private.h"
 
 #define PLUGIN_ENTRY extern "C" __attribute__((visibility("default")))
 

@@ -1,8 +1,8 @@
 // All the events a plugin can subscribe to. Where a name in the broker is spelt
 // oddly, the oddity belongs to it.
-#include "Events.h"
+#include "plugins/event-log/Events.h"
 
-#include "LogEvent.h"
+#include "plugins/event-log/LogEvent.h"
 
 namespace eventlog {
 

@@ -2,9 +2,6 @@
 // function of the right type for each.
 #pragma once
 
-#include "Describe.h"
-#include "Events.h"
-
 #include <IRequestBroker.h>
 #include <dlog.h>
 
@@ -13,6 +10,9 @@
 #include <tuple>
 #include <type_traits>
 #include <utility>
+
+#include "plugins/event-log/Describe.h"
+#include "plugins/event-log/Events.h"
 
 namespace eventlog {
 

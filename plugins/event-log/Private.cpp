@@ -1,5 +1,5 @@
 // What may be too private for a log.
-#include "Private.h"
+#include "plugins/event-log/Private.h"
 
 #include <cstdlib>
 #include <string_view>

@@ -13,12 +13,12 @@
 #include <string>
 #include <vector>
 
-#include "Events.h"
-#include "FakePlatform.h"
-#include "FrozenPlugin.h"
-#include "Invokers.h"
-#include "OperationTable.h"
-#include "RequestBroker.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "tests/abi/FrozenPlugin.h"
+#include "tests/abi/OperationTable.h"
+#include "tests/support/Events.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Invokers.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

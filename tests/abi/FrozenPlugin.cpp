@@ -1,6 +1,6 @@
 // A plugin as it was built for a frozen release: compiled against that release's
 // headers, table of events and record descriptions, whatever they are today.
-#include "FrozenPlugin.h"
+#include "tests/abi/FrozenPlugin.h"
 
 #include <IRequestBroker.h>
 
@@ -47,7 +47,7 @@ constexpr FrozenOperation OPERATIONS[] = {
      }},                                                                                \
         {#unsubscribe, #unset,                                                          \
          [](void* broker, FrozenListener*) { return brokerOf(broker)->unsubscribe(); }},
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     {"RequestToInvokeInTaskExecutor", nullptr, requestWork},
 };

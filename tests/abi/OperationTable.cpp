@@ -1,4 +1,4 @@
-#include "OperationTable.h"
+#include "tests/abi/OperationTable.h"
 
 #include <cxxabi.h>
 #include <dlfcn.h>
@@ -11,7 +11,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "RequestBroker.h"
+#include "daemon/src/broker/RequestBroker.h"
 
 namespace {
 

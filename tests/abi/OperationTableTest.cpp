@@ -1,11 +1,11 @@
 // What a moved operation looks like in the report.
-#include "OperationTable.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
+
+#include "tests/abi/OperationTable.h"
 
 using testing::EndsWith;
 

@@ -1,7 +1,7 @@
 // Prints the broker's operations in the order of their slots, for a frozen reference.
 #include <cstdio>
 
-#include "OperationTable.h"
+#include "tests/abi/OperationTable.h"
 
 int main() {
     for (const std::string& operation : operationTable()) {

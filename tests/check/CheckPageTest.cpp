@@ -1,6 +1,4 @@
 // The page that explains the findings names those there are, no more and no fewer.
-#include "Findings.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,6 +6,8 @@
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include "tools/corvane/check/Findings.h"
 
 namespace {
 

@@ -1,12 +1,11 @@
 // What `corvane check` tells, and its exit status.
-#include "RunTool.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <stdlib.h>
 
 #include <filesystem>
+
+#include "tests/check/RunTool.h"
 
 namespace {
 

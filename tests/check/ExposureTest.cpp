@@ -1,10 +1,7 @@
 // `corvane order` and `check` warn where others may change what a daemon runs.
-#include "RunTool.h"
-
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <grp.h>
+#include <gtest/gtest.h>
 #include <pwd.h>
 #include <stdlib.h>
 #include <unistd.h>
@@ -12,6 +9,8 @@
 #include <filesystem>
 #include <string>
 #include <vector>
+
+#include "tests/check/RunTool.h"
 
 namespace {
 

@@ -1,7 +1,4 @@
 // Plugins that are wrong in one way: that is found, and nothing else.
-#include "Findings.h"
-#include "RunTool.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +7,9 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "tests/check/RunTool.h"
+#include "tools/corvane/check/Findings.h"
 
 namespace {
 

@@ -1,13 +1,12 @@
 // `corvane order` tells what the daemon does.
-#include "RunTool.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+
+#include "tests/check/RunTool.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // What of a text of unknown origin reaches a terminal as it is.
-#include "Printable.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "tools/corvane/Printable.h"
 
 namespace {
 

@@ -1,10 +1,7 @@
 // What a plugin's process may do to the check: neither results, output nor processes without end.
-#include "RunTool.h"
-
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
@@ -15,6 +12,8 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+
+#include "tests/check/RunTool.h"
 
 namespace {
 

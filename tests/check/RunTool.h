@@ -1,13 +1,12 @@
 // Runs the command for a test, on nothing but what the test gives it.
 #pragma once
 
-#include "ChildProcess.h"
-
-#include <nlohmann/json.hpp>
-
 #include <map>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 inline ChildProcess::Result runTool(std::vector<std::string> arguments,
                                     std::map<std::string, std::string> environment = {}) {

@@ -7,14 +7,14 @@
 #include <memory>
 #include <thread>
 
-#include "Allocations.h"
-#include "BluetoothCallback.h"
-#include "FakePlatform.h"
-#include "Prepare.h"
-#include "RequestBroker.h"
-#include "TaskInvokerImpl.h"
-#include "ThreadStore.h"
-#include "log.h"
+#include "daemon/src/Callback/BluetoothCallback.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "daemon/src/common/ThreadStore.h"
+#include "daemon/src/common/log.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/faults/Allocations.h"
+#include "tests/faults/Prepare.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

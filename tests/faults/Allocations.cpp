@@ -1,4 +1,4 @@
-#include "Allocations.h"
+#include "tests/faults/Allocations.h"
 
 #include <algorithm>
 #include <array>

@@ -7,13 +7,13 @@
 #include <cstdlib>
 #include <memory>
 
-#include "Allocations.h"
-#include "FakePlatform.h"
-#include "IntendedLeak.h"
-#include "Plugin.h"
-#include "PluginCounts.h"
-#include "Prepare.h"
-#include "Sweep.h"
+#include "daemon/src/Plugin.h"
+#include "tests/faults/Allocations.h"
+#include "tests/faults/PluginCounts.h"
+#include "tests/faults/Prepare.h"
+#include "tests/faults/Sweep.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/IntendedLeak.h"
 
 PluginCounts pluginCounts;
 

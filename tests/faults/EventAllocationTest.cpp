@@ -12,13 +12,13 @@
 #include <type_traits>
 #include <utility>
 
-#include "Allocations.h"
-#include "FakePlatform.h"
-#include "Prepare.h"
-#include "RequestBroker.h"
-#include "SampleArguments.h"
-#include "Sweep.h"
-#include "TaskInvokerImpl.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/faults/Allocations.h"
+#include "tests/faults/Prepare.h"
+#include "tests/faults/Sweep.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/SampleArguments.h"
 
 namespace {
 
@@ -135,7 +135,7 @@ const std::array<Kind, 42> KINDS{{
          return std::make_unique<EventScenario<Callback>>(                                       \
              #setFunction, &IRequestBroker::subscribe, &IRequestBroker::unsubscribe);            \
      }},
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
 }};
 

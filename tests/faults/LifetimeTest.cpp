@@ -4,15 +4,15 @@
 #include <functional>
 #include <thread>
 
-#include "Allocations.h"
-#include "Epochs.h"
-#include "Events.h"
-#include "FakePlatform.h"
-#include "Gate.h"
-#include "Prepare.h"
-#include "RequestBroker.h"
-#include "TaskExecutor.h"
-#include "TaskInvokerImpl.h"
+#include "daemon/src/Callback/Epochs.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/TaskExecutor.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/faults/Allocations.h"
+#include "tests/faults/Prepare.h"
+#include "tests/support/Events.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Gate.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "ProcessEnd.h"
+#include "tests/faults/ProcessEnd.h"
 
 #include <cxxabi.h>
 #include <dlfcn.h>

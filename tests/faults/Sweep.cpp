@@ -1,4 +1,4 @@
-#include "Sweep.h"
+#include "tests/faults/Sweep.h"
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -16,9 +16,9 @@
 #include <string>
 #include <utility>
 
-#include "FakePlatform.h"
-#include "ProcessEnd.h"
-#include "ThreadStore.h"
+#include "daemon/src/common/ThreadStore.h"
+#include "tests/faults/ProcessEnd.h"
+#include "tests/support/FakePlatform.h"
 
 #ifdef CORVANE_COVERAGE
 extern "C" void __gcov_dump();
@@ -95,7 +95,7 @@ void atExit() {
                  std::to_string(slot.unsets) + " times");                                        \
         }                                                                                        \
     }
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     g_report->strings = g_intendedStrings;
     g_report->blocks = *g_intendedBlocks ? (*g_intendedBlocks)() : 0;

@@ -8,7 +8,7 @@
 #include <set>
 #include <string>
 
-#include "Allocations.h"
+#include "tests/faults/Allocations.h"
 
 /// Made, run, checked and destroyed in that process; only in run does memory fail.
 class Scenario {

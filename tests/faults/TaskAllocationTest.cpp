@@ -6,10 +6,10 @@
 #include <memory>
 #include <optional>
 
-#include "RequestBroker.h"
-#include "Sweep.h"
-#include "TaskExecutor.h"
-#include "TaskInvokerImpl.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/TaskExecutor.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/faults/Sweep.h"
 
 namespace {
 

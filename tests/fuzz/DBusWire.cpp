@@ -1,4 +1,4 @@
-#include "DBusWire.h"
+#include "tests/fuzz/DBusWire.h"
 
 #include <unistd.h>
 

@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "EmitMessage.h"
-#include "EventArguments.h"
-#include "EventWords.h"
-#include "Input.h"
-#include "MessageValues.h"
+#include "platform/host/bluetooth/inject/MessageValues.h"
+#include "platform/host/inject/EventArguments.h"
+#include "tests/fuzz/EventWords.h"
+#include "tests/fuzz/Input.h"
+#include "tools/corvane/EmitMessage.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "EventWords.h"
+#include "tests/fuzz/EventWords.h"
 
 #include <cstdio>
 #include <span>

@@ -18,10 +18,10 @@
 #include <string>
 #include <tuple>
 
-#include "DBusWire.h"
-#include "EventTable.h"
-#include "Input.h"
-#include "SampleArguments.h"
+#include "platform/host/inject/EventTable.h"
+#include "tests/fuzz/DBusWire.h"
+#include "tests/fuzz/Input.h"
+#include "tests/support/SampleArguments.h"
 
 namespace fs = std::filesystem;
 
@@ -63,7 +63,7 @@ public:
         REQUIRE(bt_product_init() == 0);
 #define EVENT(source, type, value, subscribe, unsubscribe, set, unset, Callback, types) \
     REQUIRE(set(&Reader<Callback>::read, &calls) == 0);
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     }
     ~Platform() {

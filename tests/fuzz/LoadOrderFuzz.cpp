@@ -11,10 +11,10 @@
 #include <utility>
 #include <vector>
 
-#include "FakePlatform.h"
-#include "FileManager.h"
-#include "Input.h"
-#include "LoadOrder.h"
+#include "daemon/src/FileManager.h"
+#include "tests/fuzz/Input.h"
+#include "tests/support/FakePlatform.h"
+#include "tools/corvane/LoadOrder.h"
 
 namespace fs = std::filesystem;
 

@@ -6,10 +6,10 @@
 #include <tuple>
 #include <vector>
 
-#include "BluetoothCallback.h"
-#include "FakePlatform.h"
-#include "Input.h"
-#include "SampleArguments.h"
+#include "daemon/src/Callback/BluetoothCallback.h"
+#include "tests/fuzz/Input.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/SampleArguments.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string>
 
-#include "Input.h"
+#include "tests/fuzz/Input.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <variant>
 #include <vector>
 
-#include "EventWords.h"
-#include "Input.h"
-#include "Scenario.h"
+#include "tests/fuzz/EventWords.h"
+#include "tests/fuzz/Input.h"
+#include "tools/corvane/Scenario.h"
 
 namespace {
 

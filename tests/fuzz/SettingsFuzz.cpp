@@ -10,8 +10,8 @@
 #include <string>
 #include <string_view>
 
-#include "Input.h"
-#include "SettingsFile.h"
+#include "platform/host/settings/SettingsFile.h"
+#include "tests/fuzz/Input.h"
 
 namespace {
 

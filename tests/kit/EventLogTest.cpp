@@ -2,7 +2,6 @@
 #include <corvane/testkit.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <stdlib.h>
 
 #include <string>

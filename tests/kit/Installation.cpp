@@ -1,4 +1,4 @@
-#include "Installation.h"
+#include "tests/kit/Installation.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ChildProcess.h"
+#include "tests/support/process/ChildProcess.h"
 
 /// Owner: the tests' program, on its main thread. Takes everything away at its end.
 /// Errors: std::runtime_error if it can't be made.

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "ChildProcess.h"
-#include "Installation.h"
+#include "tests/kit/Installation.h"
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-#include "Fixtures.h"
+#include "tests/kit/Fixtures.h"
 
 namespace {
 

@@ -1,6 +1,4 @@
 // corvane new, by the tool itself.
-#include "ChildProcess.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -11,6 +9,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "Fixtures.h"
+#include "tests/kit/Fixtures.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "Fixtures.h"
+#include "tests/kit/Fixtures.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "IntendedLeak.h"
-#include "Program.h"
-#include "Run.h"
+#include "tests/model/Program.h"
+#include "tests/model/Run.h"
+#include "tests/support/IntendedLeak.h"
 
 namespace model {
 

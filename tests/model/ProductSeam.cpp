@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "Run.h"
+#include "tests/model/Run.h"
 
 using model::Run;
 using model::Scheduler;

@@ -1,4 +1,4 @@
-#include "Program.h"
+#include "tests/model/Program.h"
 
 #include <random>
 #include <utility>

@@ -13,7 +13,7 @@
 #include <string>
 #include <utility>
 
-#include "Run.h"
+#include "tests/model/Run.h"
 
 namespace model {
 

@@ -1,4 +1,4 @@
-#include "Run.h"
+#include "tests/model/Run.h"
 
 #include <algorithm>
 #include <cstdio>

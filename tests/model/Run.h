@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Scheduler.h"
+#include "tests/model/Scheduler.h"
 
 namespace model {
 

@@ -1,4 +1,4 @@
-#include "Scheduler.h"
+#include "tests/model/Scheduler.h"
 
 #include <algorithm>
 #include <cstdlib>

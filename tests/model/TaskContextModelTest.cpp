@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "Execution.h"
-#include "ReferenceContext.h"
-#include "TPLContext.h"
+#include "taskExecutor/tpl/include_internal/TPLContext.h"
+#include "tests/model/Execution.h"
+#include "tests/model/ReferenceContext.h"
 
 namespace {
 

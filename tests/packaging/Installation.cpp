@@ -1,6 +1,4 @@
-#include "Installation.h"
-
-#include "ChildProcess.h"
+#include "tests/packaging/Installation.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -8,6 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace fs = std::filesystem;
 

@@ -1,16 +1,15 @@
 // What each component consists of: the lists in installed/ are complete.
-#include "ChildProcess.h"
-#include "Installation.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include "tests/packaging/Installation.h"
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

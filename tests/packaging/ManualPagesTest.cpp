@@ -1,6 +1,4 @@
 // The manual pages, and the one of the command against the command.
-#include "ChildProcess.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +7,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

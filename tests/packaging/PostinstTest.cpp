@@ -1,15 +1,14 @@
 // What the package's script does to the plugin directory when it is installed over one.
-#include "ChildProcess.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

@@ -1,7 +1,4 @@
 // The unit as installed, judged by systemd's own tools, which need no running systemd.
-#include "ChildProcess.h"
-#include "Installation.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +6,9 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include "tests/packaging/Installation.h"
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

@@ -11,12 +11,12 @@
 #include <thread>
 #include <vector>
 
-#include "Events.h"
-#include "FakePlatform.h"
-#include "ITaskInvoker.h"
-#include "RequestBroker.h"
-#include "StampedEvents.h"
-#include "TaskExecutor.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/ITaskInvoker.h"
+#include "taskExecutor/TaskExecutor.h"
+#include "tests/stress/StampedEvents.h"
+#include "tests/support/Events.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

@@ -1,8 +1,5 @@
 // Ten thousand injected events in a second, by several peers and from several threads of
 // the platform, up to a plugin of the real daemon.
-#include "ChildProcess.h"
-#include "InjectPeer.h"
-
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
@@ -12,6 +9,9 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
+#include "tools/corvane/InjectPeer.h"
 
 namespace {
 

@@ -16,9 +16,9 @@
 #include <semaphore>
 #include <thread>
 
-#include "ITaskInvoker.h"
-#include "RequestBroker.h"
-#include "TaskExecutor.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/ITaskInvoker.h"
+#include "taskExecutor/TaskExecutor.h"
 
 namespace {
 
@@ -42,14 +42,14 @@ __attribute__((format(printf, 1, 2))) void say(const char* format, ...) {
 void join() {
 #define EVENT(source, type, value, subscribe, unsubscribe, set, unset, Callback, types) \
     pluginBroker->subscribe([](auto...) { ++received; }, nullptr);
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
 }
 
 void leave() {
 #define EVENT(source, type, value, subscribe, unsubscribe, set, unset, Callback, types) \
     pluginBroker->unsubscribe();
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     // Brings along what was queued while a runner left.
     pluginBroker->RequestToInvokeInTaskExecutor([](void*) {}, nullptr);

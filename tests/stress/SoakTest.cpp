@@ -1,9 +1,6 @@
 // The real daemon for a long time, with one plugin that stays and two that come and go:
 // nothing that it allocated, opened or mapped is left behind but the one leak that is
 // kept, and that to the byte. CORVANE_SOAK_SECONDS sets how long.
-#include "ChildProcess.h"
-#include "InjectPeer.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -23,6 +20,9 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
+#include "tools/corvane/InjectPeer.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include <thread>
 #include <vector>
 
-#include "FakePlatform.h"
-#include "HeapInUse.h"
-#include "ITaskInvoker.h"
-#include "RequestBroker.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/ITaskInvoker.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/HeapInUse.h"
 
 namespace {
 

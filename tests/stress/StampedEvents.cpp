@@ -1,11 +1,12 @@
-#include "StampedEvents.h"
+#include "tests/stress/StampedEvents.h"
+
+#include <IRequestBroker.h>
 
 #include <string>
 #include <tuple>
 #include <utility>
 
-#include "FakePlatform.h"
-#include "IRequestBroker.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 
@@ -100,7 +101,7 @@ std::vector<std::unique_ptr<const StampedEvent>> makeEvents() {
 #define EVENT(source, type, value, subscribe, unsubscribe, set, unset, Callback, types) \
     events.push_back(std::make_unique<TypedEvent<Callback, __COUNTER__ - first>>(       \
         #set, &IRequestBroker::subscribe, &IRequestBroker::unsubscribe));
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     return events;
 }

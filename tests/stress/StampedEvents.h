@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "Stamp.h"
+#include "tests/stress/Stamp.h"
 
 class IRequestBroker;
 

@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
-#include "FakePlatform.h"
-#include "TaskExecutor.h"
+#include "taskExecutor/TaskExecutor.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

@@ -1,4 +1,6 @@
-#include "Events.h"
+#include "tests/support/Events.h"
+
+#include <IRequestBroker.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -9,9 +11,8 @@
 #include <tuple>
 #include <utility>
 
-#include "FakePlatform.h"
-#include "IRequestBroker.h"
-#include "SampleArguments.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/SampleArguments.h"
 
 namespace {
 
@@ -107,7 +108,7 @@ std::vector<std::unique_ptr<const Event>> makeEvents() {
         event->m_unsubscribe = &IRequestBroker::unsubscribe_;                                   \
         events.push_back(std::move(event));                                                     \
     }
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     return events;
 }

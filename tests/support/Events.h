@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "CallbackType.h"
+#include "daemon/src/Callback/CallbackType.h"
 
 class IRequestBroker;
 

@@ -1,4 +1,4 @@
-#include "FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
@@ -33,7 +33,7 @@ Slots allSlots() {
 #define EVENT(source, type, value, subscribe, unsubscribe, setFunction, unsetFunction, Callback, \
               types)                                                                             \
     slots[#setFunction];
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     return slots;
 }
@@ -274,5 +274,5 @@ int bt_audio_deinitialize() {
     int unsetFunction() {                                                                        \
         return unset(#setFunction, #unsetFunction);                                              \
     }
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT

@@ -4,7 +4,7 @@
 #include <deque>
 #include <utility>
 
-#include "ITaskInvoker.h"
+#include "taskExecutor/ITaskInvoker.h"
 
 class DirectTaskInvoker : public ITaskInvoker {
 public:

@@ -1,4 +1,4 @@
-#include "SampleArguments.h"
+#include "tests/support/SampleArguments.h"
 
 #include <algorithm>
 #include <initializer_list>

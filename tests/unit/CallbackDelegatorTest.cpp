@@ -1,6 +1,4 @@
 // The registry of event sources: when a platform callback is set and unset.
-#include "CallbackDelegator.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,11 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "BluetoothCallback.h"
-#include "FakePlatform.h"
-#include "Invokers.h"
-#include "SoundManagerCallback.h"
-#include "TaskInvokerImpl.h"
+#include "daemon/src/Callback/BluetoothCallback.h"
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "daemon/src/Callback/SoundManagerCallback.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Invokers.h"
 
 using testing::ElementsAre;
 

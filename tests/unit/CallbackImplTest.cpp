@@ -1,6 +1,4 @@
 // The subscriber list of one event: order, identity, and changes during a fan-out.
-#include "CallbackImpl.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,10 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include "BluetoothCallback.h"
-#include "FakePlatform.h"
-#include "HeapInUse.h"
-#include "Invokers.h"
+#include "daemon/src/Callback/BluetoothCallback.h"
+#include "daemon/src/Callback/CallbackImpl.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/HeapInUse.h"
+#include "tests/support/Invokers.h"
 
 using testing::ElementsAre;
 

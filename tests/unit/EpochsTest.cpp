@@ -1,6 +1,4 @@
 // Deliveries that are under way: what they may use is kept, and they can be waited for.
-#include "Epochs.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,8 +11,9 @@
 #include <type_traits>
 #include <vector>
 
-#include "Gate.h"
-#include "HeapInUse.h"
+#include "daemon/src/Callback/Epochs.h"
+#include "tests/support/Gate.h"
+#include "tests/support/HeapInUse.h"
 
 namespace {
 

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "CallbackDelegator.h"
-#include "Events.h"
-#include "FakePlatform.h"
-#include "Invokers.h"
-#include "RequestBroker.h"
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "tests/support/Events.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Invokers.h"
 
 using testing::ElementsAre;
 

@@ -1,6 +1,4 @@
 // Libraries that end too early.
-#include "LibraryFile.h"
-
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <link.h>
@@ -13,6 +11,8 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include "daemon/src/LibraryFile.h"
 
 namespace {
 

@@ -1,6 +1,4 @@
 // The form of the daemon's log lines, and the scope tracer.
-#include "log.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,7 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "FakePlatform.h"
+#include "daemon/src/common/log.h"
+#include "tests/support/FakePlatform.h"
 
 using testing::ElementsAre;
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <thread>
 
-#include "Epochs.h"
-#include "FakePlatform.h"
-#include "Gate.h"
-#include "Plugin.h"
+#include "daemon/src/Callback/Epochs.h"
+#include "daemon/src/Plugin.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Gate.h"
 
 namespace {
 

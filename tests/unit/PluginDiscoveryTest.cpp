@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include "FakePlatform.h"
-#include "FileManager.h"
-#include "Plugin.h"
-#include "PluginPriorityChecker.h"
+#include "daemon/src/FileManager.h"
+#include "daemon/src/Plugin.h"
+#include "daemon/src/PluginPriorityChecker.h"
+#include "tests/support/FakePlatform.h"
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;

@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "FakePlatform.h"
-#include "Plugin.h"
+#include "daemon/src/Plugin.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

@@ -10,11 +10,11 @@
 #include <utility>
 #include <vector>
 
-#include "BluetoothCallback.h"
-#include "FakePlatform.h"
-#include "Invokers.h"
-#include "SampleArguments.h"
-#include "SoundManagerCallback.h"
+#include "daemon/src/Callback/BluetoothCallback.h"
+#include "daemon/src/Callback/SoundManagerCallback.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Invokers.h"
+#include "tests/support/SampleArguments.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
 // The broker as a plugin sees it: the table of operations, shared profiles, and work
 // of the plugin's own.
-#include "RequestBroker.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,11 +8,12 @@
 #include <thread>
 #include <vector>
 
-#include "Events.h"
-#include "FakePlatform.h"
-#include "Gate.h"
-#include "Invokers.h"
-#include "TaskInvokerImpl.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/support/Events.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Gate.h"
+#include "tests/support/Invokers.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "FakePlatform.h"
-#include "TaskExecutor.h"
+#include "taskExecutor/TaskExecutor.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

@@ -11,9 +11,9 @@
 #include <thread>
 #include <vector>
 
-#include "FakePlatform.h"
-#include "Gate.h"
-#include "TaskExecutor.h"
+#include "taskExecutor/TaskExecutor.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Gate.h"
 
 using testing::ElementsAre;
 

@@ -11,11 +11,11 @@
 #include <thread>
 #include <vector>
 
-#include "FakePlatform.h"
-#include "Gate.h"
-#include "IntendedLeak.h"
-#include "TPLContext.h"
-#include "TaskExecutor.h"
+#include "taskExecutor/TaskExecutor.h"
+#include "taskExecutor/tpl/include_internal/TPLContext.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Gate.h"
+#include "tests/support/IntendedLeak.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -9,11 +9,11 @@
 #include <thread>
 #include <vector>
 
-#include "DirectInvoker.h"
-#include "FakePlatform.h"
-#include "Gate.h"
-#include "MainThreadInvoker.h"
-#include "TaskInvokerImpl.h"
+#include "taskExecutor/DirectInvoker.h"
+#include "taskExecutor/MainThreadInvoker.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/Gate.h"
 
 using testing::ElementsAre;
 

@@ -1,6 +1,4 @@
 // Blocks and strings that a thread keeps.
-#include "ThreadStore.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,6 +11,8 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "daemon/src/common/ThreadStore.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // corvane complete: what the shell's completion asks.
-#include "CompleteCommand.h"
-
-#include "EventJson.h"
-#include "EventTable.h"
+#include "tools/corvane/CompleteCommand.h"
 
 #include <iostream>
 #include <memory>
 #include <span>
 #include <utility>
+
+#include "platform/host/inject/EventTable.h"
+#include "tools/corvane/EventJson.h"
 
 namespace corvane::tool {
 

@@ -1,12 +1,12 @@
 // corvane emit: makes a running daemon deliver an event.
-#include "EmitCommand.h"
-
-#include "EventArguments.h"
-#include "InjectPeer.h"
+#include "tools/corvane/EmitCommand.h"
 
 #include <iostream>
 #include <memory>
 #include <vector>
+
+#include "platform/host/inject/EventArguments.h"
+#include "tools/corvane/InjectPeer.h"
 
 namespace corvane::tool {
 

@@ -1,11 +1,11 @@
 // The arguments of an event as a D-Bus message.
-#include "EmitMessage.h"
-
-#include "ValueText.h"
+#include "tools/corvane/EmitMessage.h"
 
 #include <stdexcept>
 #include <string>
 #include <variant>
+
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::tool {
 

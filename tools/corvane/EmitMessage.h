@@ -1,12 +1,12 @@
 // The arguments of an event as a D-Bus message.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <systemd/sd-bus.h>
 
 #include <span>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::tool {
 

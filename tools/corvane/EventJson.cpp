@@ -1,5 +1,5 @@
 // The events that can be injected as JSON.
-#include "EventJson.h"
+#include "tools/corvane/EventJson.h"
 
 #include <span>
 #include <string>

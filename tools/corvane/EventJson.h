@@ -1,9 +1,9 @@
 // The events that can be injected as JSON, for programs that make events.
 #pragma once
 
-#include "EventTable.h"
-
 #include <nlohmann/json.hpp>
+
+#include "platform/host/inject/EventTable.h"
 
 namespace corvane::tool {
 

@@ -1,7 +1,5 @@
 // Who else may change what a daemon runs.
-#include "Exposure.h"
-
-#include "Printable.h"
+#include "tools/corvane/Exposure.h"
 
 #include <grp.h>
 #include <pwd.h>
@@ -10,6 +8,8 @@
 
 #include <iostream>
 #include <system_error>
+
+#include "tools/corvane/Printable.h"
 
 namespace corvane::tool {
 

@@ -1,8 +1,5 @@
 // The daemon's end of injection, as the command sees it.
-#include "InjectPeer.h"
-
-#include "EmitMessage.h"
-#include "InjectLimits.h"
+#include "tools/corvane/InjectPeer.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -18,6 +15,9 @@
 #include <string_view>
 #include <system_error>
 #include <utility>
+
+#include "platform/host/inject/InjectLimits.h"
+#include "tools/corvane/EmitMessage.h"
 
 namespace corvane::tool {
 

@@ -1,9 +1,6 @@
 // The daemon's end of injection, as the command sees it.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <systemd/sd-bus.h>
 
 #include <chrono>
@@ -12,6 +9,9 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::tool {
 

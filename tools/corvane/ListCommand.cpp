@@ -1,8 +1,5 @@
 // corvane list: the events that can be injected, with their arguments.
-#include "ListCommand.h"
-
-#include "EventJson.h"
-#include "EventTable.h"
+#include "tools/corvane/ListCommand.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,6 +8,9 @@
 #include <span>
 #include <string_view>
 #include <vector>
+
+#include "platform/host/inject/EventTable.h"
+#include "tools/corvane/EventJson.h"
 
 namespace corvane::tool {
 

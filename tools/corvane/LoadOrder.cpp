@@ -1,8 +1,5 @@
 // What the daemon would load from a directory, and in which order.
-#include "LoadOrder.h"
-
-#include "Exposure.h"
-#include "PluginOrder.h"
+#include "tools/corvane/LoadOrder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -10,6 +7,9 @@
 #include <filesystem>
 #include <list>
 #include <stdexcept>
+
+#include "daemon/src/PluginOrder.h"
+#include "tools/corvane/Exposure.h"
 
 namespace corvane::tool {
 

@@ -1,12 +1,12 @@
 // What the daemon would load from a directory, and in which order, without loading it.
 #pragma once
 
-#include "FileManager.h"
-#include "PluginPriorityChecker.h"
-
 #include <cstddef>
 #include <string>
 #include <vector>
+
+#include "daemon/src/FileManager.h"
+#include "daemon/src/PluginPriorityChecker.h"
 
 namespace corvane::tool {
 

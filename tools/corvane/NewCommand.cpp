@@ -1,7 +1,5 @@
 // corvane new: makes a plugin project of the installed template.
-#include "NewCommand.h"
-
-#include "NewProject.h"
+#include "tools/corvane/NewCommand.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -9,6 +7,8 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+
+#include "tools/corvane/NewProject.h"
 
 namespace corvane::tool {
 

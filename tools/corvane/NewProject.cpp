@@ -1,5 +1,5 @@
 // A plugin project, made of a template.
-#include "NewProject.h"
+#include "tools/corvane/NewProject.h"
 
 #include <algorithm>
 #include <array>

@@ -1,19 +1,18 @@
 // corvane order: which plugins the daemon would load, in which order and why.
-#include "OrderCommand.h"
-
-#include "Exposure.h"
-#include "LoadOrder.h"
-#include "PluginPath.h"
-#include "Printable.h"
-
-#include <nlohmann/json.hpp>
+#include "tools/corvane/OrderCommand.h"
 
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
+
+#include "daemon/src/PluginPath.h"
+#include "tools/corvane/Exposure.h"
+#include "tools/corvane/LoadOrder.h"
+#include "tools/corvane/Printable.h"
 
 namespace corvane::tool {
 

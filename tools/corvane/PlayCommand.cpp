@@ -1,12 +1,12 @@
 // corvane play: plays a scenario of events against a running daemon.
-#include "PlayCommand.h"
-
-#include "Player.h"
-#include "Scenario.h"
+#include "tools/corvane/PlayCommand.h"
 
 #include <fstream>
 #include <iostream>
 #include <memory>
+
+#include "tools/corvane/Player.h"
+#include "tools/corvane/Scenario.h"
 
 namespace corvane::tool {
 

@@ -1,10 +1,10 @@
 // Plays the steps of a scenario.
-#include "Player.h"
-
-#include "EmitCommand.h"
+#include "tools/corvane/Player.h"
 
 #include <iostream>
 #include <utility>
+
+#include "tools/corvane/EmitCommand.h"
 
 namespace corvane::tool {
 

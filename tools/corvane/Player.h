@@ -1,13 +1,13 @@
 // Plays the steps of a scenario.
 #pragma once
 
-#include "InjectPeer.h"
-#include "Scenario.h"
-
 #include <map>
 #include <set>
 #include <string>
 #include <vector>
+
+#include "tools/corvane/InjectPeer.h"
+#include "tools/corvane/Scenario.h"
 
 namespace corvane::tool {
 

@@ -1,5 +1,5 @@
 // Text of unknown origin for a terminal.
-#include "Printable.h"
+#include "tools/corvane/Printable.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,12 +1,12 @@
 // What `corvane play` plays, read from a file.
-#include "Scenario.h"
-
-#include "EventArguments.h"
+#include "tools/corvane/Scenario.h"
 
 #include <charconv>
 #include <cstddef>
 #include <system_error>
 #include <utility>
+
+#include "platform/host/inject/EventArguments.h"
 
 namespace corvane::tool {
 

@@ -1,9 +1,6 @@
 // What `corvane play` plays, read from a file.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <chrono>
 #include <istream>
 #include <optional>
@@ -11,6 +8,9 @@
 #include <string>
 #include <variant>
 #include <vector>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::tool {
 

@@ -1,7 +1,7 @@
 // The words of a line of a scenario.
-#include "Scenario.h"
-
 #include <cstddef>
+
+#include "tools/corvane/Scenario.h"
 
 namespace corvane::tool {
 

@@ -1,5 +1,5 @@
 // Ctrl+C and its like as a file descriptor.
-#include "StopSignals.h"
+#include "tools/corvane/StopSignals.h"
 
 #include <sys/signalfd.h>
 #include <unistd.h>

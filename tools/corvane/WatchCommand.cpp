@@ -1,12 +1,12 @@
 // corvane watch: shows what happens to the callbacks of a running daemon.
-#include "WatchCommand.h"
-
-#include "EventJson.h"
-#include "InjectPeer.h"
-#include "StopSignals.h"
+#include "tools/corvane/WatchCommand.h"
 
 #include <iostream>
 #include <memory>
+
+#include "tools/corvane/EventJson.h"
+#include "tools/corvane/InjectPeer.h"
+#include "tools/corvane/StopSignals.h"
 
 namespace corvane::tool {
 

@@ -1,20 +1,19 @@
 // The developer's command of Corvane.
-#include "CheckCommand.h"
-#include "CheckError.h"
-#include "CompleteCommand.h"
-#include "EmitCommand.h"
-#include "ListCommand.h"
-#include "NewCommand.h"
-#include "OrderCommand.h"
-#include "PlayCommand.h"
-#include "Scenario.h"
-#include "WatchCommand.h"
-
 #include <CLI/CLI.hpp>
-
 #include <exception>
 #include <iostream>
 #include <string>
+
+#include "tools/corvane/CompleteCommand.h"
+#include "tools/corvane/EmitCommand.h"
+#include "tools/corvane/ListCommand.h"
+#include "tools/corvane/NewCommand.h"
+#include "tools/corvane/OrderCommand.h"
+#include "tools/corvane/PlayCommand.h"
+#include "tools/corvane/Scenario.h"
+#include "tools/corvane/WatchCommand.h"
+#include "tools/corvane/check/CheckCommand.h"
+#include "tools/corvane/check/CheckError.h"
 
 int main(int argc, char** argv) {
     CLI::App app{"Tries out Corvane and its plugins without a device.", "corvane"};

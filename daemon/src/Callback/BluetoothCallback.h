@@ -11,10 +11,10 @@
 #include <memory>
 #include <string>
 
-#include "DeviceInfoCopy.h"
-#include "EventSource.h"
-#include "RecordBuffers.h"
-#include "log.h"
+#include "daemon/src/Callback/DeviceInfoCopy.h"
+#include "daemon/src/Callback/EventSource.h"
+#include "daemon/src/Callback/RecordBuffers.h"
+#include "daemon/src/common/log.h"
 
 class BtHostConnectionStateChangedCb
     : public CallbackImpl<bt_hid_host_connection_state_changed_cb, int, bool, const std::string&> {

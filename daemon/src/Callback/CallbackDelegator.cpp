@@ -1,4 +1,4 @@
-#include "CallbackDelegator.h"
+#include "daemon/src/Callback/CallbackDelegator.h"
 
 CallbackDelegator::CallbackDelegator() {
     init();

@@ -7,12 +7,12 @@
 #include <tuple>
 #include <utility>
 
-#include "CallbackType.h"
-#include "ICallback.h"
-#include "ITaskInvoker.h"
-#include "Mutex.h"
-#include "Singleton.h"
-#include "log.h"
+#include "daemon/src/Callback/CallbackType.h"
+#include "daemon/src/Callback/ICallback.h"
+#include "daemon/src/Callback/Singleton.h"
+#include "daemon/src/common/Mutex.h"
+#include "daemon/src/common/log.h"
+#include "taskExecutor/ITaskInvoker.h"
 
 /// One for the process, held by Singleton<CallbackDelegator>; owns every event source.
 ///

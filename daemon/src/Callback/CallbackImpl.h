@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include "Epochs.h"
-#include "ICallback.h"
-#include "ITaskInvoker.h"
-#include "log.h"
+#include "daemon/src/Callback/Epochs.h"
+#include "daemon/src/Callback/ICallback.h"
+#include "daemon/src/common/log.h"
+#include "taskExecutor/ITaskInvoker.h"
 
 /// `CallbackFunction` is the platform's callback type, `Types` what its arguments before
 /// the user data travel as: a C string as `const std::string&`, all else as it is.

@@ -1,6 +1,6 @@
-#include "DeviceInfoCopy.h"
+#include "daemon/src/Callback/DeviceInfoCopy.h"
 
-#include "RecordBuffers.h"
+#include "daemon/src/Callback/RecordBuffers.h"
 
 using namespace record_buffers;
 

@@ -1,4 +1,4 @@
-#include "Epochs.h"
+#include "daemon/src/Callback/Epochs.h"
 
 #include <algorithm>
 

@@ -9,8 +9,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "CallbackImpl.h"
-#include "ThreadStore.h"
+#include "daemon/src/Callback/CallbackImpl.h"
+#include "daemon/src/common/ThreadStore.h"
 
 namespace event_source {
 

@@ -3,7 +3,7 @@
 
 #include <sound_manager_tv.h>
 
-#include "EventSource.h"
+#include "daemon/src/Callback/EventSource.h"
 
 class SoundManagerSpeakerChangedCb
     : public CallbackImpl<sound_manager_speaker_changed_cb, sound_tv_output_route_e> {

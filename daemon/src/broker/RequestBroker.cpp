@@ -1,10 +1,10 @@
-#include "RequestBroker.h"
+#include "daemon/src/broker/RequestBroker.h"
 
-#include "BluetoothCallback.h"
-#include "CallbackDelegator.h"
-#include "ITaskInvoker.h"
-#include "SoundManagerCallback.h"
-#include "log.h"
+#include "daemon/src/Callback/BluetoothCallback.h"
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "daemon/src/Callback/SoundManagerCallback.h"
+#include "daemon/src/common/log.h"
+#include "taskExecutor/ITaskInvoker.h"
 
 #define BROKER_OPERATION(subscribe, unsubscribe, CallbackFunction, type, Source)                   \
     int RequestBroker::subscribe(CallbackFunction callback, void* userData) {                      \
@@ -17,7 +17,7 @@
         return Singleton<CallbackDelegator>::getInstance()->unregisterCallback<Source>(type,       \
                                                                                        m_invoker); \
     }
-#include "BrokerOperations.def"
+#include "daemon/src/broker/BrokerOperations.def"
 #undef BROKER_OPERATION
 
 int RequestBroker::RequestToInvokeInTaskExecutor(std::function<void(void*)> function,

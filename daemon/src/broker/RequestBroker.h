@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "IRequestBroker.h"
+#include "daemon/src/broker/IRequestBroker.h"
 
 class ITaskInvoker;
 
@@ -18,7 +18,7 @@ public:
 #define BROKER_OPERATION(subscribe, unsubscribe, CallbackFunction, type, Source) \
     int subscribe(CallbackFunction callback, void* userData) override;           \
     int unsubscribe() override;
-#include "BrokerOperations.def"
+#include "daemon/src/broker/BrokerOperations.def"
 #undef BROKER_OPERATION
 
     int RequestToInvokeInTaskExecutor(std::function<void(void*)> function, void* userData) override;

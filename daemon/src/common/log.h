@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "ThreadStore.h"
+#include "daemon/src/common/ThreadStore.h"
 
 namespace logging {
 

@@ -1,9 +1,9 @@
 // TV extension of the platform's Bluetooth on the host: the callbacks of its kinds
 // of event, and the start of everything that feeds callbacks.
-#include "CallbackSlot.h"
-#include "Product.h"
-
 #include <bluetooth_tv.h>
+
+#include "platform/host/bluetooth/Product.h"
+#include "platform/host/common/CallbackSlot.h"
 
 PLATFORM_API int bt_product_init() {
     return corvane::host::startProduct();

@@ -1,9 +1,9 @@
 // The platform's Bluetooth on the host: one callback for each kind of event. The
 // profiles and the audio stack need no set-up here; what feeds the callbacks starts
 // with the product.
-#include "CallbackSlot.h"
-
 #include <bluetooth.h>
+
+#include "platform/host/common/CallbackSlot.h"
 
 PLATFORM_API int bt_audio_initialize() {
     return 0;

@@ -1,5 +1,5 @@
 // Drives one D-Bus connection from the main loop.
-#include "BusPump.h"
+#include "platform/host/bluetooth/BusPump.h"
 
 #include <poll.h>
 #include <time.h>

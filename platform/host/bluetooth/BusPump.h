@@ -2,14 +2,14 @@
 // wake-up processes a bounded number of messages.
 #pragma once
 
-#include "Descriptor.h"
-
 #include <Ecore.h>
 #include <systemd/sd-bus.h>
 
 #include <exception>
 #include <functional>
 #include <memory>
+
+#include "platform/host/bluetooth/Descriptor.h"
 
 namespace corvane::host {
 

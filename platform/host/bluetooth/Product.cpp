@@ -1,9 +1,5 @@
 // Starts and stops what feeds the callbacks.
-#include "Product.h"
-
-#include "Settings.h"
-#include "bluez/BluezClient.h"
-#include "inject/InjectServer.h"
+#include "platform/host/bluetooth/Product.h"
 
 #include <Ecore.h>
 #include <dlog.h>
@@ -11,6 +7,10 @@
 #include <cerrno>
 #include <exception>
 #include <memory>
+
+#include "platform/host/bluetooth/bluez/BluezClient.h"
+#include "platform/host/bluetooth/inject/InjectServer.h"
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

@@ -2,7 +2,7 @@
 // the settings, or the environment variable CORVANE_INJECT_SOCKET, name its socket.
 #pragma once
 
-#include "PlatformApi.h"
+#include "platform/host/common/PlatformApi.h"
 
 namespace corvane::host {
 

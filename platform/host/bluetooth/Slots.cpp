@@ -1,15 +1,15 @@
 // The slots of all the platform libraries, and who is told what happens to them.
-#include "Slots.h"
-
-#include "CallbackSlot.h"
+#include "platform/host/bluetooth/Slots.h"
 
 #include <shared_mutex>
+
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 
 #define SLOT(setFunction, event) \
     constinit CallbackSlot<CallbackOf<&setFunction>> SlotHolder<&setFunction>::slot{event};
-#include "Slots.def"
+#include "platform/host/common/Slots.def"
 #undef SLOT
 
 constinit std::atomic<bool> slotsAreObserved{false};
@@ -23,7 +23,7 @@ void* observerData = nullptr;
 
 constexpr SlotState states[] = {
 #define SLOT(setFunction, event) {event, [] { return slotOf<&setFunction>.isSet(); }},
-#include "Slots.def"
+#include "platform/host/common/Slots.def"
 #undef SLOT
 };
 

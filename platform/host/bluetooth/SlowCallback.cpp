@@ -1,9 +1,9 @@
 // The warning about what keeps a thread for too long: a callback, or a set or unset call.
-#include "Settings.h"
-#include "SlotObserver.h"
-
 #include <dlog.h>
 #include <unistd.h>
+
+#include "platform/host/common/SlotObserver.h"
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

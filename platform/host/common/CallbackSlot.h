@@ -3,18 +3,17 @@
 // the address of its set function: slotOf<&bt_adapter_set_state_changed_cb>.
 #pragma once
 
-#include "PlatformApi.h"
-#include "SlotObserver.h"
-
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
-#include <sound_manager_tv.h>
-
 #include <pthread.h>
+#include <sound_manager_tv.h>
 #include <time.h>
 
 #include <cerrno>
 #include <mutex>
+
+#include "platform/host/common/PlatformApi.h"
+#include "platform/host/common/SlotObserver.h"
 
 namespace corvane::host {
 
@@ -160,7 +159,7 @@ struct SlotHolder;
     struct SlotHolder<&setFunction> {                                       \
         PLATFORM_SHARED static CallbackSlot<CallbackOf<&setFunction>> slot; \
     };
-#include "Slots.def"
+#include "platform/host/common/Slots.def"
 #undef SLOT
 
 template <auto setFunction>

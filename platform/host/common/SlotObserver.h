@@ -1,10 +1,10 @@
 // What happens to the slots, for those who watch, and callbacks that take too long.
 #pragma once
 
-#include "PlatformApi.h"
-
 #include <atomic>
 #include <chrono>
+
+#include "platform/host/common/PlatformApi.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // Control characters in the text of a record.
-#include "Controls.h"
+#include "platform/host/dlog/Controls.h"
 
 #include <algorithm>
 #include <cstdint>

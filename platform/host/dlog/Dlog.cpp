@@ -2,16 +2,6 @@
 //     12:34:56.789 4711 I TAG: text
 // Time is local, the number is the thread's, the letter is the priority's (D, I, W, E).
 // Control characters in the line become spaces, so no record can pass for two.
-#include "Controls.h"
-#include "FormatText.h"
-#include "LineHead.h"
-#include "LogBuffer.h"
-#include "LogDestination.h"
-#include "LogJournal.h"
-#include "LogStream.h"
-#include "PlatformApi.h"
-#include "Settings.h"
-
 #include <dlog.h>
 
 #include <algorithm>
@@ -23,6 +13,16 @@
 #include <exception>
 #include <memory>
 #include <string_view>
+
+#include "platform/host/common/PlatformApi.h"
+#include "platform/host/dlog/Controls.h"
+#include "platform/host/dlog/FormatText.h"
+#include "platform/host/dlog/LineHead.h"
+#include "platform/host/dlog/LogBuffer.h"
+#include "platform/host/dlog/LogDestination.h"
+#include "platform/host/dlog/LogJournal.h"
+#include "platform/host/dlog/LogStream.h"
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

@@ -1,6 +1,6 @@
 // "%s", "%d", "%p" and "%%" without flags or widths are formatted here, four times as fast as the
 // C library does. All else, and what doesn't fit, is left to it from the start.
-#include "FormatText.h"
+#include "platform/host/dlog/FormatText.h"
 
 #include <charconv>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Local time changes once in a second and a thread's number never, so each thread keeps both as
 // text.
-#include "LineHead.h"
+#include "platform/host/dlog/LineHead.h"
 
 #include <dlog.h>
 #include <pthread.h>

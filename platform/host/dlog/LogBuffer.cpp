@@ -1,6 +1,4 @@
-#include "LogBuffer.h"
-
-#include "LogStream.h"
+#include "platform/host/dlog/LogBuffer.h"
 
 #include <pthread.h>
 #include <sched.h>
@@ -9,6 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+
+#include "platform/host/dlog/LogStream.h"
 
 namespace corvane::host {
 

@@ -1,8 +1,5 @@
 // Chooses where the log goes.
-#include "LogDestination.h"
-
-#include "LogBuffer.h"
-#include "Settings.h"
+#include "platform/host/dlog/LogDestination.h"
 
 #include <fcntl.h>
 #include <stdlib.h>
@@ -11,6 +8,9 @@
 
 #include <cerrno>
 #include <system_error>
+
+#include "platform/host/dlog/LogBuffer.h"
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

@@ -1,6 +1,6 @@
 // Sends records to the journal.
 #define SD_JOURNAL_SUPPRESS_LOCATION  // the place in this file is of no interest
-#include "LogJournal.h"
+#include "platform/host/dlog/LogJournal.h"
 
 #include <dlog.h>
 #include <sys/uio.h>

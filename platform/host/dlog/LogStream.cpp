@@ -1,5 +1,5 @@
 // A descriptor as a place for whole lines.
-#include "LogStream.h"
+#include "platform/host/dlog/LogStream.h"
 
 #include <signal.h>
 #include <time.h>

@@ -1,9 +1,9 @@
 // The arguments of the events that can be injected, in the order of the callback.
 #pragma once
 
-#include "Enumerations.h"
-#include "EventTable.h"
-#include "Records.h"
+#include "platform/host/inject/Enumerations.h"
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Records.h"
 
 namespace corvane::host {
 

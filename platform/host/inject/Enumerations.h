@@ -1,11 +1,11 @@
 // The names by which the values of the platform's enumerations are injected.
 #pragma once
 
-#include "EventTable.h"
-
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <sound_manager_tv.h>
+
+#include "platform/host/inject/EventTable.h"
 
 namespace corvane::host {
 

@@ -1,7 +1,5 @@
 // An event and its arguments as people write them.
-#include "EventArguments.h"
-
-#include "ValueText.h"
+#include "platform/host/inject/EventArguments.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,6 +7,8 @@
 #include <span>
 #include <stdexcept>
 #include <utility>
+
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::host {
 

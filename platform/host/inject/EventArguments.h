@@ -1,12 +1,12 @@
 // An event and its arguments as people write them: its name, then key=value.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // The table of what can be injected: looking it up, and the names on D-Bus.
-#include "EventTable.h"
+#include "platform/host/inject/EventTable.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,7 +1,7 @@
 // What can be injected. A new event is one row here, its arguments in Arguments.h and
 // its slot in Slots.def; how it is delivered follows from the callback's type.
-#include "Arguments.h"
-#include "EventTable.h"
+#include "platform/host/inject/Arguments.h"
+#include "platform/host/inject/EventTable.h"
 
 namespace corvane::host {
 

@@ -2,8 +2,8 @@
 // follow from the arrays; that of UUIDs may be given otherwise.
 #pragma once
 
-#include "Enumerations.h"
-#include "EventTable.h"
+#include "platform/host/inject/Enumerations.h"
+#include "platform/host/inject/EventTable.h"
 
 namespace corvane::host {
 

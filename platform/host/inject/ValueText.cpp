@@ -1,5 +1,5 @@
 // Values as text.
-#include "ValueText.h"
+#include "platform/host/inject/ValueText.h"
 
 #include <charconv>
 #include <cstddef>

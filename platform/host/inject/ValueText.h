@@ -1,12 +1,12 @@
 // Values as text: how they are given on a command line and shown in a list.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::host {
 

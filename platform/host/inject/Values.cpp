@@ -1,7 +1,7 @@
 // The values of one event's arguments and record fields, by name.
-#include "Values.h"
+#include "platform/host/inject/Values.h"
 
-#include "ValueText.h"
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::host {
 

@@ -1,12 +1,12 @@
 // The values of one event's arguments and record fields, by name.
 #pragma once
 
-#include "EventTable.h"
-
 #include <map>
 #include <string>
 #include <variant>
 #include <vector>
+
+#include "platform/host/inject/EventTable.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // Reads the beginning of a file.
-#include "FileText.h"
+#include "platform/host/settings/FileText.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

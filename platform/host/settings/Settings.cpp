@@ -1,12 +1,12 @@
 // Where the settings come from: the file, then the environment over it.
-#include "Settings.h"
-
-#include "SettingsFile.h"
-#include "SettingsKeys.h"
+#include "platform/host/settings/Settings.h"
 
 #include <stdlib.h>
 
 #include <string>
+
+#include "platform/host/settings/SettingsFile.h"
+#include "platform/host/settings/SettingsKeys.h"
 
 namespace corvane::host {
 

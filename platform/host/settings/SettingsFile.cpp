@@ -1,10 +1,7 @@
 // Reads a file of settings with inih. The reader stands between it and the file to know
 // which line is at work and whether the parser could use it, which inih tells of the
 // first bad line only.
-#include "SettingsFile.h"
-
-#include "FileText.h"
-#include "SettingsKeys.h"
+#include "platform/host/settings/SettingsFile.h"
 
 #include <ini.h>
 
@@ -15,6 +12,9 @@
 #include <sstream>
 #include <string_view>
 #include <system_error>
+
+#include "platform/host/settings/FileText.h"
+#include "platform/host/settings/SettingsKeys.h"
 
 namespace corvane::host {
 

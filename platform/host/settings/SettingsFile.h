@@ -2,9 +2,9 @@
 // ';' at the start of a line, or from " ;" to its end.
 #pragma once
 
-#include "Settings.h"
-
 #include <string>
+
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

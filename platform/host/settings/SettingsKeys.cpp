@@ -1,8 +1,6 @@
 // The table of all settings. A value that a key takes is stored by a small function of
 // its own; the text beside it says what is allowed.
-#include "SettingsKeys.h"
-
-#include "SettingsValues.h"
+#include "platform/host/settings/SettingsKeys.h"
 
 #include <dlog.h>
 
@@ -10,6 +8,8 @@
 #include <array>
 #include <cstdint>
 #include <span>
+
+#include "platform/host/settings/SettingsValues.h"
 
 namespace corvane::host {
 

@@ -1,11 +1,11 @@
 // The table of all settings: sections, keys, and the values they may have.
 #pragma once
 
-#include "Settings.h"
-
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // The kinds of values that settings have.
-#include "SettingsValues.h"
+#include "platform/host/settings/SettingsValues.h"
 
 #include <algorithm>
 #include <cstddef>

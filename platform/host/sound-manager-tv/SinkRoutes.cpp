@@ -1,5 +1,5 @@
 // Which of the platform's output routes a sink of the sound server is.
-#include "SinkRoutes.h"
+#include "platform/host/sound-manager-tv/SinkRoutes.h"
 
 #include <fnmatch.h>
 #include <pulse/proplist.h>

@@ -1,11 +1,11 @@
 // Which of the platform's output routes a sink of the sound server is.
 #pragma once
 
-#include "Settings.h"
-
 #include <pulse/introspect.h>
 
 #include <vector>
+
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

@@ -1,8 +1,8 @@
 // TV extension of the sound manager on the host: the callbacks of the speakers.
-#include "CallbackSlot.h"
-#include "SpeakerEvents.h"
-
 #include <sound_manager_tv.h>
+
+#include "platform/host/common/CallbackSlot.h"
+#include "platform/host/sound-manager-tv/SpeakerEvents.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Watches a sound server's default sink. Between construction and destruction everything
 // happens on the library's thread, and nothing blocks there.
-#include "SoundServer.h"
+#include "platform/host/sound-manager-tv/SoundServer.h"
 
 #include <dlog.h>
 

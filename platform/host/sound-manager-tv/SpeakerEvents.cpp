@@ -1,9 +1,5 @@
 // Makes the speaker-changed events out of what the sound server does.
-#include "SpeakerEvents.h"
-
-#include "CallbackSlot.h"
-#include "SinkRoutes.h"
-#include "SoundServer.h"
+#include "platform/host/sound-manager-tv/SpeakerEvents.h"
 
 #include <Ecore.h>
 #include <dlog.h>
@@ -11,6 +7,10 @@
 
 #include <cstdint>
 #include <exception>
+
+#include "platform/host/common/CallbackSlot.h"
+#include "platform/host/sound-manager-tv/SinkRoutes.h"
+#include "platform/host/sound-manager-tv/SoundServer.h"
 
 namespace corvane::host {
 

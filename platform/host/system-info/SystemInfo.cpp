@@ -1,15 +1,15 @@
 // System information of the host: the integers in the file that CORVANE_SYSTEM_INFO
 // names, read at each call, and behind it those in the settings.
-#include "PlatformApi.h"
-#include "Settings.h"
-#include "SystemInfoFile.h"
-
 #include <stdlib.h>
 #include <system_info.h>
 
 #include <cerrno>
 #include <exception>
 #include <optional>
+
+#include "platform/host/common/PlatformApi.h"
+#include "platform/host/settings/Settings.h"
+#include "platform/host/system-info/SystemInfoFile.h"
 
 namespace {
 

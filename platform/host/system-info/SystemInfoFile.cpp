@@ -1,7 +1,5 @@
 // Reads the file with the machine's named integers.
-#include "SystemInfoFile.h"
-
-#include "FileText.h"
+#include "platform/host/system-info/SystemInfoFile.h"
 
 #include <dlog.h>
 
@@ -10,6 +8,8 @@
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
+
+#include "platform/host/settings/FileText.h"
 
 namespace corvane::host {
 

@@ -1,8 +1,4 @@
-#include "Emissions.h"
-
-#include "Deliveries.h"
-#include "EventArguments.h"
-#include "ValueText.h"
+#include "sdk/testkit/src/Emissions.h"
 
 #include <algorithm>
 #include <latch>
@@ -10,6 +6,10 @@
 #include <stdexcept>
 #include <utility>
 #include <vector>
+
+#include "platform/host/bluetooth/inject/Deliveries.h"
+#include "platform/host/inject/EventArguments.h"
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::testkit {
 

@@ -1,9 +1,6 @@
 // Events on their way to the plugin, from the test's thread and from others.
 #pragma once
 
-#include "DeliveryThreads.h"
-#include "ITaskInvoker.h"
-
 #include <corvane/testkit/Host.h>
 
 #include <condition_variable>
@@ -12,6 +9,9 @@
 #include <mutex>
 #include <set>
 #include <string>
+
+#include "platform/host/bluetooth/inject/DeliveryThreads.h"
+#include "taskExecutor/ITaskInvoker.h"
 
 namespace corvane::testkit {
 

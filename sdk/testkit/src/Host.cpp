@@ -1,14 +1,14 @@
 #include <corvane/testkit/Host.h>
 
-#include "Emissions.h"
-#include "EventTable.h"
-#include "MainLoop.h"
-#include "MainThreadInvoker.h"
-#include "PluginLibrary.h"
-#include "Recorder.h"
-
 #include <atomic>
 #include <thread>
+
+#include "platform/host/inject/EventTable.h"
+#include "sdk/testkit/src/Emissions.h"
+#include "sdk/testkit/src/MainLoop.h"
+#include "sdk/testkit/src/PluginLibrary.h"
+#include "sdk/testkit/src/Recorder.h"
+#include "taskExecutor/MainThreadInvoker.h"
 
 namespace corvane::testkit {
 

@@ -1,4 +1,4 @@
-#include "MainLoop.h"
+#include "sdk/testkit/src/MainLoop.h"
 
 #include <Ecore.h>
 

@@ -1,13 +1,5 @@
 // The platform's log and system information, recorded, and what the callbacks of the
 // platform need around them. Nothing but the test feeds the callbacks here.
-#include "PlatformApi.h"
-#include "Product.h"
-#include "Recorder.h"
-#include "SlotObserver.h"
-#include "SpeakerEvents.h"
-#include "TPLLog.h"
-#include "log.h"
-
 #include <dlog.h>
 #include <system_info.h>
 
@@ -19,6 +11,14 @@
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "daemon/src/common/log.h"
+#include "platform/host/bluetooth/Product.h"
+#include "platform/host/common/PlatformApi.h"
+#include "platform/host/common/SlotObserver.h"
+#include "platform/host/sound-manager-tv/SpeakerEvents.h"
+#include "sdk/testkit/src/Recorder.h"
+#include "taskExecutor/tpl/include_internal/TPLLog.h"
 
 namespace corvane::host {
 

@@ -1,8 +1,4 @@
-#include "PluginLibrary.h"
-
-#include "CallbackDelegator.h"
-#include "FileManager.h"
-#include "Slots.h"
+#include "sdk/testkit/src/PluginLibrary.h"
 
 #include <corvane/testkit/Errors.h>
 #include <dlfcn.h>
@@ -12,6 +8,10 @@
 #include <list>
 #include <system_error>
 #include <utility>
+
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "daemon/src/FileManager.h"
+#include "platform/host/bluetooth/Slots.h"
 
 namespace corvane::testkit {
 

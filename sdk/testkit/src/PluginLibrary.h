@@ -1,14 +1,14 @@
 // The plugin under test: the daemon's own object for it, and what it leaves behind.
 #pragma once
 
-#include "Plugin.h"
-
 #include <corvane/testkit/Leftovers.h>
 
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "daemon/src/Plugin.h"
 
 namespace corvane::testkit {
 

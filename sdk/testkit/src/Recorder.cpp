@@ -1,4 +1,4 @@
-#include "Recorder.h"
+#include "sdk/testkit/src/Recorder.h"
 
 #include <algorithm>
 #include <utility>

@@ -13,9 +13,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Mutex.h"
-#include "TPLLog.h"
-#include "ThreadStore.h"
+#include "daemon/src/common/Mutex.h"
+#include "daemon/src/common/ThreadStore.h"
+#include "taskExecutor/tpl/include_internal/TPLLog.h"
 
 namespace TPL {
 

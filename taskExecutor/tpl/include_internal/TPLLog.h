@@ -4,7 +4,7 @@
 
 #include <dlog.h>
 
-#include "log.h"
+#include "daemon/src/common/log.h"
 
 namespace TPL {
 

@@ -1,8 +1,9 @@
 // A plugin that listens to an event and a profile of all plugins and has work of its own.
+#include <IRequestBroker.h>
+
 #include <array>
 
-#include "../PluginCounts.h"
-#include "IRequestBroker.h"
+#include "tests/faults/PluginCounts.h"
 
 namespace {
 

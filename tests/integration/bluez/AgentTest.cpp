@@ -1,11 +1,11 @@
 // The agent: what devices ask, and the answers.
-#include "BluezTvFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 
 #include <string>
+
+#include "tests/integration/bluez/BluezTvFixture.h"
 
 namespace {
 

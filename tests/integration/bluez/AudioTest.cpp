@@ -1,10 +1,10 @@
 // Audio connections, their sound, volume and remote control.
-#include "BluezTvFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "tests/integration/bluez/BluezTvFixture.h"
 
 namespace {
 

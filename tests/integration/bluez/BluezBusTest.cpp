@@ -1,11 +1,11 @@
 // BlueZ and the bus come and go.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // What BlueZ tells and what the plugins hear of it.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

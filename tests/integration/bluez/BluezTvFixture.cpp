@@ -1,5 +1,5 @@
 // The daemon with a BlueZ that has an adapter and a device, and does all a BlueZ does.
-#include "BluezTvFixture.h"
+#include "tests/integration/bluez/BluezTvFixture.h"
 
 void BluezTvFixture::startTvBluez() {
     m_bluez = std::make_unique<ChildProcess>(ChildProcess::Options{

@@ -1,10 +1,10 @@
 // The daemon with a BlueZ that has an adapter and a device, and does all a BlueZ does.
 #pragma once
 
-#include "HostFixture.h"
-
 #include <string>
 #include <vector>
+
+#include "tests/integration/host/HostFixture.h"
 
 class BluezTvFixture : public BluezFixture {
 protected:

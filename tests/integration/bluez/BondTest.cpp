@@ -1,10 +1,10 @@
 // Bonds that are made and broken, and those that only seem to be.
-#include "BluezTvFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "tests/integration/bluez/BluezTvFixture.h"
 
 namespace {
 

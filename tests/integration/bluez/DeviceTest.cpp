@@ -1,10 +1,10 @@
 // Connections of devices, their services and what they are connected for.
-#include "BluezTvFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "tests/integration/bluez/BluezTvFixture.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Discovery and what it finds.
-#include "BluezTvFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "tests/integration/bluez/BluezTvFixture.h"
 
 namespace {
 

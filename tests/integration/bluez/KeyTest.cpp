@@ -1,6 +1,4 @@
 // The keys of remote controls, played through pipes that stand in for input devices.
-#include "BluezTvFixture.h"
-
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +8,8 @@
 
 #include <filesystem>
 #include <string>
+
+#include "tests/integration/bluez/BluezTvFixture.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Log.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/integration/daemon/support/Sandbox.h"
 
 using testing::Each;
 using testing::Field;

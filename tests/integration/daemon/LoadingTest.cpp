@@ -8,8 +8,8 @@
 #include <ostream>
 #include <string>
 
-#include "Log.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/integration/daemon/support/Sandbox.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

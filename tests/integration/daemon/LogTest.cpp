@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Log.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/integration/daemon/support/Sandbox.h"
 
 using testing::AnyOf;
 using testing::IsEmpty;

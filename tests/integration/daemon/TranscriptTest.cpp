@@ -7,8 +7,8 @@
 #include <sstream>
 #include <string>
 
-#include "Log.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/integration/daemon/support/Sandbox.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "Figures.h"
-#include "Log.h"
-#include "Mounts.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/integration/daemon/support/Sandbox.h"
+#include "tests/integration/faults/support/Figures.h"
+#include "tests/integration/faults/support/Mounts.h"
 
 namespace fs = std::filesystem;
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "Figures.h"
-#include "Log.h"
-#include "PipeGate.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/integration/daemon/support/Sandbox.h"
+#include "tests/integration/faults/support/Figures.h"
+#include "tests/integration/faults/support/PipeGate.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include <sstream>
 #include <string>
 
-#include "ChildProcess.h"
-#include "Figures.h"
-#include "Log.h"
-#include "Mounts.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/integration/daemon/support/Sandbox.h"
+#include "tests/integration/faults/support/Figures.h"
+#include "tests/integration/faults/support/Mounts.h"
+#include "tests/support/process/ChildProcess.h"
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "ChildProcess.h"
-#include "Figures.h"
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Sandbox.h"
+#include "tests/integration/faults/support/Figures.h"
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

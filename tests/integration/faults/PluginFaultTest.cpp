@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-#include "PluginFaults.h"
+#include "tests/integration/faults/support/PluginFaults.h"
 
 namespace {
 

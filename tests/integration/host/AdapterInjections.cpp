@@ -1,5 +1,5 @@
 // The events of the adapter and of devices.
-#include "Injections.h"
+#include "tests/integration/host/Injections.h"
 
 namespace {
 

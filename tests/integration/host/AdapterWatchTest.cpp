@@ -1,8 +1,8 @@
 // The smallest sample plugin does what its comments say.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // An exception of a plugin's callback leaves the main loop and ends the daemon in
 // the way it ends on all exceptions.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Runs the daemon, a private bus and a mock of BlueZ for a test.
-#include "HostFixture.h"
+#include "tests/integration/host/HostFixture.h"
 
 #include <stdlib.h>
 #include <sys/socket.h>

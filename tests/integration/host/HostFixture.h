@@ -2,8 +2,6 @@
 // and a mock of BlueZ as it needs them.
 #pragma once
 
-#include "ChildProcess.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -11,6 +9,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 class HostFixture : public testing::Test {
 protected:

@@ -1,8 +1,4 @@
 // Requests that nobody in his right mind would make.
-#include "HostFixture.h"
-#include "InjectPeer.h"
-#include "RandomValues.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -11,6 +7,10 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+
+#include "tests/integration/host/HostFixture.h"
+#include "tests/integration/host/RandomValues.h"
+#include "tools/corvane/InjectPeer.h"
 
 namespace {
 

@@ -1,8 +1,4 @@
 // What one peer, or many, can take of the daemon.
-#include "DBusWire.h"
-#include "HostFixture.h"
-#include "InjectLimits.h"
-
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,6 +15,10 @@
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include "platform/host/inject/InjectLimits.h"
+#include "tests/fuzz/DBusWire.h"
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

@@ -1,6 +1,4 @@
 // Injection as a peer of any kind sees it: what it offers, what it refuses.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -8,6 +6,8 @@
 
 #include <string>
 #include <vector>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

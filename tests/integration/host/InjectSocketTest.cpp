@@ -1,6 +1,4 @@
 // The socket of injection: when it is there, and what is in its way.
-#include "HostFixture.h"
-
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +10,8 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

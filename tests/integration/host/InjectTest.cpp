@@ -1,13 +1,13 @@
 // Every event that can be injected, by the tool and by raw D-Bus, up to the plugin.
-#include "HostFixture.h"
-#include "Injections.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <set>
 #include <string>
 #include <vector>
+
+#include "tests/integration/host/HostFixture.h"
+#include "tests/integration/host/Injections.h"
 
 namespace {
 

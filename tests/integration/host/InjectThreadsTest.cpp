@@ -1,6 +1,4 @@
 // Injected events delivered by threads of the platform.
-#include "HostFixture.h"
-
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +11,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

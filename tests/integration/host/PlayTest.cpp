@@ -1,11 +1,11 @@
 // Scenarios against a running daemon.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <string>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The events of profiles: HID, hands-free, audio, AVRCP, GATT and sockets.
-#include "Injections.h"
+#include "tests/integration/host/Injections.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "RandomValues.h"
+#include "tests/integration/host/RandomValues.h"
 
 #include <limits>
 #include <span>

@@ -1,8 +1,8 @@
 // Values for the arguments of an event, good and bad, from a seeded generator.
 #pragma once
 
-#include "Values.h"
-
 #include <random>
+
+#include "platform/host/inject/Values.h"
 
 corvane::host::Values randomValues(const corvane::host::Event& event, std::mt19937& random);

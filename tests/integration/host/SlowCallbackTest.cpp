@@ -1,8 +1,8 @@
 // The warning about callbacks that take too long.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

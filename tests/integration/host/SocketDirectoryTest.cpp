@@ -1,11 +1,11 @@
 // Where script/server puts the daemon's socket.
-#include "HostFixture.h"
-
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <string>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

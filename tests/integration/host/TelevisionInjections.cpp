@@ -1,5 +1,5 @@
 // The events of the television: its accessories, broadcasts and speakers.
-#include "Injections.h"
+#include "tests/integration/host/Injections.h"
 
 namespace {
 

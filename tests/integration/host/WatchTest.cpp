@@ -1,15 +1,15 @@
 // Watching what happens to the callbacks of a running daemon.
-#include "HostFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <fstream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
+
+#include "tests/integration/host/HostFixture.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
 // The daemon as a service: a real journal, in a directory /run that only the test's
 // programs see. And the daemon with a standard error that takes nothing.
-#include "ChildProcess.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -11,6 +9,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

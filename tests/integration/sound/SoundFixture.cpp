@@ -1,5 +1,5 @@
 // Runs a sound server and the daemon for a test.
-#include "SoundFixture.h"
+#include "tests/integration/sound/SoundFixture.h"
 
 #include <stdlib.h>
 

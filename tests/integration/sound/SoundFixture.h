@@ -2,8 +2,6 @@
 // plugin, in a directory that lasts for the test.
 #pragma once
 
-#include "ChildProcess.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -11,6 +9,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 class SoundFixture : public testing::Test {
 protected:

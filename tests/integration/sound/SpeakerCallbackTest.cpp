@@ -1,7 +1,5 @@
 // The speaker-changed callback of the platform itself: who calls it, and when the thread
 // that watches the sound server exists.
-#include "SoundFixture.h"
-
 #include <Ecore.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -15,6 +13,8 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "tests/integration/sound/SoundFixture.h"
 
 namespace {
 

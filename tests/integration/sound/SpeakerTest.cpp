@@ -1,12 +1,12 @@
 // Speaker-changed events from a sound server, up to the plugin.
-#include "SoundFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 
 #include <sstream>
 #include <string>
+
+#include "tests/integration/sound/SoundFixture.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Runs a program for a test. Between fork and exec only what is safe in a copy of
 // a process with several threads is called; everything else is prepared before.
-#include "ChildProcess.h"
+#include "tests/support/process/ChildProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>

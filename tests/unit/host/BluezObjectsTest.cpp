@@ -1,11 +1,4 @@
 // BlueZ's objects and the callbacks that follow from their changes, without a bus.
-#include "BluezObjects.h"
-
-#include "BatteryReporter.h"
-#include "BluezNames.h"
-#include "DiscoveryReporter.h"
-#include "KeyOperations.h"
-
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <gtest/gtest.h>
@@ -16,6 +9,12 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "platform/host/bluetooth/bluez/BatteryReporter.h"
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DiscoveryReporter.h"
+#include "platform/host/bluetooth/bluez/KeyOperations.h"
 
 namespace {
 

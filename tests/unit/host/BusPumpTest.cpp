@@ -1,7 +1,4 @@
 // A connection in the main loop: how much of it a wake-up takes.
-#include "BusPump.h"
-#include "DBusWire.h"
-
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -10,6 +7,9 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+
+#include "platform/host/bluetooth/BusPump.h"
+#include "tests/fuzz/DBusWire.h"
 
 namespace {
 

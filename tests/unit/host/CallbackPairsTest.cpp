@@ -31,7 +31,7 @@ const std::vector<Pair>& pairs() {
               arguments)                                                                         \
     Pair{#setFunction, [] { return setFunction(nullptr, nullptr); },                             \
          [] { return setFunction(ignoring(callback{}), nullptr); }, &unsetFunction},
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
     };
     return all;

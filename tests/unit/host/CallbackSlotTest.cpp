@@ -1,6 +1,4 @@
 // The one callback kept for each kind of event.
-#include "CallbackSlot.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,7 +8,8 @@
 #include <thread>
 #include <vector>
 
-#include "Gate.h"
+#include "platform/host/common/CallbackSlot.h"
+#include "tests/support/Gate.h"
 
 namespace {
 

@@ -1,9 +1,6 @@
 // The completion of the command in bash, by bash itself.
-#include "ChildProcess.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <stdlib.h>
 
 #include <filesystem>
@@ -11,6 +8,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

@@ -1,7 +1,4 @@
 // The platform log in a file: what a line waits for, and that no end of the process loses it.
-#include "ChildProcess.h"
-#include "SettingsFixture.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -10,6 +7,9 @@
 #include <map>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
+#include "tests/unit/host/SettingsFixture.h"
 
 namespace {
 

@@ -1,6 +1,4 @@
 // The platform log: layout of a line, lengths, priorities, threads, bad streams.
-#include "ChildProcess.h"
-
 #include <dlog.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,6 +9,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

@@ -1,9 +1,4 @@
 // The words of `corvane emit`, and the socket it goes to.
-#include "EventArguments.h"
-
-#include "InjectPeer.h"
-#include "Values.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,6 +6,10 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "platform/host/inject/EventArguments.h"
+#include "platform/host/inject/Values.h"
+#include "tools/corvane/InjectPeer.h"
 
 namespace {
 

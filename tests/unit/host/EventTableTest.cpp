@@ -1,11 +1,4 @@
 // The table of what can be injected.
-#include "EventTable.h"
-
-#include "EventJson.h"
-#include "ListCommand.h"
-#include "ValueText.h"
-#include "Values.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,6 +8,12 @@
 #include <set>
 #include <string>
 #include <string_view>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/ValueText.h"
+#include "platform/host/inject/Values.h"
+#include "tools/corvane/EventJson.h"
+#include "tools/corvane/ListCommand.h"
 
 namespace {
 
@@ -38,7 +37,7 @@ struct Kept {
 
 constexpr Kept kept[] = {
 #define EVENT(source, type, value, subscribe, unsubscribe, setFunction, ...) {#type, #setFunction},
-#include "EventTable.def"
+#include "tests/support/EventTable.def"
 #undef EVENT
 };
 

@@ -1,6 +1,4 @@
 // The log's way to format against the C library's.
-#include "FormatText.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,6 +8,8 @@
 #include <cstdio>
 #include <random>
 #include <string>
+
+#include "platform/host/dlog/FormatText.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The journal as the place of the log: a socket stands in for it, in a directory /run
 // that only the test's program sees.
-#include "ChildProcess.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <string>
+
+#include "tests/support/process/ChildProcess.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The language of scenarios.
-#include "Scenario.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tools/corvane/Scenario.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // A settings file for a test, which the environment names while the test runs.
 #pragma once
 
-#include "Settings.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+
+#include "platform/host/settings/Settings.h"
 
 class SettingsFixture : public testing::Test {
 protected:

@@ -1,6 +1,4 @@
 // The settings: every key, what is reported of a bad file, and the environment.
-#include "SettingsFixture.h"
-
 #include <dlog.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +6,8 @@
 
 #include <filesystem>
 #include <string>
+
+#include "tests/unit/host/SettingsFixture.h"
 
 namespace {
 

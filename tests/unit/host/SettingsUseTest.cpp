@@ -1,7 +1,4 @@
 // What the log and the system information make of the settings.
-#include "ChildProcess.h"
-#include "SettingsFixture.h"
-
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +11,9 @@
 #include <map>
 #include <string>
 #include <vector>
+
+#include "tests/support/process/ChildProcess.h"
+#include "tests/unit/host/SettingsFixture.h"
 
 namespace {
 

@@ -1,6 +1,4 @@
 // The warning about set and unset calls that keep a plugin's thread for too long.
-#include "SlotObserver.h"
-
 #include <bluetooth.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +6,8 @@
 
 #include <chrono>
 #include <string>
+
+#include "platform/host/common/SlotObserver.h"
 
 namespace {
 

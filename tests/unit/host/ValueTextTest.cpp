@@ -1,12 +1,11 @@
 // Values of injected events, given as text.
-#include "ValueText.h"
-
-#include "EventTable.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/ValueText.h"
 
 namespace {
 

@@ -1,17 +1,17 @@
 // corvane check: tries a plugin out before it goes into a daemon.
-#include "CheckCommand.h"
-
-#include "CheckResult.h"
-#include "Exposure.h"
-#include "Printable.h"
-#include "RunningCheck.h"
-#include "StaticCheck.h"
-#include "Workplace.h"
+#include "tools/corvane/check/CheckCommand.h"
 
 #include <chrono>
 #include <iostream>
 #include <memory>
 #include <string>
+
+#include "tools/corvane/Exposure.h"
+#include "tools/corvane/Printable.h"
+#include "tools/corvane/check/CheckResult.h"
+#include "tools/corvane/check/RunningCheck.h"
+#include "tools/corvane/check/StaticCheck.h"
+#include "tools/corvane/check/Workplace.h"
 
 namespace corvane::tool {
 

@@ -1,11 +1,10 @@
 // The result of a check, for people and for programs.
-#include "CheckResult.h"
-
-#include "Printable.h"
-
-#include <nlohmann/json.hpp>
+#include "tools/corvane/check/CheckResult.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "tools/corvane/Printable.h"
 
 namespace corvane::check {
 

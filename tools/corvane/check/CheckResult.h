@@ -1,12 +1,12 @@
 // The result of a check, for people and for programs.
 #pragma once
 
-#include "Findings.h"
-#include "RunningCheck.h"
-
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/corvane/check/Findings.h"
+#include "tools/corvane/check/RunningCheck.h"
 
 namespace corvane::check {
 

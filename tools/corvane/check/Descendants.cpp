@@ -1,7 +1,5 @@
 // The processes that a check starts, however far down they are.
-#include "Descendants.h"
-
-#include "CheckError.h"
+#include "tools/corvane/check/Descendants.h"
 
 #include <signal.h>
 #include <sys/prctl.h>
@@ -15,6 +13,8 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+
+#include "tools/corvane/check/CheckError.h"
 
 namespace corvane::check {
 

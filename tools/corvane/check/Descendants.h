@@ -2,6 +2,7 @@
 #pragma once
 
 #include <sys/types.h>
+
 #include <set>
 
 namespace corvane::check {

@@ -1,5 +1,5 @@
 // What a check can find.
-#include "Findings.h"
+#include "tools/corvane/check/Findings.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // Names for the addresses of a backtrace.
-#include "Frames.h"
+#include "tools/corvane/check/Frames.h"
 
 #include <cxxabi.h>
 #include <elfutils/libdwfl.h>

@@ -1,11 +1,5 @@
 // The process that runs the plugin, as the command sees it.
-#include "Host.h"
-
-#include "CheckError.h"
-#include "Findings.h"
-#include "Frames.h"
-#include "HangSignal.h"
-#include "Spawn.h"
+#include "tools/corvane/check/Host.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,6 +15,12 @@
 #include <cstring>
 #include <stdexcept>
 #include <utility>
+
+#include "tools/corvane/check/CheckError.h"
+#include "tools/corvane/check/Findings.h"
+#include "tools/corvane/check/Frames.h"
+#include "tools/corvane/check/HangSignal.h"
+#include "tools/corvane/check/Spawn.h"
 
 namespace corvane::check {
 

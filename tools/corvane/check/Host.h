@@ -1,21 +1,21 @@
 // The process that runs the plugin, as the command sees it.
 #pragma once
 
-#include "Descendants.h"
-#include "ResultReader.h"
-#include "StopSignals.h"
-#include "Workplace.h"
-
-#include <nlohmann/json.hpp>
-
 #include <sys/types.h>
+
 #include <chrono>
 #include <filesystem>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "tools/corvane/StopSignals.h"
+#include "tools/corvane/check/Descendants.h"
+#include "tools/corvane/check/ResultReader.h"
+#include "tools/corvane/check/Workplace.h"
 
 namespace corvane::check {
 

@@ -1,8 +1,5 @@
 // What a library's file tells without being loaded.
-#include "LibraryFile.h"
-
-#include "CheckError.h"
-#include "Frames.h"
+#include "tools/corvane/check/LibraryFile.h"
 
 #include <fcntl.h>
 #include <gelf.h>
@@ -15,6 +12,9 @@
 #include <cstring>
 #include <memory>
 #include <string_view>
+
+#include "tools/corvane/check/CheckError.h"
+#include "tools/corvane/check/Frames.h"
 
 namespace corvane::check {
 

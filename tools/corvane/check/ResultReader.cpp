@@ -1,8 +1,5 @@
 // Reads what the host tells.
-#include "ResultReader.h"
-
-#include "CheckError.h"
-#include "Printable.h"
+#include "tools/corvane/check/ResultReader.h"
 
 #include <limits.h>
 #include <unistd.h>
@@ -11,6 +8,9 @@
 #include <array>
 #include <cerrno>
 #include <stdexcept>
+
+#include "tools/corvane/Printable.h"
+#include "tools/corvane/check/CheckError.h"
 
 namespace corvane::check {
 

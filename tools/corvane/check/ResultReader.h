@@ -2,10 +2,9 @@
 // so nothing is taken for granted.
 #pragma once
 
-#include <nlohmann/json.hpp>
-
 #include <cstddef>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 

@@ -1,8 +1,5 @@
 // What a plugin's life in a process of its own shows.
-#include "RunningCheck.h"
-
-#include "DroppingStep.h"
-#include "HangSignal.h"
+#include "tools/corvane/check/RunningCheck.h"
 
 #include <signal.h>
 
@@ -10,6 +7,9 @@
 #include <cstring>
 #include <sstream>
 #include <string_view>
+
+#include "tools/corvane/check/DroppingStep.h"
+#include "tools/corvane/check/HangSignal.h"
 
 namespace corvane::check {
 

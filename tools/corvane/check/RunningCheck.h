@@ -1,14 +1,14 @@
 // What a plugin's life in a process of its own shows.
 #pragma once
 
-#include "Findings.h"
-#include "Host.h"
-#include "Workplace.h"
-
 #include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/corvane/check/Findings.h"
+#include "tools/corvane/check/Host.h"
+#include "tools/corvane/check/Workplace.h"
 
 namespace corvane::check {
 

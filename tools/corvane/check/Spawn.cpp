@@ -1,7 +1,5 @@
 // Starts a program.
-#include "Spawn.h"
-
-#include "CheckError.h"
+#include "tools/corvane/check/Spawn.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -12,6 +10,8 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+
+#include "tools/corvane/check/CheckError.h"
 
 namespace corvane::check {
 

@@ -1,13 +1,5 @@
 // What can be told of a plugin without running it.
-#include "StaticCheck.h"
-
-#include "CheckError.h"
-#include "FileManager.h"
-#include "Frames.h"
-#include "Host.h"
-#include "LibraryFile.h"
-#include "RunningCheck.h"
-#include "Spawn.h"
+#include "tools/corvane/check/StaticCheck.h"
 
 #include <IRequestBroker.h>
 #include <sys/wait.h>
@@ -15,6 +7,14 @@
 #include <algorithm>
 #include <sstream>
 #include <string_view>
+
+#include "daemon/src/FileManager.h"
+#include "tools/corvane/check/CheckError.h"
+#include "tools/corvane/check/Frames.h"
+#include "tools/corvane/check/Host.h"
+#include "tools/corvane/check/LibraryFile.h"
+#include "tools/corvane/check/RunningCheck.h"
+#include "tools/corvane/check/Spawn.h"
 
 namespace corvane::check {
 

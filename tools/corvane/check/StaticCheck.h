@@ -1,10 +1,10 @@
 // What can be told of a plugin without running it.
 #pragma once
 
-#include "Findings.h"
-#include "Workplace.h"
-
 #include <chrono>
+
+#include "tools/corvane/check/Findings.h"
+#include "tools/corvane/check/Workplace.h"
 
 namespace corvane::check {
 

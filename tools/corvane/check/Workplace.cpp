@@ -1,12 +1,12 @@
 // The directory in which a plugin is checked.
-#include "Workplace.h"
-
-#include "CheckError.h"
+#include "tools/corvane/check/Workplace.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+
+#include "tools/corvane/check/CheckError.h"
 
 namespace corvane::check {
 

@@ -1,12 +1,12 @@
 // The state and the name of the adapter. The state is the one thing that is told
 // when it is merely found: plugins cannot ask for it.
-#include "AdapterReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
+#include "platform/host/bluetooth/bluez/AdapterReporter.h"
 
 #include <bluetooth.h>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

@@ -1,9 +1,9 @@
 // The state and the name of the adapter.
 #pragma once
 
-#include "BluezReporter.h"
-
 #include <optional>
+
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
 
 namespace corvane::host {
 

@@ -1,14 +1,14 @@
 // Audio connections and whether sound flows on them: the transports of BlueZ, which
 // exist only while somebody on this machine, a sound server as a rule, plays or
 // records by Bluetooth.
-#include "AudioReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/AudioReporter.h"
 
 #include <bluetooth.h>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

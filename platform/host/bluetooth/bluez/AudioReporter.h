@@ -1,7 +1,7 @@
 // Audio connections and whether sound flows on them.
 #pragma once
 
-#include "BluezReporter.h"
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
 
 namespace corvane::host {
 

@@ -1,14 +1,14 @@
 // The charge of devices.
-#include "BatteryReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
+#include "platform/host/bluetooth/bluez/BatteryReporter.h"
 
 #include <bluetooth_tv.h>
 
 #include <algorithm>
 #include <cstddef>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

@@ -1,7 +1,7 @@
 // The charge of devices.
 #pragma once
 
-#include "BluezReporter.h"
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
 
 namespace corvane::host {
 

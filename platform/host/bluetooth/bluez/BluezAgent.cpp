@@ -1,17 +1,17 @@
 // The agent that BlueZ asks when a device wants to pair or to use a service.
-#include "BluezAgent.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
-#include "ServiceIds.h"
+#include "platform/host/bluetooth/bluez/BluezAgent.h"
 
 #include <dlog.h>
 
 #include <array>
 #include <cstdio>
 #include <utility>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/ServiceIds.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

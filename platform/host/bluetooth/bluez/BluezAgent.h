@@ -3,15 +3,15 @@
 // from the user.
 #pragma once
 
-#include "BluezPeer.h"
-#include "Settings.h"
-
 #include <Ecore.h>
 #include <bluetooth.h>
 #include <systemd/sd-bus.h>
 
 #include <string>
 #include <vector>
+
+#include "platform/host/bluetooth/bluez/BluezPeer.h"
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

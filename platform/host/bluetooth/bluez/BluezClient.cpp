@@ -1,20 +1,20 @@
 // Watches BlueZ on the system bus. Nothing here waits for an answer: the daemon
 // starts at the same speed with a bus that hangs as with none.
-#include "BluezClient.h"
-
-#include "AdapterReporter.h"
-#include "AudioReporter.h"
-#include "BatteryReporter.h"
-#include "BondReporter.h"
-#include "DeviceReporter.h"
-#include "DiscoveryReporter.h"
-#include "LinkReporters.h"
-#include "RemoteControlReporter.h"
-#include "Settings.h"
-#include "VolumeReporter.h"
+#include "platform/host/bluetooth/bluez/BluezClient.h"
 
 #include <string>
 #include <utility>
+
+#include "platform/host/bluetooth/bluez/AdapterReporter.h"
+#include "platform/host/bluetooth/bluez/AudioReporter.h"
+#include "platform/host/bluetooth/bluez/BatteryReporter.h"
+#include "platform/host/bluetooth/bluez/BondReporter.h"
+#include "platform/host/bluetooth/bluez/DeviceReporter.h"
+#include "platform/host/bluetooth/bluez/DiscoveryReporter.h"
+#include "platform/host/bluetooth/bluez/LinkReporters.h"
+#include "platform/host/bluetooth/bluez/RemoteControlReporter.h"
+#include "platform/host/bluetooth/bluez/VolumeReporter.h"
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

@@ -2,17 +2,17 @@
 // Where there is no bus or no BlueZ it waits in silence for either.
 #pragma once
 
-#include "BluezAgent.h"
-#include "BluezObjects.h"
-#include "BluezPeer.h"
-#include "BusPump.h"
-#include "KeyReporter.h"
-#include "ProfileSockets.h"
-
 #include <Ecore.h>
 #include <systemd/sd-bus.h>
 
 #include <memory>
+
+#include "platform/host/bluetooth/BusPump.h"
+#include "platform/host/bluetooth/bluez/BluezAgent.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/BluezPeer.h"
+#include "platform/host/bluetooth/bluez/KeyReporter.h"
+#include "platform/host/bluetooth/bluez/ProfileSockets.h"
 
 namespace corvane::host {
 

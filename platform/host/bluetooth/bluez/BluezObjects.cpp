@@ -1,11 +1,11 @@
 // What is known of BlueZ's objects. Every change of theirs goes through here and
 // on to the reporters, which make events of it.
-#include "BluezObjects.h"
-
-#include "BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
 
 #include <iterator>
 #include <utility>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
 
 namespace corvane::host {
 

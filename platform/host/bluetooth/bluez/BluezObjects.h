@@ -2,9 +2,6 @@
 // on to the reporters, which make events of it.
 #pragma once
 
-#include "BluezReporter.h"
-#include "Properties.h"
-
 #include <exception>
 #include <functional>
 #include <map>
@@ -12,6 +9,9 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
+#include "platform/host/bluetooth/bluez/Properties.h"
 
 namespace corvane::host {
 

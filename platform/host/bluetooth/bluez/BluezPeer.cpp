@@ -1,5 +1,5 @@
 // Calls to the BlueZ that runs now. Answers come later, through the main loop.
-#include "BluezPeer.h"
+#include "platform/host/bluetooth/bluez/BluezPeer.h"
 
 #include <utility>
 

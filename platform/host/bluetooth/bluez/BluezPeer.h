@@ -1,15 +1,15 @@
 // Calls to the BlueZ that runs now. Answers come later, through the main loop.
 #pragma once
 
-#include "BusPump.h"
-#include "Properties.h"
-
 #include <systemd/sd-bus.h>
 
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "platform/host/bluetooth/BusPump.h"
+#include "platform/host/bluetooth/bluez/Properties.h"
 
 namespace corvane::host {
 

@@ -2,10 +2,10 @@
 // objects. It compares before with now and calls the callbacks that follow.
 #pragma once
 
-#include "Properties.h"
-
 #include <string>
 #include <string_view>
+
+#include "platform/host/bluetooth/bluez/Properties.h"
 
 namespace corvane::host {
 

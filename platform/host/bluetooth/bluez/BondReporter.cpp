@@ -1,16 +1,16 @@
 // Bonds with devices.
-#include "BondReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "BluezPeer.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/BondReporter.h"
 
 #include <bluetooth.h>
 
 #include <memory>
 #include <utility>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/BluezPeer.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // What BlueZ tells of a device, in the shapes of the platform's records.
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
 
 #include <strings.h>
 

@@ -1,13 +1,13 @@
 // What BlueZ tells of a device, in the shapes of the platform's records.
 #pragma once
 
-#include "../inject/LentMemory.h"
-#include "BluezNames.h"
-#include "Properties.h"
-
 #include <bluetooth.h>
 
 #include <string>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/Properties.h"
+#include "platform/host/bluetooth/inject/LentMemory.h"
 
 namespace corvane::host {
 

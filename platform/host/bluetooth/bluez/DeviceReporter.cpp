@@ -1,13 +1,13 @@
 // The connections of devices, and the services found on them.
-#include "DeviceReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "BluezPeer.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/DeviceReporter.h"
 
 #include <bluetooth.h>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/BluezPeer.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

@@ -1,7 +1,7 @@
 // The connections of devices, and the services found on them.
 #pragma once
 
-#include "BluezReporter.h"
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
 
 namespace corvane::host {
 

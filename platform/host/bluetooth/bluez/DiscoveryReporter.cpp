@@ -1,15 +1,15 @@
 // Discovery: its start and end, and the devices it finds. It counts whoever asked
 // BlueZ for it.
-#include "DiscoveryReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/DiscoveryReporter.h"
 
 #include <bluetooth.h>
 
 #include <memory>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

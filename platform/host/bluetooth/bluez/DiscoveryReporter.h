@@ -1,7 +1,7 @@
 // Discovery: its start and end, and the devices it finds.
 #pragma once
 
-#include "BluezReporter.h"
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
 
 namespace corvane::host {
 

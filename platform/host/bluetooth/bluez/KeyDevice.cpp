@@ -1,5 +1,5 @@
 // One input device that BlueZ made of a remote control.
-#include "KeyDevice.h"
+#include "platform/host/bluetooth/bluez/KeyDevice.h"
 
 #include <fcntl.h>
 #include <sys/ioctl.h>

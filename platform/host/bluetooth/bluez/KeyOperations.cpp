@@ -1,5 +1,5 @@
 // The operations of the AV/C panel behind the keys that BlueZ turns them into.
-#include "KeyOperations.h"
+#include "platform/host/bluetooth/bluez/KeyOperations.h"
 
 #include <linux/input-event-codes.h>
 

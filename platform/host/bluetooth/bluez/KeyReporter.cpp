@@ -1,12 +1,5 @@
 // The keys of remote controls.
-#include "KeyReporter.h"
-
-#include "../inject/LentMemory.h"
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
-#include "KeyOperations.h"
+#include "platform/host/bluetooth/bluez/KeyReporter.h"
 
 #include <bluetooth_tv.h>
 #include <sys/inotify.h>
@@ -16,6 +9,13 @@
 #include <filesystem>
 #include <system_error>
 #include <utility>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/KeyOperations.h"
+#include "platform/host/bluetooth/inject/LentMemory.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

@@ -2,13 +2,13 @@
 // of each, named after the remote.
 #pragma once
 
-#include "KeyDevice.h"
-
 #include <Ecore.h>
 
 #include <map>
 #include <memory>
 #include <string>
+
+#include "platform/host/bluetooth/bluez/KeyDevice.h"
 
 namespace corvane::host {
 

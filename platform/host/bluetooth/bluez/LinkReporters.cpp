@@ -1,12 +1,12 @@
 // What a device is connected for: GATT over LE, or as an input device.
-#include "LinkReporters.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/LinkReporters.h"
 
 #include <bluetooth.h>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

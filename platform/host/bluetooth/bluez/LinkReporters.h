@@ -2,8 +2,8 @@
 // neither directly; both follow from the connection and what is known of the device.
 #pragma once
 
-#include "BluezReporter.h"
-#include "PathSet.h"
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
+#include "platform/host/bluetooth/bluez/PathSet.h"
 
 namespace corvane::host {
 

@@ -1,8 +1,5 @@
 // One connection of a profile: a socket of BlueZ, read by the main loop.
-#include "ProfileSocket.h"
-
-#include "../inject/LentMemory.h"
-#include "CallbackSlot.h"
+#include "platform/host/bluetooth/bluez/ProfileSocket.h"
 
 #include <bluetooth.h>
 #include <fcntl.h>
@@ -12,6 +9,9 @@
 #include <cerrno>
 #include <new>
 #include <utility>
+
+#include "platform/host/bluetooth/inject/LentMemory.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

@@ -1,7 +1,5 @@
 // The Bluetooth profiles for which BlueZ hands its connections over to this side.
-#include "ProfileSockets.h"
-
-#include "BluezObjects.h"
+#include "platform/host/bluetooth/bluez/ProfileSockets.h"
 
 #include <dlog.h>
 #include <fcntl.h>
@@ -9,6 +7,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <utility>
+
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
 
 namespace corvane::host {
 

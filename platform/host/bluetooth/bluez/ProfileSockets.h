@@ -2,16 +2,16 @@
 // those that the settings name, for a profile has one owner on the whole machine.
 #pragma once
 
-#include "BluezPeer.h"
-#include "ProfileSocket.h"
-#include "Settings.h"
-
 #include <systemd/sd-bus.h>
 
 #include <list>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "platform/host/bluetooth/bluez/BluezPeer.h"
+#include "platform/host/bluetooth/bluez/ProfileSocket.h"
+#include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 

@@ -1,6 +1,6 @@
 // The properties of one interface of a BlueZ object, read from a message. What
 // has an unexpected type is skipped where it stands; all the rest counts.
-#include "Properties.h"
+#include "platform/host/bluetooth/bluez/Properties.h"
 
 #include <optional>
 #include <utility>

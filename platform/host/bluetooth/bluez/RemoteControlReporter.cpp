@@ -1,14 +1,14 @@
 // The connections of the remote-control profile (AVRCP), by the remote's role.
 // BlueZ has one connection for both roles; which of them the remote plays follows
 // from the services it offers, and those may be known only later.
-#include "RemoteControlReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/RemoteControlReporter.h"
 
 #include <bluetooth.h>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

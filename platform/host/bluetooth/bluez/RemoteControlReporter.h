@@ -1,8 +1,8 @@
 // The connections of the remote-control profile (AVRCP), by the remote's role.
 #pragma once
 
-#include "BluezReporter.h"
-#include "PathSet.h"
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
+#include "platform/host/bluetooth/bluez/PathSet.h"
 
 namespace corvane::host {
 

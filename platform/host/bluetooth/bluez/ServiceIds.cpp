@@ -1,7 +1,7 @@
 // The platform's numbers of services.
-#include "ServiceIds.h"
+#include "platform/host/bluetooth/bluez/ServiceIds.h"
 
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
 
 namespace corvane::host {
 

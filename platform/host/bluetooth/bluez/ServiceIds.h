@@ -1,11 +1,11 @@
 // The platform's numbers of services.
 #pragma once
 
-#include "Properties.h"
-
 #include <bluetooth.h>
 
 #include <string>
+
+#include "platform/host/bluetooth/bluez/Properties.h"
 
 namespace corvane::host {
 

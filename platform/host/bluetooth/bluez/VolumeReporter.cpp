@@ -1,13 +1,13 @@
 // The volume of audio connections. BlueZ has one number for all of it; who moved
 // it follows from the direction of the sound.
-#include "VolumeReporter.h"
-
-#include "BluezNames.h"
-#include "BluezObjects.h"
-#include "CallbackSlot.h"
-#include "DeviceRecord.h"
+#include "platform/host/bluetooth/bluez/VolumeReporter.h"
 
 #include <bluetooth_tv.h>
+
+#include "platform/host/bluetooth/bluez/BluezNames.h"
+#include "platform/host/bluetooth/bluez/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/DeviceRecord.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 

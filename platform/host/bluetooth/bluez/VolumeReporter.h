@@ -1,8 +1,8 @@
 // The volume of audio connections.
 #pragma once
 
-#include "BluezReporter.h"
-#include "PathSet.h"
+#include "platform/host/bluetooth/bluez/BluezReporter.h"
+#include "platform/host/bluetooth/bluez/PathSet.h"
 
 namespace corvane::host {
 

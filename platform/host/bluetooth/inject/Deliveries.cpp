@@ -1,10 +1,6 @@
 // How an injected event reaches its callback. What is lent to the callback follows
 // from the callback's type, so there is one function for all of them.
-#include "Deliveries.h"
-
-#include "CallbackSlot.h"
-#include "LentArguments.h"
-#include "LentRecords.h"
+#include "platform/host/bluetooth/inject/Deliveries.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -14,6 +10,10 @@
 #include <string_view>
 #include <tuple>
 #include <utility>
+
+#include "platform/host/bluetooth/inject/LentArguments.h"
+#include "platform/host/bluetooth/inject/LentRecords.h"
+#include "platform/host/common/CallbackSlot.h"
 
 namespace corvane::host {
 
@@ -43,7 +43,7 @@ unsigned deliver(const Event& event, const Values& values) {
 
 constexpr Delivery deliveries[] = {
 #define SLOT(setFunction, event) {event, &deliver<&setFunction>},
-#include "Slots.def"
+#include "platform/host/common/Slots.def"
 #undef SLOT
 };
 

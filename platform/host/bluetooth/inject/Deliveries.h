@@ -1,10 +1,10 @@
 // How an injected event reaches its callback: the same way as one from BlueZ.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <span>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::host {
 

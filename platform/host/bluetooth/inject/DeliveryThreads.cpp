@@ -1,11 +1,11 @@
 // Threads that deliver injected events.
-#include "DeliveryThreads.h"
-
-#include "InjectLimits.h"
+#include "platform/host/bluetooth/inject/DeliveryThreads.h"
 
 #include <signal.h>
 
 #include <utility>
+
+#include "platform/host/inject/InjectLimits.h"
 
 namespace corvane::host {
 

@@ -1,10 +1,5 @@
 // One peer connected to injection.
-#include "InjectClient.h"
-
-#include "InjectLimits.h"
-#include "MessageValues.h"
-#include "Slots.h"
-#include "ValueText.h"
+#include "platform/host/bluetooth/inject/InjectClient.h"
 
 #include <dlog.h>
 #include <sys/socket.h>
@@ -14,6 +9,11 @@
 #include <exception>
 #include <system_error>
 #include <utility>
+
+#include "platform/host/bluetooth/Slots.h"
+#include "platform/host/bluetooth/inject/MessageValues.h"
+#include "platform/host/inject/InjectLimits.h"
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::host {
 

@@ -1,17 +1,17 @@
 // One peer connected to injection.
 #pragma once
 
-#include "BusPump.h"
-#include "InjectInterface.h"
-#include "PeerInput.h"
-#include "SlotObserver.h"
-#include "Values.h"
-
 #include <systemd/sd-bus.h>
 
 #include <functional>
 #include <memory>
 #include <string>
+
+#include "platform/host/bluetooth/BusPump.h"
+#include "platform/host/bluetooth/inject/InjectInterface.h"
+#include "platform/host/bluetooth/inject/PeerInput.h"
+#include "platform/host/common/SlotObserver.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // The D-Bus interface org.corvane.Inject1.
-#include "InjectInterface.h"
+#include "platform/host/bluetooth/inject/InjectInterface.h"
 
 #include <algorithm>
 #include <stdexcept>

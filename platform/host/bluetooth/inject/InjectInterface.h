@@ -3,15 +3,15 @@
 // those who called Watch.
 #pragma once
 
-#include "Deliveries.h"
-#include "EventTable.h"
-
 #include <systemd/sd-bus.h>
 
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/host/bluetooth/inject/Deliveries.h"
+#include "platform/host/inject/EventTable.h"
 
 namespace corvane::host {
 

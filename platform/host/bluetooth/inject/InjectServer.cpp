@@ -1,8 +1,5 @@
 // Lets a developer make the platform's events.
-#include "InjectServer.h"
-
-#include "InjectLimits.h"
-#include "ValueText.h"
+#include "platform/host/bluetooth/inject/InjectServer.h"
 
 #include <dlog.h>
 #include <systemd/sd-bus.h>
@@ -11,6 +8,9 @@
 #include <exception>
 #include <new>
 #include <utility>
+
+#include "platform/host/inject/InjectLimits.h"
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::host {
 

@@ -3,12 +3,6 @@
 // platform knows of real devices stays as it is.
 #pragma once
 
-#include "DeliveryThreads.h"
-#include "InjectClient.h"
-#include "InjectInterface.h"
-#include "InjectSocket.h"
-#include "MainLoopQueue.h"
-
 #include <Ecore.h>
 
 #include <cstdint>
@@ -17,6 +11,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+
+#include "platform/host/bluetooth/inject/DeliveryThreads.h"
+#include "platform/host/bluetooth/inject/InjectClient.h"
+#include "platform/host/bluetooth/inject/InjectInterface.h"
+#include "platform/host/bluetooth/inject/InjectSocket.h"
+#include "platform/host/bluetooth/inject/MainLoopQueue.h"
 
 namespace corvane::host {
 

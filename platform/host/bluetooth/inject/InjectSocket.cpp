@@ -1,5 +1,5 @@
 // The Unix socket on which injection listens.
-#include "InjectSocket.h"
+#include "platform/host/bluetooth/inject/InjectSocket.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -2,11 +2,11 @@
 // object.
 #pragma once
 
-#include "Descriptor.h"
-
 #include <sys/types.h>
 
 #include <string>
+
+#include "platform/host/bluetooth/Descriptor.h"
 
 namespace corvane::host {
 

@@ -2,10 +2,10 @@
 // specialisation for each type that isn't a number. get() is what the callback gets.
 #pragma once
 
-#include "LentMemory.h"
-#include "Values.h"
-
 #include <string>
+
+#include "platform/host/bluetooth/inject/LentMemory.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::host {
 

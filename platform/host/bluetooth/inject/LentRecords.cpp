@@ -1,10 +1,10 @@
 // The platform's records as they are lent to a callback.
-#include "LentRecords.h"
-
-#include "ValueText.h"
+#include "platform/host/bluetooth/inject/LentRecords.h"
 
 #include <cstddef>
 #include <string>
+
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::host {
 

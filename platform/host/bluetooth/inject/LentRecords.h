@@ -2,14 +2,14 @@
 // The fields of a record are found by their own names.
 #pragma once
 
-#include "LentArguments.h"
-#include "LentMemory.h"
-#include "Values.h"
-
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 
 #include <memory>
+
+#include "platform/host/bluetooth/inject/LentArguments.h"
+#include "platform/host/bluetooth/inject/LentMemory.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // Jobs for the main loop, from any thread.
-#include "MainLoopQueue.h"
+#include "platform/host/bluetooth/inject/MainLoopQueue.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>

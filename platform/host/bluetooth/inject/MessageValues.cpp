@@ -1,13 +1,13 @@
 // The arguments of an injected event, read from its D-Bus message.
-#include "MessageValues.h"
-
-#include "ValueText.h"
+#include "platform/host/bluetooth/inject/MessageValues.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::host {
 

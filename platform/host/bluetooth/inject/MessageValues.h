@@ -1,10 +1,10 @@
 // The arguments of an injected event, read from its D-Bus message.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <systemd/sd-bus.h>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::host {
 

@@ -1,6 +1,4 @@
-#include "PeerInput.h"
-
-#include "InjectLimits.h"
+#include "platform/host/bluetooth/inject/PeerInput.h"
 
 #include <dlog.h>
 #include <endian.h>
@@ -12,6 +10,8 @@
 #include <cstdint>
 #include <cstring>
 #include <system_error>
+
+#include "platform/host/inject/InjectLimits.h"
 
 namespace corvane::host {
 

@@ -3,14 +3,14 @@
 // message's header announces is checked before the connection sees the message.
 #pragma once
 
-#include "Descriptor.h"
-
 #include <systemd/sd-bus.h>
 
 #include <array>
 #include <cstddef>
 #include <string_view>
 #include <utility>
+
+#include "platform/host/bluetooth/Descriptor.h"
 
 namespace corvane::host {
 

@@ -1,4 +1,4 @@
-#include "Log.h"
+#include "tests/integration/daemon/support/Log.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Sandbox.h"
 
 #include <cerrno>
 #include <chrono>

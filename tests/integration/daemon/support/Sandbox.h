@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "ChildProcess.h"
-#include "Log.h"
+#include "tests/integration/daemon/support/Log.h"
+#include "tests/support/process/ChildProcess.h"
 
 /// How a daemon ended and what it wrote.
 struct Outcome {

@@ -1,4 +1,4 @@
-#include "Mounts.h"
+#include "tests/integration/faults/support/Mounts.h"
 
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "ChildProcess.h"
+#include "tests/support/process/ChildProcess.h"
 
 namespace fs = std::filesystem;
 

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Sandbox.h"
 
 /// Owner: the test, on whose thread it is used. Errors: std::runtime_error.
 class PipeGate {

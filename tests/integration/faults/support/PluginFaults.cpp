@@ -1,4 +1,4 @@
-#include "PluginFaults.h"
+#include "tests/integration/faults/support/PluginFaults.h"
 
 #include <elf.h>
 #include <sys/stat.h>
@@ -13,7 +13,7 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "PipeGate.h"
+#include "tests/integration/faults/support/PipeGate.h"
 
 namespace fs = std::filesystem;
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Sandbox.h"
+#include "tests/integration/daemon/support/Sandbox.h"
 
 struct PluginFault {
     std::string name;  // also of the transcript, unless that has a name of its own

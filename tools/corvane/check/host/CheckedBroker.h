@@ -1,10 +1,10 @@
 // The daemon's broker, with a ledger of what the plugin does.
 #pragma once
 
-#include "Ledger.h"
-#include "RequestBroker.h"
-
 #include <functional>
+
+#include "daemon/src/broker/RequestBroker.h"
+#include "tools/corvane/check/host/Ledger.h"
 
 namespace corvane::check {
 
@@ -24,7 +24,7 @@ public:
         m_ledger.unsubscribe(type);                                                \
         return RequestBroker::unsubscribe_();                                      \
     }
-#include "BrokerOperations.def"
+#include "daemon/src/broker/BrokerOperations.def"
 #undef BROKER_OPERATION
 
     int RequestToInvokeInTaskExecutor(std::function<void(void*)> function, void* userData) override;

@@ -1,11 +1,11 @@
 // The daemon's plugin, with an eye on what runs in its task context.
-#include "CheckedPlugin.h"
-
-#include "CheckedBroker.h"
-#include "Report.h"
+#include "tools/corvane/check/host/CheckedPlugin.h"
 
 #include <memory>
 #include <utility>
+
+#include "tools/corvane/check/host/CheckedBroker.h"
+#include "tools/corvane/check/host/Report.h"
 
 namespace corvane::check {
 

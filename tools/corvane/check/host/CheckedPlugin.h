@@ -1,15 +1,15 @@
 // The daemon's plugin, with an eye on what runs in its task context.
 #pragma once
 
-#include "Ledger.h"
-#include "Plugin.h"
-
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <set>
 #include <string>
+
+#include "daemon/src/Plugin.h"
+#include "tools/corvane/check/host/Ledger.h"
 
 namespace corvane::check {
 

@@ -1,9 +1,6 @@
 // Tells the command where a thread was when a signal ended it. The command names the
 // frames: it can read the libraries' symbols in peace.
-#include "CrashHandler.h"
-
-#include "HangSignal.h"
-#include "Report.h"
+#include "tools/corvane/check/host/CrashHandler.h"
 
 #include <execinfo.h>
 #include <signal.h>
@@ -16,6 +13,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+
+#include "tools/corvane/check/HangSignal.h"
+#include "tools/corvane/check/host/Report.h"
 
 namespace corvane::check::crash {
 

@@ -1,11 +1,11 @@
 // Delivers the events that a plugin subscribed to.
-#include "Deliverer.h"
+#include "tools/corvane/check/host/Deliverer.h"
 
-#include "CrashHandler.h"
-#include "Deliveries.h"
-#include "EventArguments.h"
-#include "Report.h"
-#include "ValueText.h"
+#include "platform/host/bluetooth/inject/Deliveries.h"
+#include "platform/host/inject/EventArguments.h"
+#include "platform/host/inject/ValueText.h"
+#include "tools/corvane/check/host/CrashHandler.h"
+#include "tools/corvane/check/host/Report.h"
 
 namespace corvane::check {
 

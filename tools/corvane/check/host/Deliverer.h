@@ -1,15 +1,15 @@
 // Delivers the events that a plugin subscribed to.
 #pragma once
 
-#include "CheckedPlugin.h"
-#include "EventTable.h"
-#include "EventVariants.h"
-#include "Ledger.h"
-
 #include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "platform/host/inject/EventTable.h"
+#include "tools/corvane/check/host/CheckedPlugin.h"
+#include "tools/corvane/check/host/EventVariants.h"
+#include "tools/corvane/check/host/Ledger.h"
 
 namespace corvane::check {
 

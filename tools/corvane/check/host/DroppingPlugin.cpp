@@ -1,12 +1,12 @@
 // A plugin whose task context ends while a callback runs.
-#include "DroppingPlugin.h"
-
-#include "DroppingStep.h"
-#include "Report.h"
-#include "TaskExecutor.h"
+#include "tools/corvane/check/host/DroppingPlugin.h"
 
 #include <chrono>
 #include <string>
+
+#include "taskExecutor/TaskExecutor.h"
+#include "tools/corvane/check/DroppingStep.h"
+#include "tools/corvane/check/host/Report.h"
 
 namespace corvane::check {
 

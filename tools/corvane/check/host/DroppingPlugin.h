@@ -2,10 +2,10 @@
 // requests is queued behind the termination, and dropped without being run.
 #pragma once
 
-#include "CheckedPlugin.h"
-
 #include <memory>
 #include <mutex>
+
+#include "tools/corvane/check/host/CheckedPlugin.h"
 
 class TaskExecutor;
 

@@ -1,9 +1,9 @@
 // The legal forms of an event that a plugin must be ready for.
-#include "EventVariants.h"
-
-#include "ValueText.h"
+#include "tools/corvane/check/host/EventVariants.h"
 
 #include <span>
+
+#include "platform/host/inject/ValueText.h"
 
 namespace corvane::check {
 

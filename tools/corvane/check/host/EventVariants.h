@@ -1,11 +1,11 @@
 // The legal forms of an event that a plugin must be ready for.
 #pragma once
 
-#include "EventTable.h"
-#include "Values.h"
-
 #include <string>
 #include <vector>
+
+#include "platform/host/inject/EventTable.h"
+#include "platform/host/inject/Values.h"
 
 namespace corvane::check {
 

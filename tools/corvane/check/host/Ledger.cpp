@@ -1,12 +1,12 @@
 // What the plugin has subscribed to.
-#include "Ledger.h"
-
-#include "Report.h"
+#include "tools/corvane/check/host/Ledger.h"
 
 #include <algorithm>
 #include <cctype>
 #include <stdexcept>
 #include <string_view>
+
+#include "tools/corvane/check/host/Report.h"
 
 namespace corvane::check {
 
@@ -23,7 +23,7 @@ struct Row {
 constexpr Row rows[] = {
 #define BROKER_OPERATION(subscribe, unsubscribe, CallbackFunction, type, Source) \
     {type, #type, #subscribe, #unsubscribe, &RequestBroker::unsubscribe},
-#include "BrokerOperations.def"
+#include "daemon/src/broker/BrokerOperations.def"
 #undef BROKER_OPERATION
 };
 

@@ -1,13 +1,13 @@
 // What the plugin has subscribed to.
 #pragma once
 
-#include "CallbackType.h"
-#include "RequestBroker.h"
-
 #include <map>
 #include <mutex>
 #include <string>
 #include <vector>
+
+#include "daemon/src/Callback/CallbackType.h"
+#include "daemon/src/broker/RequestBroker.h"
 
 namespace corvane::check {
 

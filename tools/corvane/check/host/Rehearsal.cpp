@@ -1,8 +1,5 @@
 // A plugin's whole life, as the daemon would lead it, under observation.
-#include "Rehearsal.h"
-
-#include "PluginPath.h"
-#include "Report.h"
+#include "tools/corvane/check/host/Rehearsal.h"
 
 #include <Ecore.h>
 #include <dlfcn.h>
@@ -11,6 +8,9 @@
 #include <fstream>
 #include <stdexcept>
 #include <thread>
+
+#include "daemon/src/PluginPath.h"
+#include "tools/corvane/check/host/Report.h"
 
 namespace corvane::check {
 

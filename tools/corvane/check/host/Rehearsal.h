@@ -1,14 +1,15 @@
 // A plugin's whole life, as the daemon would lead it, under observation.
 #pragma once
 
-#include "CheckedPlugin.h"
-#include "Deliverer.h"
-#include "Ledger.h"
-
 #include <sys/types.h>
+
 #include <chrono>
 #include <set>
 #include <string>
+
+#include "tools/corvane/check/host/CheckedPlugin.h"
+#include "tools/corvane/check/host/Deliverer.h"
+#include "tools/corvane/check/host/Ledger.h"
 
 namespace corvane::check {
 

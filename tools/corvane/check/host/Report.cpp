@@ -1,16 +1,15 @@
 // What the host tells the command.
-#include "Report.h"
+#include "tools/corvane/check/host/Report.h"
 
 #include <cxxabi.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <unistd.h>
 
-#include <nlohmann/json.hpp>
-
 #include <cstdlib>
 #include <exception>
 #include <mutex>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <typeinfo>
 #include <utility>

@@ -3,16 +3,6 @@
 //     corvane-check-host open FILE FD          can the loader open it?
 //     corvane-check-host run NAME FD SLOW_MS   lead plugins/NAME through its life
 //     corvane-check-host drop NAME FD          drop tasks that its callbacks request
-#include "CallbackDelegator.h"
-#include "CrashHandler.h"
-#include "Deliverer.h"
-#include "DroppingPlugin.h"
-#include "HangSignal.h"
-#include "Ledger.h"
-#include "MainThreadInvoker.h"
-#include "Rehearsal.h"
-#include "Report.h"
-
 #include <Ecore.h>
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
@@ -29,6 +19,16 @@
 #include <iostream>
 #include <string>
 #include <thread>
+
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "taskExecutor/MainThreadInvoker.h"
+#include "tools/corvane/check/HangSignal.h"
+#include "tools/corvane/check/host/CrashHandler.h"
+#include "tools/corvane/check/host/Deliverer.h"
+#include "tools/corvane/check/host/DroppingPlugin.h"
+#include "tools/corvane/check/host/Ledger.h"
+#include "tools/corvane/check/host/Rehearsal.h"
+#include "tools/corvane/check/host/Report.h"
 
 namespace {
 

@@ -3,7 +3,6 @@
 
 #include <corvane/testkit/Leftovers.h>
 #include <corvane/testkit/LogLine.h>
-
 #include <gmock/gmock.h>
 
 #include <string>
