@@ -1,4 +1,4 @@
-// The plugin in the daemon's hands, on a platform that does what the test says.
+// Runs the plugin as the daemon does, and emits the events that the platform would deliver.
 #include <corvane/testkit.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -46,9 +46,9 @@ bool deliver(const Emission& emission) {
     }
 }
 
-// A task that the plugin's context runs behind all others. A job queued in the instant
-// in which the runner leaves waits for the next one: hence one more, now and then, until
-// one has run. Not many: the queue is short.
+// A task that the plugin's context runs after all others. A job that is queued at the moment in
+// which the running thread leaves the context waits for the next job. So another one is queued from
+// time to time until one has run, but only a few, because the queue is short.
 bool runMarker(ITaskInvoker& invoker, steady_clock::time_point deadline) {
     struct Marker {
         std::mutex mutex;

@@ -1,4 +1,5 @@
-// Events on their way to the plugin, from the test's thread and from others.
+// Delivers events to the plugin, on the test's thread and on others, and waits until they are
+// handled.
 #pragma once
 
 #include <corvane/testkit/Host.h>
@@ -15,16 +16,16 @@
 
 namespace corvane::testkit {
 
-/// Owner: the host, on whose thread all is called. Errors: see Host.
+/// Owner: Host, whose thread calls every function. Errors: see Host.
 class Emissions {
 public:
     static bool emit(const std::string& event, const Arguments& arguments);
     void emitFromThreads(int count, const std::string& event, const Arguments& arguments);
 
-    /// First for the deliveries, then for the task context behind `invoker`.
+    /// Waits for the deliveries first, then for the task context behind `invoker`.
     void waitUntilHandled(ITaskInvoker& invoker, std::chrono::milliseconds limit);
 
-    /// Waits for the deliveries without a limit, and forgets what they threw.
+    /// Waits for the deliveries without a time limit and discards their exceptions.
     void abandon();
 
 private:
@@ -35,7 +36,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_ended;
     std::multiset<std::string> m_underWay;  // the events being delivered
-    std::exception_ptr m_thrown;            // the first
+    std::exception_ptr m_thrown;            // the first exception of a delivery
     std::list<host::DeliveryThreads> m_threads;
 };
 

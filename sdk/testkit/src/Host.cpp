@@ -14,7 +14,7 @@ namespace corvane::testkit {
 
 namespace {
 
-/// The platform's functions are the process's, so there is one host at a time.
+/// The platform's functions exist once in a process, so there is only one Host at a time.
 class OnlyOne {
 public:
     OnlyOne() {

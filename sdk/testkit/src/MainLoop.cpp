@@ -23,7 +23,7 @@ bool MainLoop::runUntil(const std::function<bool()>& condition, std::chrono::mil
     };
     constexpr double period = 0.005;
     const auto deadline = std::chrono::steady_clock::now() + limit;
-    // So that an iteration ends though nothing else happens.
+    // Ends an iteration of the loop even if no other event occurs.
     const auto renew = [](void*) -> Eina_Bool { return ECORE_CALLBACK_RENEW; };
     const std::unique_ptr<Ecore_Timer, TimerRemover> timer(ecore_timer_add(period, renew, nullptr));
     while (!condition()) {

@@ -6,8 +6,8 @@
 
 namespace corvane::testkit {
 
-/// Owner: the host, on whose thread all happens. Errors: std::runtime_error if the main-loop
-/// library can't be had.
+/// Owner: Host, whose thread calls every function. Errors: std::runtime_error if the main-loop
+/// library doesn't start.
 class MainLoop {
 public:
     MainLoop();
@@ -15,8 +15,9 @@ public:
     MainLoop(const MainLoop&) = delete;
     MainLoop& operator=(const MainLoop&) = delete;
 
-    /// Whether `condition` came to hold before the limit. Not ended by a plugin that quits
-    /// the loop. Throws what `condition` throws, and what the loop's users throw.
+    /// Runs the loop until `condition` returns true or the limit has passed; returns its last
+    /// result. A plugin that quits the loop doesn't end the wait. Throws the exceptions of
+    /// `condition` and of callbacks that the loop runs.
     bool runUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 };
 

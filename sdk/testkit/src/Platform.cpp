@@ -1,5 +1,5 @@
-// The platform's log and system information, recorded, and what the callbacks of the
-// platform need around them. Nothing but the test feeds the callbacks here.
+// Implements the platform's log and system information with the recorder, and the functions that
+// the host platform's callbacks need. Only the test delivers events here.
 #include <dlog.h>
 #include <system_info.h>
 
@@ -29,7 +29,7 @@ int stopProduct() {
     return 0;
 }
 void followSpeakerCallback() noexcept {}
-// A test says itself what is too slow.
+// A test decides itself which duration is too long.
 void reportIfSlow(const char*, const char*, std::chrono::steady_clock::duration) {}
 
 }  // namespace corvane::host
@@ -44,7 +44,7 @@ int print(int priority, const char* tag, const char* format, va_list arguments) 
     }
     const std::string_view whose = tag == nullptr ? "" : tag;
     if (whose == logging::TAG || whose == TPL::TAG) {
-        return 0;  // the daemon's own, many for each event
+        return 0;  // a line of the daemon itself, of which each event causes many
     }
     try {
         const int errorBefore = errno;  // logging must not change it

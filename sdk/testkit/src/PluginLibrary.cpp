@@ -17,7 +17,7 @@ namespace corvane::testkit {
 
 namespace {
 
-// The registry is made once in a daemon's life; here once for each plugin.
+// The daemon creates its delegator once; the test kit creates one for each plugin.
 void makeRegistry() {
     Singleton<CallbackDelegator>::getInstance();
     Singleton<CallbackDelegator>::instance().reset(new CallbackDelegator);
@@ -88,13 +88,13 @@ PluginLibrary::~PluginLibrary() {
         try {
             unload();
         } catch (const std::exception&) {
-            // Whoever wants to know calls unload().
+            // A test that wants to see the exception calls unload().
         }
     }
 }
 
 void PluginLibrary::open() {
-    // The plugin directory of this build is the root.
+    // In the test kit the plugin directory is the root directory.
     m_plugin->create(m_file.relative_path());
     std::string failure;
     dlerror();
@@ -105,7 +105,8 @@ void PluginLibrary::open() {
     } catch (...) {
         failure = "PLUGIN_INIT threw something that is no std::exception; that ends the daemon";
     }
-    // Not in the handler: the exception's own code may lie in the library that this closes.
+    // After the handler, because the exception's class may be defined in the library that this
+    // closes.
     if (!failure.empty()) {
         failure += subscriptionsLeft();
         m_plugin->tearDown();

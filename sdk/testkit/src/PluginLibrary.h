@@ -1,4 +1,4 @@
-// The plugin under test: the daemon's own object for it, and what it leaves behind.
+// The plugin under test, loaded and unloaded by the daemon's own class Plugin.
 #pragma once
 
 #include <corvane/testkit/Leftovers.h>
@@ -12,24 +12,24 @@
 
 namespace corvane::testkit {
 
-/// The events whose callbacks are set.
+/// Returns the names of the events whose platform callbacks are set.
 std::vector<std::string> subscribedEvents();
 
-/// One plugin, loaded for as long as the object lives or until unload(). Also owns the
-/// daemon's registry of subscriptions, made anew for each.
+/// Keeps one plugin loaded until unload() or the destructor. Also owns the daemon's callback
+/// delegator, which is created anew for each plugin.
 ///
-/// Owner: the host, on whose thread all happens, except that events and requested work are
-/// handled on any. Errors: see Host.
+/// Owner: Host, whose thread calls every function. Events and requested work may run on any
+/// thread. Errors: see Host.
 class PluginLibrary {
 public:
     /// Throws LoadError.
     explicit PluginLibrary(const std::filesystem::path& file);
-    /// Unloads if that hasn't been done, and forgets what that throws.
+    /// Unloads the plugin if it is still loaded, and discards exceptions.
     ~PluginLibrary();
     PluginLibrary(const PluginLibrary&) = delete;
     PluginLibrary& operator=(const PluginLibrary&) = delete;
 
-    /// Once. Throws UnloadError; the library is closed all the same.
+    /// Call it at most once. Throws UnloadError; the library is closed nevertheless.
     Leftovers unload();
 
     ITaskInvoker& taskInvoker() { return *m_plugin; }
@@ -39,7 +39,7 @@ private:
     bool isInTheProcess() const;
 
     std::filesystem::path m_file;
-    // Outlives the registry's entries, which name it.
+    // The delegator's entries point to it, so it is destroyed after them.
     std::unique_ptr<Plugin> m_plugin = std::make_unique<Plugin>();
     bool m_isLoaded = false;
 };

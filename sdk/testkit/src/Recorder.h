@@ -1,4 +1,4 @@
-// What the platform of the test program keeps: log lines and system information.
+// Stores the log lines and the system information of the platform in the test program.
 #pragma once
 
 #include <corvane/testkit/LogLine.h>
@@ -13,7 +13,7 @@
 
 namespace corvane::testkit {
 
-/// One for the process, never destroyed: libraries log until the very end. Any thread.
+/// A singleton that is never destroyed, because libraries log until the process ends. Any thread.
 class Recorder {
 public:
     static Recorder& instance();
@@ -23,7 +23,8 @@ public:
     void add(LogLine line);
     std::vector<LogLine> log() const;
 
-    /// The first line whose text contains `part`, as soon as there is one.
+    /// Waits for a line whose text contains `part`. Returns the first one, or nothing if the limit
+    /// has passed.
     std::optional<LogLine> wait(const std::string& part, std::chrono::milliseconds limit) const;
 
     void setSystemInformation(const std::string& key, int value);

@@ -1,4 +1,4 @@
-// What GoogleTest prints of log lines and leftovers.
+// Prints log lines and leftovers for GoogleTest.
 #include <corvane/testkit/Leftovers.h>
 #include <corvane/testkit/LogLine.h>
 #include <dlog.h>

@@ -1,6 +1,6 @@
-// Runs one plugin library the way the daemon does, inside a test: the daemon's own
-// loading, request broker, event sources and task context, on a platform that lives in
-// the test program and does what the test says.
+// Runs one plugin library in a test program the way the daemon does. It consists of the daemon's
+// own loader, request broker, event sources and task context, and of the host platform's
+// callbacks, which deliver the events that the test emits.
 #pragma once
 
 #include <corvane/testkit/Errors.h>
@@ -18,80 +18,83 @@
 
 namespace corvane::testkit {
 
-/// Values as text, by the name of the argument or record field, both as for `corvane emit`:
+/// Maps names of arguments or record fields to values, both spelt as for `corvane emit`:
 /// {{"state", "on"}}.
 using Arguments = std::map<std::string, std::string>;
 
 inline constexpr std::chrono::milliseconds defaultLimit{10000};
 
-/// Owner: the test; one at a time in a process. The thread that makes it is the main thread
-/// as far as the plugin can tell, and has a main loop, which runs in runMainLoopUntil only.
+/// Owner: the test. Only one Host may exist in a process at a time. The thread that creates it is
+/// the plugin's main thread. Its main loop runs only during runMainLoopUntil().
 ///
-/// Threads: the one that made it, except for log(), waitForLog() and subscriptions(), which
-/// may be called from any thread.
+/// Threads: call the functions on the thread that created the Host, except log(), waitForLog()
+/// and subscriptions(), which may be called on any thread.
 ///
-/// Errors: those named, and std::logic_error for a second host or plugin at a time, or for
-/// something that needs a plugin while none is loaded.
+/// Errors: each function names its exceptions. In addition, std::logic_error is thrown for a
+/// second Host or a second plugin at a time, and for a call that needs a plugin while none is
+/// loaded.
 class Host {
 public:
     /// Starts with an empty log and no system information.
     Host();
 
-    /// Unloads the plugin, if one is loaded; what it leaves behind or throws then, and what
-    /// deliveries threw, is lost. Waits for deliveries under way without a limit.
+    /// Unloads the plugin if one is loaded. Leftovers and exceptions are not reported. Waits
+    /// without a time limit for deliveries that are still running.
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Opens the library and calls its PLUGIN_INIT. Throws LoadError; the library is closed
-    /// then.
+    /// Opens the library and calls its PLUGIN_INIT. If that fails, closes the library and throws
+    /// LoadError.
     void load(const std::filesystem::path& library);
 
-    /// Waits until all is handled, as waitUntilHandled does, then calls PLUGIN_DEINIT and
-    /// closes the library; the subscriptions left are taken away. Throws UnloadError, after
-    /// which the plugin is unloaded all the same, and what waitUntilHandled throws, after
-    /// which it is still loaded. Another plugin may be loaded then, or the same again.
+    /// Waits like waitUntilHandled(), calls PLUGIN_DEINIT, closes the library and removes the
+    /// subscriptions that are left. Returns what the plugin left behind. Throws UnloadError, after
+    /// which the plugin is unloaded nevertheless, and the exceptions of waitUntilHandled(), after
+    /// which it is still loaded. The same or another plugin may be loaded afterwards.
     Leftovers unload();
 
-    /// Delivers an event on this thread, with defaults for the arguments not given. Whether
-    /// the plugin is subscribed. All is handled on return unless another thread is running the
-    /// plugin's work. Throws InvalidEvent, and what the plugin's callback throws.
+    /// Delivers an event on the calling thread; arguments that are not given have their defaults.
+    /// Returns true if the plugin is subscribed. The event is handled on return unless another
+    /// thread is running the plugin's tasks. Throws InvalidEvent and the exceptions of the plugin's
+    /// callback.
     bool emit(const std::string& event, const Arguments& arguments = {});
 
     /// Delivers an event once on each of `count` new threads, all at the same time, and returns
-    /// without waiting for them. Throws InvalidEvent, and std::system_error if the threads
-    /// can't be had. What the plugin's callback throws is thrown by waitUntilHandled. Wait before
-    /// more than ten are under way: in the daemon, too, threads that find a plugin's queue full
-    /// can be held there for 15 s.
+    /// without waiting for them. Throws InvalidEvent, and std::system_error if a thread can't be
+    /// created. waitUntilHandled() throws the exceptions of the plugin's callback. Call it before
+    /// more than ten deliveries are running: as in the daemon, a thread that finds the plugin's
+    /// queue full can be blocked for 15 s.
     void emitFromThreads(int count, const std::string& event, const Arguments& arguments = {});
 
-    /// Waits until the plugin has handled every event emitted and all work it has requested up
-    /// to now; runs on this thread what of it nobody else runs. Throws TimedOut, what the
-    /// plugin's callback threw first on another thread, and what its work throws on this one.
-    /// The limit can't be kept while the plugin's work runs on this thread.
+    /// Waits until the plugin has handled every emitted event and all work it has requested so far.
+    /// Tasks that no other thread runs are run on the calling thread; the limit can't interrupt
+    /// them. Throws TimedOut, the first exception that a callback threw on another thread, and the
+    /// exceptions of tasks that run on the calling thread.
     void waitUntilHandled(std::chrono::milliseconds limit = defaultLimit);
 
-    /// Runs the main loop until `condition`, which it asks again every few milliseconds, holds:
-    /// true; or until the limit has passed: false. For plugins with timers and the like.
+    /// Runs the main loop until `condition` returns true or the limit has passed, and returns the
+    /// last result of `condition`, which is called every few milliseconds. For plugins that use
+    /// the main loop, for instance timers.
     bool runMainLoopUntil(const std::function<bool()>& condition,
                           std::chrono::milliseconds limit = defaultLimit);
 
-    /// The events the plugin is subscribed to, in the order of `corvane list`.
+    /// Returns the events the plugin is subscribed to, in the order of `corvane list`.
     std::vector<std::string> subscriptions() const;
 
-    /// What was logged, in order, without the daemon's own lines (tags QVX, QVX_TPL_CONTEXT).
+    /// Returns the log lines in order, without those of the daemon (tags QVX, QVX_TPL_CONTEXT).
     std::vector<LogLine> log() const;
     void clearLog();
 
-    /// The first line in the log whose text contains `part`, as soon as there is one; nothing
-    /// after the limit.
+    /// Waits for a log line whose text contains `part`. Returns the first one, or nothing if the
+    /// limit has passed.
     std::optional<LogLine> waitForLog(const std::string& part,
                                       std::chrono::milliseconds limit = defaultLimit) const;
 
-    /// What the platform's system information has under `key`.
+    /// Sets the value that the platform's system information returns for `key`.
     void setSystemInformation(const std::string& key, int value);
 
-    /// The names of all events that can be emitted.
+    /// Returns the names of all events that can be emitted.
     static std::vector<std::string> allEvents();
 
 private:

@@ -8,18 +8,18 @@
 namespace corvane::testkit {
 
 struct Leftovers {
-    /// The events still subscribed (also initialised profiles), as `corvane list` names them.
-    /// After PLUGIN_DEINIT they would call into a library that is gone.
+    /// Names of the events that are still subscribed, as in `corvane list`. An initialised profile
+    /// counts as a subscription. In the daemon, such an event would call unmapped code.
     std::vector<std::string> subscriptions;
 
-    /// The library is still in the process after it was closed, mostly because it exports
+    /// True if the library is still mapped after it was closed. The usual reason is that it exports
     /// more than its two entry points. Its variables keep their values for the next load.
     bool libraryStays = false;
 
     bool none() const { return subscriptions.empty() && !libraryStays; }
 };
 
-/// A sentence for each kind of leftover.
+/// Writes one sentence for each kind of leftover.
 std::ostream& operator<<(std::ostream& out, const Leftovers& leftovers);
 
 }  // namespace corvane::testkit

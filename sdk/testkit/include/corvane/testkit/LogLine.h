@@ -14,7 +14,7 @@ struct LogLine {
     bool operator==(const LogLine&) const = default;
 };
 
-/// "<letter of the priority>/<tag>: <text>", as in "I/MY_PLUGIN: started".
+/// Writes "<letter of the priority>/<tag>: <text>", for example "I/MY_PLUGIN: started".
 std::ostream& operator<<(std::ostream& out, const LogLine& line);
 
 }  // namespace corvane::testkit
