@@ -1,5 +1,5 @@
-// The smallest complete plugin: one subscription, one piece of work of its own, and
-// both entry points. It counts how often the adapter was switched on.
+// The smallest complete plugin: one subscription, one request for its own work, and both entry
+// points. It counts how often the adapter was switched on.
 #include <IRequestBroker.h>
 #include <dlog.h>
 
@@ -11,8 +11,8 @@ constexpr const char* TAG = "ADAPTER_WATCH";
 
 IRequestBroker* g_broker = nullptr;
 
-// Touched by callbacks and requested work only. Both run in this plugin's task
-// context, one at a time, so the number needs no lock whatever the thread.
+// Only callbacks and requested work use it. Both run in this plugin's task context, one at a time,
+// so it needs no lock, whichever thread runs them.
 int g_timesOn = 0;
 
 void onAdapterState(int, bt_adapter_state_e state, void*) {

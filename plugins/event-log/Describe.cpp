@@ -1,4 +1,4 @@
-// Numbers, texts and enumerations in the log.
+// Writes numbers, texts and enumerations to the log.
 #include "plugins/event-log/Describe.h"
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace eventlog {
 
 namespace {
 
-// The enumerations of the platform count from 0.
+// The platform's enumerations start at 0.
 void describeWord(std::string& line, int value, std::span<const char* const> words) {
     if (value >= 0 && static_cast<std::size_t>(value) < words.size()) {
         line += words[static_cast<std::size_t>(value)];

@@ -1,5 +1,5 @@
-// What the arguments of the platform's callbacks look like in the log: an overload
-// for each type. Records are written with the names of their fields.
+// Writes the arguments of the platform's callbacks as text, with one overload for each type.
+// Records are written with the names of their fields.
 #pragma once
 
 #include <bluetooth.h>

@@ -1,4 +1,4 @@
-// The platform's records in the log, as {field=value field=value}.
+// Writes the platform's records as {field=value field=value}.
 #include <cstddef>
 
 #include "plugins/event-log/Describe.h"
@@ -54,7 +54,7 @@ static void describe(std::string& line, const Payload& payload) {
 
 namespace {
 
-// Writes a record: pairs of a name and a value.
+// Writes a record, given as pairs of a name and a value.
 void describeFields(std::string&) {}
 
 template <typename T, typename... Rest>
@@ -90,7 +90,7 @@ void describe(std::string& line, const bt_adapter_device_discovery_info_s* recor
                    Bytes{record->manufacturer_data, record->manufacturer_data_len});
 }
 
-// The one record that may be missing altogether.
+// The only record whose pointer may be null.
 void describe(std::string& line, const bt_device_info_s* record) {
     if (record == nullptr) {
         line += "none";

@@ -1,5 +1,5 @@
-// The plugin's two entry points. The daemon finds them by name, so they are C
-// functions that the library gives away; all the rest of it stays inside.
+// The plugin's two entry points. The daemon finds them by name, so they are exported C functions.
+// The library exports nothing else.
 #include <IRequestBroker.h>
 
 #include "plugins/event-log/Events.h"
@@ -9,13 +9,13 @@
 
 namespace {
 
-// The daemon loads a plugin once, so it may keep its broker like this. The broker
-// is valid until PLUGIN_DEINIT has returned.
+// The daemon loads a plugin once, so a variable can store its broker. The broker is valid until
+// PLUGIN_DEINIT has returned.
 IRequestBroker* pluginBroker = nullptr;
 
 }  // namespace
 
-/// A negative result would make the daemon drop the plugin.
+/// After a negative result the daemon would close the plugin's library.
 PLUGIN_ENTRY int PLUGIN_INIT(void* broker) {
     pluginBroker = static_cast<IRequestBroker*>(broker);
     eventlog::readPrivacy();
@@ -25,8 +25,8 @@ PLUGIN_ENTRY int PLUGIN_INIT(void* broker) {
     return 0;
 }
 
-/// The daemon undoes no subscription: a callback that stays would be called in a library
-/// that has gone.
+/// The daemon undoes no subscription. A callback that stayed subscribed would be called in a
+/// library that is no longer mapped.
 PLUGIN_ENTRY void PLUGIN_DEINIT() {
     for (const auto& event : eventlog::allEvents()) {
         (pluginBroker->*event.unsubscribe)();

@@ -1,5 +1,4 @@
-// All the events a plugin can subscribe to. Where a name in the broker is spelt
-// oddly, the oddity belongs to it.
+// All events that a plugin can subscribe to. Irregular spellings are part of the broker's names.
 #include "plugins/event-log/Events.h"
 
 #include "plugins/event-log/LogEvent.h"

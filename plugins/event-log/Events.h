@@ -1,5 +1,5 @@
-// All the events a plugin can subscribe to, with what the log calls them and their
-// arguments.
+// All events that a plugin can subscribe to, with the names that the log uses for them and for
+// their arguments.
 #pragma once
 
 #include <IRequestBroker.h>
@@ -10,7 +10,7 @@
 namespace eventlog {
 
 struct Argument {
-    // Implicit: most have nothing but a name.
+    // Implicit, because most arguments have only a name.
     constexpr Argument(const char* itsName = nullptr, bool passkey = false)
         : name(itsName), isPasskey(passkey) {}
 

@@ -1,5 +1,4 @@
-// One callback for all the events: a template, from which the compiler makes a
-// function of the right type for each.
+// One callback template for all events. The compiler instantiates it for the type of each event.
 #pragma once
 
 #include <IRequestBroker.h>
@@ -27,8 +26,8 @@ void describeArgument(std::string& line, const Argument& argument, const T& valu
     describeNamed(line, argument.name, value);
 }
 
-/// The callback. The user data, always the last argument, is the event's row. Everything
-/// else is lent to the plugin for the call only: what is to be kept must be copied.
+/// The callback. The user data, always the last argument, points to the event's row. The other
+/// arguments are valid during the call only; a plugin has to copy what it keeps.
 template <typename... All>
 void logEvent(All... all) {
     const std::tuple arguments(all...);
@@ -49,7 +48,7 @@ void subscribeWith(IRequestBroker& broker,
     (broker.*operation)(&logEvent<All...>, const_cast<Event*>(&event));
 }
 
-/// Subscribes to the event whose broker operation is named: subscribe<&IRequestBroker::...>.
+/// Subscribes to the event of a broker operation: subscribe<&IRequestBroker::...>.
 template <auto operation>
 void subscribe(IRequestBroker& broker, const Event& event) {
     subscribeWith(broker, operation, event);

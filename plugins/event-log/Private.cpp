@@ -1,4 +1,4 @@
-// What may be too private for a log.
+// Decides whether private data is logged.
 #include "plugins/event-log/Private.h"
 
 #include <cstdlib>

@@ -1,9 +1,9 @@
-// What may be too private for a log: passkeys of pairing, and what sockets receive.
+// Decides whether private data is logged: pairing passkeys and data received by sockets.
 #pragma once
 
 namespace eventlog {
 
-/// Looks whether CORVANE_EVENT_LOG_PRIVATE is "show". Before the first event.
+/// Reads the environment variable CORVANE_EVENT_LOG_PRIVATE. Call it before the first event.
 void readPrivacy();
 
 /// Any thread.
