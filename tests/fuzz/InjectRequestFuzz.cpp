@@ -19,8 +19,8 @@
 #include <tuple>
 
 #include "platform/host/inject/EventTable.h"
-#include "tests/fuzz/DBusWire.h"
 #include "tests/fuzz/Input.h"
+#include "tests/support/DBusWire.h"
 #include "tests/support/SampleArguments.h"
 
 namespace fs = std::filesystem;

@@ -1,0 +1,100 @@
+// How often an event asks the heap for memory, once the thread that delivers has begun.
+#include <bluetooth.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <thread>
+
+#include "daemon/src/Callback/BluetoothCallback.h"
+#include "daemon/src/broker/RequestBroker.h"
+#include "daemon/src/common/ThreadStore.h"
+#include "daemon/src/common/log.h"
+#include "taskExecutor/TaskInvokerImpl.h"
+#include "tests/daemon/allocation/Allocations.h"
+#include "tests/daemon/allocation/Prepare.h"
+#include "tests/support/FakePlatform.h"
+
+namespace {
+
+template <typename Function>
+long allocationsOf(Function function) {
+    allocations::failAt(0, allocations::Failing::Once);  // none
+    function();
+    allocations::succeed();
+    return allocations::made();
+}
+
+class AllocationCountTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!REUSES_MEMORY) {
+            GTEST_SKIP() << "with a sanitizer everything comes from the heap";
+        }
+        prepareDelegator();
+        fake_platform::reset();
+        fake_platform::recordNothing();
+    }
+};
+
+TEST_F(AllocationCountTest, AnEventForEightPluginsNeedsNone) {
+    struct Plugin {
+        TaskInvokerImpl invoker;
+        RequestBroker broker{&invoker};
+        int events = 0;
+    };
+    std::array<Plugin, 8> plugins;
+    for (Plugin& plugin : plugins) {
+        plugin.broker.BtAdapterSetStateChangedCb(
+            [](int, bt_adapter_state_e, void* events) { ++*static_cast<int*>(events); },
+            &plugin.events);
+    }
+    const auto slot = fake_platform::slot("bt_adapter_set_state_changed_cb");
+    const auto callback = reinterpret_cast<bt_adapter_state_changed_cb>(slot.callback);
+    callback(0, BT_ADAPTER_STATE_OFF, slot.userData);
+    EXPECT_EQ(allocationsOf([&] { callback(0, BT_ADAPTER_STATE_ON, slot.userData); }), 0);
+    for (Plugin& plugin : plugins) {
+        EXPECT_EQ(plugin.events, 2);
+        plugin.broker.BtAdapterUnsetStateChangedCb();
+    }
+}
+
+TEST_F(AllocationCountTest, ATaskOfTwoWordsNeedsNone) {
+    TaskInvokerImpl invoker;
+    int ran = 0;
+    int step = 1;
+    EXPECT_EQ(allocationsOf([&] { invoker.invokeTask([&ran, &step] { ran += step; }); }), 0);
+    EXPECT_EQ(ran, 1);
+}
+
+TEST_F(AllocationCountTest, TheTaskOfAnEventWithoutArgumentsNeedsNoMemoryOfTheThreadEither) {
+    BtAvrcpVolumeNotifyCb notify;
+    CallbackImpl<bt_avrcp_volume_notified_cb>& source = notify;
+    std::function<void()> task;
+    struct Block : ShortLived {};
+    std::array<std::unique_ptr<Block>, ThreadStore::BLOCKS> all;
+    for (auto& block : all) {
+        block = std::make_unique<Block>();
+    }
+    int notified = 0;
+    EXPECT_EQ(allocationsOf([&] {
+                  task = source.getInvokingTask([](void* count) { ++*static_cast<int*>(count); },
+                                                &notified);
+              }),
+              0);
+    task();
+    EXPECT_EQ(notified, 1);
+}
+
+TEST_F(AllocationCountTest, AThreadWithoutMemoryForAStoreTraces) {
+    std::thread([] {
+        allocations::failAt(1, allocations::Failing::Once);
+        { const ApiTracker tracker("void aFunctionWithAnOrdinarySignature(int)", __LINE__); }
+        allocations::succeed();
+        EXPECT_TRUE(allocations::hasFailed());
+        EXPECT_EQ(allocations::made(), 2) << "the store, in vain, and the name";
+    }).join();
+}
+
+}  // namespace

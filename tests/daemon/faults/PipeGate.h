@@ -1,0 +1,37 @@
+// The pipe "gate" in the daemon's directory, at which fixtures wait until the test lets them pass.
+#pragma once
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "tests/support/process/Sandbox.h"
+
+/// Owner: the test, on whose thread it is used. Errors: std::runtime_error.
+class PipeGate {
+public:
+    explicit PipeGate(const Sandbox& sandbox) {
+        const auto path = sandbox.directory() / "gate";
+        // Open for both directions, opening waits for nobody and nobody is missed.
+        if (mkfifo(path.c_str(), 0600) != 0 ||
+            (m_fd = open(path.c_str(), O_RDWR | O_CLOEXEC)) < 0) {
+            throw std::runtime_error("no gate can be made");
+        }
+    }
+    ~PipeGate() { close(m_fd); }
+    PipeGate(const PipeGate&) = delete;
+    PipeGate& operator=(const PipeGate&) = delete;
+
+    void letPass(int count) {
+        const std::string bytes(static_cast<std::size_t>(count), '!');
+        if (write(m_fd, bytes.data(), bytes.size()) != count) {
+            throw std::runtime_error("the gate can't be opened");
+        }
+    }
+
+private:
+    int m_fd = -1;
+};

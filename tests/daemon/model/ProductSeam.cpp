@@ -1,0 +1,131 @@
+// Puts the scheduler between the task context and what it is made of: its mutex, its
+// condition variables, the clock and the log. On threads that no scheduler drives,
+// everything is as always.
+#include <dlfcn.h>
+#include <dlog.h>
+#include <pthread.h>
+#include <time.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "tests/daemon/model/Run.h"
+
+using model::Run;
+using model::Scheduler;
+using model::Time;
+
+namespace {
+
+constexpr Time START = std::chrono::seconds(1000);  // of the scheduler's clock
+
+template <typename Function>
+Function next(const char* name) {
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+#define NEXT(function) next<decltype(&function)>(#function)
+
+Scheduler::Mutex* driven(pthread_mutex_t* mutex) {
+    return Scheduler::current() == nullptr ? nullptr : Run::current().mutexAt(mutex);
+}
+
+Time sinceStart(const timespec& time) {
+    return std::chrono::seconds(time.tv_sec) + Time(time.tv_nsec) - START;
+}
+
+// "TPLContext.h : _InvokeJob(<line>)  task is queued\n" as "_InvokeJob  task is queued",
+// and the context's address as "this".
+std::string normalised(std::string_view text) {
+    constexpr std::string_view file = "TPLContext.h : ";
+    const auto open = text.find('(');
+    const auto close = text.find(')');
+    if (!text.starts_with(file) || !text.ends_with('\n') || close == text.npos) {
+        return "irregular: " + std::string(text);
+    }
+    std::string result(text.substr(file.size(), open - file.size()));
+    result += text.substr(close + 1, text.size() - close - 2);
+    char address[32];
+    std::snprintf(address, sizeof address, "%p", Run::current().context());
+    const auto place = result.find(address);
+    return place == result.npos ? result
+                                : result.replace(place, std::string(address).size(), "this");
+}
+
+}  // namespace
+
+extern "C" int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
+    if (Scheduler::Mutex* const own = driven(mutex)) {
+        Scheduler::current()->lock(*own);
+        return 0;
+    }
+    static const auto original = NEXT(pthread_mutex_lock);
+    return original(mutex);
+}
+
+extern "C" int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept {
+    if (Scheduler::Mutex* const own = driven(mutex)) {
+        Scheduler::current()->unlock(*own);
+        return 0;
+    }
+    static const auto original = NEXT(pthread_mutex_unlock);
+    return original(mutex);
+}
+
+extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex,
+                                      clockid_t clock, const timespec* time) {
+    if (Scheduler* const scheduler = Scheduler::current()) {
+        // A mutex that isn't driven is free whenever somebody else goes on.
+        Scheduler::Mutex* const own = driven(mutex);
+        if (own == nullptr) {
+            pthread_mutex_unlock(mutex);
+        }
+        scheduler->wait(Run::current().conditionAt(condition), own, sinceStart(*time));
+        if (own == nullptr) {
+            pthread_mutex_lock(mutex);
+        }
+        return 0;
+    }
+    static const auto original = NEXT(pthread_cond_clockwait);
+    return original(condition, mutex, clock, time);
+}
+
+extern "C" int pthread_cond_signal(pthread_cond_t* condition) noexcept {
+    if (Scheduler* const scheduler = Scheduler::current()) {
+        scheduler->notifyOne(Run::current().conditionAt(condition));
+        return 0;
+    }
+    static const auto original = NEXT(pthread_cond_signal);
+    return original(condition);
+}
+
+extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
+    if (Scheduler* const scheduler = Scheduler::current(); scheduler && clock == CLOCK_MONOTONIC) {
+        const Time now = START + scheduler->now();
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now);
+        *time = {seconds.count(), static_cast<long>((now - seconds).count())};
+        return 0;
+    }
+    static const auto original = NEXT(clock_gettime);
+    return original(clock, time);
+}
+
+int dlog_print(int priority, const char* tag, const char* format, ...) {
+    char text[256];
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    if (Scheduler::current() != nullptr) {
+        const bool isRegular = std::string_view(tag) == "QVX_TPL_CONTEXT" &&
+                               (priority == DLOG_PRIORITY_DEBUG || priority == DLOG_PRIORITY_ERROR);
+        Run::current().line(!isRegular                        ? '?'
+                            : priority == DLOG_PRIORITY_DEBUG ? 'D'
+                                                              : 'E',
+                            normalised(text));
+    }
+    return length;
+}

@@ -1,0 +1,23 @@
+// Can't do without the record that may be missing.
+#include <cstdlib>
+
+#include "tests/plugins/check/Fixture.h"
+
+namespace {
+
+void onBond(int, bt_device_info_s* info, void*) {
+    if (info == nullptr) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    keepBroker(handle);
+    return broker->BtDeviceSetBondCreatedCb(&onBond, nullptr);
+}
+
+void PLUGIN_DEINIT() {
+    broker->BtDeviceUnsetBondCreatedCb();
+}

@@ -1,0 +1,14 @@
+// A plugin that subscribes to the adapter's state without a function.
+#include <IRequestBroker.h>
+
+#include "tests/plugins/Fixture.h"
+
+int PLUGIN_INIT(void* handle) {
+    auto* const broker = static_cast<IRequestBroker*>(handle);
+    say("subscribe returned %d", broker->BtAdapterSetStateChangedCb(nullptr, nullptr));
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    say("deinit");
+}

@@ -1,0 +1,13 @@
+// A callback takes long.
+#include <chrono>
+#include <thread>
+
+#include "tests/plugins/check/Subscriber.h"
+
+namespace {
+
+void onName(char*, void*) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+}
+
+}  // namespace

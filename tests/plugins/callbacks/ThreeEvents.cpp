@@ -1,0 +1,38 @@
+// A plugin that subscribes to three events and waits at the gate in its callback for the first.
+#include <IRequestBroker.h>
+
+#include "tests/plugins/CallbackGate.h"
+#include "tests/plugins/Fixture.h"
+
+namespace {
+
+IRequestBroker* broker = nullptr;
+
+void onState(int, bt_adapter_state_e state, void*) {
+    say("state %d", static_cast<int>(state));
+    waitAtGate();
+}
+
+void onName(char* name, void*) {
+    say("name %s", name);
+}
+
+void onTooMany(int, char*, void*) {
+    say("too many devices");
+}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    broker = static_cast<IRequestBroker*>(handle);
+    broker->BtAdapterSetStateChangedCb(&onState, nullptr);
+    broker->BtAdapterSetNameChangedCb(&onName, nullptr);
+    broker->BtAdapterSetMaxDeviceConnectedCb(&onTooMany, nullptr);
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    broker->BtAdapterUnsetStateChangedCb();
+    broker->BtAdapterUnsetNameChangedCb();
+    broker->BtAdapterUnsetMaxDeviceConnectedCb();
+}

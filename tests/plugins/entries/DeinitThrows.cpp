@@ -1,0 +1,14 @@
+// A plugin whose deinit entry throws.
+#include <stdexcept>
+
+#include "tests/plugins/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    say("init");
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    say("deinit");
+    throw std::runtime_error("from deinit");
+}

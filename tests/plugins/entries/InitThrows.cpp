@@ -1,0 +1,14 @@
+// A plugin whose init entry throws THROWN.
+#include <stdexcept>
+
+#include "tests/plugins/Fixture.h"
+#include "tests/plugins/OwnException.h"
+
+int PLUGIN_INIT(void*) {
+    say("init");
+    throw THROWN;
+}
+
+void PLUGIN_DEINIT() {
+    say("deinit");
+}

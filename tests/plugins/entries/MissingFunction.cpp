@@ -1,0 +1,30 @@
+// A plugin that calls a function nobody has: in its init entry, or if IN_CALLBACK in its callback
+// for the adapter's state. The loader looks for it when it is called.
+#include <IRequestBroker.h>
+
+#include "tests/plugins/Fixture.h"
+
+void functionOfNoLibrary();
+
+namespace {
+
+void onState(int, bt_adapter_state_e, void*) {
+    say("calls a function of no library");
+    functionOfNoLibrary();
+    say("unreachable");
+}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    say("init");
+    if (IN_CALLBACK) {
+        return static_cast<IRequestBroker*>(handle)->BtAdapterSetStateChangedCb(&onState, nullptr);
+    }
+    onState(0, BT_ADAPTER_STATE_OFF, nullptr);
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    say("deinit");
+}

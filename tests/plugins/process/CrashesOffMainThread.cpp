@@ -1,0 +1,16 @@
+// Can't do with events from other threads than the main thread.
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "tests/plugins/check/Subscriber.h"
+
+namespace {
+
+void onName(char*, void*) {
+    if (gettid() != getpid()) {
+        std::abort();
+    }
+}
+
+}  // namespace

@@ -1,0 +1,28 @@
+// A plugin that ends the process by END: in its init entry, or if IN_CALLBACK in its callback for
+// the adapter's state.
+#include <IRequestBroker.h>
+
+#include <cstdlib>
+
+#include "tests/plugins/Fixture.h"
+
+namespace {
+
+void onState(int, bt_adapter_state_e, void*) {
+    say("ends the process");
+    END;
+}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    if (IN_CALLBACK) {
+        return static_cast<IRequestBroker*>(handle)->BtAdapterSetStateChangedCb(&onState, nullptr);
+    }
+    onState(0, BT_ADAPTER_STATE_OFF, nullptr);
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    say("deinit");
+}

@@ -1,0 +1,30 @@
+// Leaves a process in a session of its own, whose parent has ended. It holds a FIFO open, into
+// which it has written its number.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    const pid_t parent = fork();
+    if (parent == 0) {
+        setsid();
+        if (fork() == 0) {
+            const int fifo = open(getenv("FIXTURE_FIFO"), O_WRONLY);
+            const auto number = std::to_string(getpid()) + '\n';
+            if (write(fifo, number.data(), number.size()) > 0) {
+                while (true) {
+                    pause();
+                }
+            }
+        }
+        _exit(EXIT_SUCCESS);
+    }
+    return waitpid(parent, nullptr, 0) == parent ? 0 : -1;
+}
+
+void PLUGIN_DEINIT() {}

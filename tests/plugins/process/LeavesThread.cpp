@@ -1,0 +1,17 @@
+// Leaves a thread running.
+#include <unistd.h>
+
+#include <thread>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    std::thread([] {
+        while (true) {
+            pause();
+        }
+    }).detach();
+    return 0;
+}
+
+void PLUGIN_DEINIT() {}

@@ -1,0 +1,20 @@
+// Uses up the stack.
+#include <cstring>
+
+#include "tests/plugins/check/Subscriber.h"
+
+namespace {
+
+volatile bool goesOn = true;
+
+__attribute__((noinline)) int descend(char* above) {
+    char here[4096];
+    std::memset(here, above == nullptr ? 0 : above[0], sizeof here);
+    return goesOn ? descend(here) + here[1] : here[0];
+}
+
+void onName(char* name, void*) {
+    descend(name);
+}
+
+}  // namespace

@@ -1,0 +1,14 @@
+// Takes more memory than a check gives.
+#include <cstddef>
+#include <new>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    constexpr std::size_t size = std::size_t{3} << 30;
+    void* volatile memory = ::operator new(size);
+    ::operator delete(memory);
+    return 0;
+}
+
+void PLUGIN_DEINIT() {}

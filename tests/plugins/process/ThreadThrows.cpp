@@ -1,0 +1,12 @@
+// An exception leaves a thread of the plugin.
+#include <stdexcept>
+#include <thread>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    std::thread([] { throw std::runtime_error("from a thread"); }).join();
+    return 0;
+}
+
+void PLUGIN_DEINIT() {}

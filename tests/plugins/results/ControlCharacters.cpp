@@ -1,0 +1,12 @@
+// Throws and logs text that would make a terminal do things.
+#include <iostream>
+#include <stdexcept>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    std::cerr << "logged \033]0;title\007\377\n";
+    throw std::runtime_error("gr\303\274n \033[31m\177 \302\233 \342\200\256 \377 line\r\nnext");
+}
+
+void PLUGIN_DEINIT() {}

@@ -1,0 +1,15 @@
+// Writes a line without end to the descriptor of the check's results.
+#include <unistd.h>
+
+#include <string>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    const std::string text(60000, 'x');
+    while (write(3, text.data(), text.size()) > 0) {
+    }
+    return 0;
+}
+
+void PLUGIN_DEINIT() {}

@@ -1,0 +1,12 @@
+// Exports a function of its own.
+#include "tests/plugins/check/Subscriber.h"
+
+__attribute__((visibility("default"))) void helperOfThePlugin() {}
+
+namespace {
+
+void onName(char*, void*) {
+    helperOfThePlugin();
+}
+
+}  // namespace

@@ -1,0 +1,11 @@
+// Throws an exception whose text is longer than a result of the check may be.
+#include <stdexcept>
+#include <string>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void*) {
+    throw std::runtime_error(std::string(100000, '\001'));
+}
+
+void PLUGIN_DEINIT() {}

@@ -1,0 +1,15 @@
+// Leaves a shared profile initialised.
+#include "tests/plugins/check/Fixture.h"
+
+namespace {
+
+void onConnection(bool, const char*, void*) {}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    keepBroker(handle);
+    return broker->BtAvrcpTargetInitialize(&onConnection, nullptr);
+}
+
+void PLUGIN_DEINIT() {}

@@ -1,0 +1,33 @@
+// A plugin that subscribes to the adapter's state, SUBSCRIPTIONS times, and unsubscribes
+// in its deinit entry, or already in its callback if UNSUBSCRIBES_IN_CALLBACK.
+#include <IRequestBroker.h>
+
+#include "tests/plugins/Fixture.h"
+
+namespace {
+
+IRequestBroker* broker = nullptr;
+char userData[SUBSCRIPTIONS];
+
+void onState(int result, bt_adapter_state_e state, void* data) {
+    const auto subscription = static_cast<char*>(data) - userData;
+    say("subscription %d: result %d, state %d", static_cast<int>(subscription), result,
+        static_cast<int>(state));
+    if (UNSUBSCRIBES_IN_CALLBACK) {
+        say("unsubscribe returned %d", broker->BtAdapterUnsetStateChangedCb());
+    }
+}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    broker = static_cast<IRequestBroker*>(handle);
+    for (char& data : userData) {
+        say("subscribe returned %d", broker->BtAdapterSetStateChangedCb(&onState, &data));
+    }
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    say("unsubscribe returned %d", broker->BtAdapterUnsetStateChangedCb());
+}

@@ -1,0 +1,11 @@
+// Unsubscribes from an event that it never subscribed to.
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void* handle) {
+    keepBroker(handle);
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    broker->BtAdapterUnsetStateChangedCb();
+}

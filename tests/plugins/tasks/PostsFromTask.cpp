@@ -1,0 +1,37 @@
+// A plugin that requests work in its callback, POSTS pieces of it, each of which is run when the
+// callback has returned. The last that there is room for requests another one.
+#include <IRequestBroker.h>
+
+#include <algorithm>
+
+#include "tests/plugins/Fixture.h"
+
+namespace {
+
+IRequestBroker* broker = nullptr;
+
+void work(int number) {
+    say("task %d", number);
+    if (number == std::min(POSTS, 10)) {
+        broker->RequestToInvokeInTaskExecutor([](void*) { say("one more task"); }, nullptr);
+    }
+}
+
+void onState(int, bt_adapter_state_e, void*) {
+    say("callback begins");
+    for (int i = 1; i <= POSTS; ++i) {
+        broker->RequestToInvokeInTaskExecutor([i](void*) { work(i); }, nullptr);
+    }
+    say("callback ends");
+}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    broker = static_cast<IRequestBroker*>(handle);
+    return broker->BtAdapterSetStateChangedCb(&onState, nullptr);
+}
+
+void PLUGIN_DEINIT() {
+    broker->BtAdapterUnsetStateChangedCb();
+}

@@ -1,0 +1,37 @@
+// A plugin that requests work which throws, or no work at all if EMPTY, in its init entry. If
+// CATCHES it catches what comes of it and goes on.
+#include <IRequestBroker.h>
+
+#include <functional>
+#include <stdexcept>
+
+#include "tests/plugins/Fixture.h"
+
+namespace {
+
+void throws(void*) {
+    say("throws");
+    throw std::runtime_error("from a task");
+}
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    auto* const broker = static_cast<IRequestBroker*>(handle);
+    const std::function<void(void*)> bad = EMPTY ? nullptr : std::function<void(void*)>(&throws);
+    try {
+        say("request returned %d", broker->RequestToInvokeInTaskExecutor(bad, nullptr));
+    } catch (const std::exception& error) {
+        say("request threw: %s", error.what());
+        if (!CATCHES) {
+            throw;
+        }
+    }
+    say("next request returned %d",
+        broker->RequestToInvokeInTaskExecutor([](void*) { say("works on"); }, nullptr));
+    return 0;
+}
+
+void PLUGIN_DEINIT() {
+    say("deinit");
+}

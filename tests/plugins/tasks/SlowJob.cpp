@@ -1,0 +1,13 @@
+// A job takes long.
+#include <chrono>
+#include <thread>
+
+#include "tests/plugins/check/Fixture.h"
+
+int PLUGIN_INIT(void* handle) {
+    keepBroker(handle);
+    return broker->RequestToInvokeInTaskExecutor(
+        [](void*) { std::this_thread::sleep_for(std::chrono::milliseconds(300)); }, nullptr);
+}
+
+void PLUGIN_DEINIT() {}

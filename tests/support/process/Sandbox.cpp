@@ -1,0 +1,188 @@
+#include "tests/support/process/Sandbox.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+#include <system_error>
+
+namespace {
+
+/// A program with its arguments that is to run the daemon; none by default.
+std::vector<std::string> wrapper() {
+    const char* const set = std::getenv("CORVANE_DAEMON_WRAPPER");
+    std::istringstream words(set == nullptr ? "" : set);
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
+// Generous: a run under a thread checker on a busy machine, and more in a wrapper.
+const std::chrono::seconds LIMIT{wrapper().empty() ? 40 : 240};
+
+std::vector<std::string> daemonCommand() {
+    auto command = wrapper();
+    command.emplace_back(DAEMON);
+    return command;
+}
+
+std::string withOption(const char* variable, const std::string& option) {
+    const char* const set = std::getenv(variable);
+    return set == nullptr || *set == '\0' ? option : std::string(set) + ':' + option;
+}
+
+}  // namespace
+
+Sandbox::Sandbox() {
+    auto path = (std::filesystem::temp_directory_path() / "corvane-XXXXXX").string();
+    if (mkdtemp(path.data()) == nullptr) {
+        throw std::system_error(errno, std::generic_category(), path);
+    }
+    m_directory = path;
+    m_command = daemonCommand();
+    m_preloaded = PLATFORM_RECORDER;
+    // The recorder is loaded before the address checker's own library.
+    m_checkerOptions = "verify_asan_link_order=0";
+    std::filesystem::create_directory(plugins());
+    // A busy machine is slow, and that is no part of what the daemon has to say.
+    setSettings("[callbacks]\nslow_ms = 0\n");
+}
+
+Sandbox::~Sandbox() {
+    m_daemon.reset();
+    std::error_code ignored;
+    std::filesystem::remove_all(m_directory, ignored);
+}
+
+std::filesystem::path Sandbox::libraryOf(const std::string& fixture) {
+    return std::filesystem::path(FIXTURE_DIRECTORY) / (fixture + ".so");
+}
+
+void Sandbox::addPlugin(const std::string& name, const std::string& fixture) {
+    std::filesystem::copy_file(libraryOf(fixture), plugins() / name);
+}
+
+void Sandbox::addMarkerFile() {
+    std::ofstream(m_directory / "marker").close();
+}
+
+void Sandbox::setSystemInformation(const std::string& text) {
+    std::ofstream(m_directory / "system-info.conf") << text;
+}
+
+void Sandbox::setProductType(int type) {
+    setSystemInformation(
+        "com.ondrix/featureconf/product.zarn_product_type = " + std::to_string(type) + '\n');
+}
+
+void Sandbox::failPlatformCalls(const std::string& names) {
+    m_failures = names;
+}
+
+void Sandbox::throwFromPlatformCalls(const std::string& names) {
+    m_exceptions = names;
+}
+
+void Sandbox::setArguments(const std::vector<std::string>& arguments) {
+    m_command = daemonCommand();
+    m_command.insert(m_command.end(), arguments.begin(), arguments.end());
+}
+
+void Sandbox::setSettings(const std::string& text) {
+    std::ofstream(m_directory / "platform.conf") << text;
+}
+
+void Sandbox::setEnvironment(const std::string& variable, const std::string& value) {
+    m_environment[variable] = value;
+}
+
+void Sandbox::preload(const std::filesystem::path& library) {
+    m_preloaded = library.string() + ':' + m_preloaded;
+}
+
+void Sandbox::ignoreLeaks() {
+    m_checkerOptions += ":detect_leaks=0";
+}
+
+void Sandbox::leaveCrashesAlone() {
+    const std::string options = "handle_segv=0:handle_abort=0";
+    m_checkerOptions += ":detect_leaks=0:" + options;
+    setEnvironment("TSAN_OPTIONS", withOption("TSAN_OPTIONS", options));
+}
+
+void Sandbox::start() {
+    launch();
+    if (!m_daemon->waitForLine("OUT << [void CommonDaemon::start()", LIMIT)) {
+        throw std::runtime_error("the daemon did not start:\n" + m_daemon->errors());
+    }
+}
+
+std::string Sandbox::emit(const std::vector<std::string>& words) {
+    ChildProcess::Options options{.command = {CORVANE_COMMAND, "emit"}, .directory = m_directory};
+    options.command.insert(options.command.end(), words.begin(), words.end());
+    options.environment = {{"CORVANE_INJECT_SOCKET", "inject"}};
+    const auto result = ChildProcess::run(options, LIMIT);
+    return result.output + result.errors;
+}
+
+Outcome Sandbox::terminate() {
+    const int status = m_daemon->terminate(LIMIT);
+    return {status, log()};
+}
+
+Outcome Sandbox::wait() {
+    const auto status = m_daemon->wait(LIMIT);
+    if (!status) {
+        throw std::runtime_error("the daemon did not end:\n" + m_daemon->errors());
+    }
+    return {*status, log()};
+}
+
+Outcome Sandbox::startAndTerminate() {
+    start();
+    return terminate();
+}
+
+Outcome Sandbox::runToItsEnd() {
+    launch();
+    return wait();
+}
+
+void Sandbox::launch() {
+    m_daemon = std::make_unique<ChildProcess>(ChildProcess::Options{
+        .command = command(), .directory = m_directory, .environment = environment()});
+}
+
+std::map<std::string, std::string> Sandbox::environment() const {
+    std::map<std::string, std::string> variables{
+        {"ECORE_NO_SYSTEM_MODULES", "1"},
+        {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "no-bus").string()},
+        {"CORVANE_PLATFORM_CONF", "platform.conf"},
+        {"CORVANE_SYSTEM_INFO", "system-info.conf"},
+        {"CORVANE_INJECT_SOCKET", "inject"},
+        {"CORVANE_LOG_LEVEL", "debug"},
+        {"XDG_RUNTIME_DIR", m_directory},
+        {"ASAN_OPTIONS", withOption("ASAN_OPTIONS", m_checkerOptions)},
+        {"PLATFORM_FAILURES", m_failures},
+        {"PLATFORM_EXCEPTIONS", m_exceptions},
+    };
+    if (m_starter.empty()) {
+        variables["LD_PRELOAD"] = m_preloaded;
+    }
+    for (const auto& [variable, value] : m_environment) {
+        variables[variable] = value;
+    }
+    return variables;
+}
+
+// A starter is a program like any other, into which nothing is to be loaded.
+std::vector<std::string> Sandbox::command() const {
+    if (m_starter.empty()) {
+        return m_command;
+    }
+    std::vector<std::string> command = m_starter;
+    command.insert(command.end(), {"env", "LD_PRELOAD=" + m_preloaded});
+    command.insert(command.end(), m_command.begin(), m_command.end());
+    return command;
+}
