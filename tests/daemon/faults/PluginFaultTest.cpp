@@ -2,11 +2,10 @@
 // transcript says: every line, but for times, threads, source lines and pointers.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "tests/daemon/faults/PluginFaults.h"
+#include "tests/support/process/Transcript.h"
 
 namespace {
 
@@ -14,18 +13,6 @@ class PluginFaultTest : public testing::TestWithParam<PluginFault> {
 protected:
     PluginFaultTest() { m_sandbox.preload(SORTING_LIBRARY); }
 
-    static std::string path() {
-        const auto& fault = GetParam();
-        const auto& name = fault.transcript.empty() ? fault.name : fault.transcript;
-        return std::string(TRANSCRIPT_DIRECTORY) + '/' + name + ".txt";
-    }
-    static std::string expected() {
-        std::ifstream file(path());
-        EXPECT_TRUE(file) << path();
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
     // The loader puts the program's path in front of its complaints.
     static std::string withoutPath(std::string transcript) {
         const std::string daemon = DAEMON;
@@ -42,9 +29,10 @@ TEST_P(PluginFaultTest, EndsAsItShouldWithEveryLineInTheLog) {
     GetParam().install(m_sandbox);
     const Outcome outcome = GetParam().run(m_sandbox);
     const auto& log = outcome.log;
-    const auto transcript =
-        withoutPath(GetParam().byThread ? log.transcriptByThread() : log.transcript());
-    EXPECT_EQ(transcript, expected());
+    expectTranscript(
+        TRANSCRIPT_DIRECTORY,
+        GetParam().transcript.empty() ? GetParam().name : GetParam().transcript,
+        withoutPath(GetParam().byThread ? log.transcriptByThread() : log.transcript()));
     EXPECT_EQ(outcome.status, GetParam().status);
     EXPECT_EQ(m_sandbox.daemon().output(), "");
 }

@@ -3,26 +3,18 @@
 // Log::transcript gives.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "tests/support/process/DaemonLog.h"
 #include "tests/support/process/Sandbox.h"
+#include "tests/support/process/Transcript.h"
 
 namespace {
 
 class DaemonTranscriptTest : public testing::Test {
 protected:
-    static std::string expected(const std::string& name) {
-        std::ifstream file(std::string(TRANSCRIPT_DIRECTORY) + '/' + name + ".txt");
-        EXPECT_TRUE(file) << name;
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
     void expectLog(const Outcome& outcome, const std::string& name, int status = 0) {
-        EXPECT_EQ(outcome.log.transcript(), expected(name));
+        expectTranscript(TRANSCRIPT_DIRECTORY, name, outcome.log.transcript());
         EXPECT_EQ(outcome.status, status);
         EXPECT_EQ(m_sandbox.daemon().output(), "");
     }
