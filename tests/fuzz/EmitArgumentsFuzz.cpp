@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/bluetooth/inject/MessageValues.h"
-#include "platform/host/inject/EventArguments.h"
+#include "platform/host/events/EventArguments.h"
+#include "platform/host/inject/MessageValues.h"
 #include "tests/fuzz/EventWords.h"
 #include "tests/fuzz/Input.h"
 #include "tools/corvane/EmitMessage.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/inject/EventTable.h"
-#include "platform/host/inject/Values.h"
+#include "platform/host/events/EventTable.h"
+#include "platform/host/events/Values.h"
 
 /// key=value for every argument and record field that has a value.
 std::vector<std::string> wordsOf(const corvane::host::Event& event,

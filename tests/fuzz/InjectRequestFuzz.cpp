@@ -18,7 +18,7 @@
 #include <string>
 #include <tuple>
 
-#include "platform/host/inject/EventTable.h"
+#include "platform/host/events/EventTable.h"
 #include "tests/fuzz/Input.h"
 #include "tests/support/DBusWire.h"
 #include "tests/support/SampleArguments.h"

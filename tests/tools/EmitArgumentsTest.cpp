@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/inject/EventArguments.h"
-#include "platform/host/inject/Values.h"
+#include "platform/host/events/EventArguments.h"
+#include "platform/host/events/Values.h"
 #include "tools/corvane/InjectPeer.h"
 
 namespace {

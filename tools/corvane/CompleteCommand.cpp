@@ -6,7 +6,7 @@
 #include <span>
 #include <utility>
 
-#include "platform/host/inject/EventTable.h"
+#include "platform/host/events/EventTable.h"
 #include "tools/corvane/EventJson.h"
 
 namespace corvane::tool {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/host/inject/EventArguments.h"
+#include "platform/host/events/EventArguments.h"
 #include "tools/corvane/InjectPeer.h"
 
 namespace corvane::tool {

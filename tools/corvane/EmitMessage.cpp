@@ -5,7 +5,7 @@
 #include <string>
 #include <variant>
 
-#include "platform/host/inject/ValueText.h"
+#include "platform/host/events/ValueText.h"
 
 namespace corvane::tool {
 

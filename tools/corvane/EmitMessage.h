@@ -5,8 +5,8 @@
 
 #include <span>
 
-#include "platform/host/inject/EventTable.h"
-#include "platform/host/inject/Values.h"
+#include "platform/host/events/EventTable.h"
+#include "platform/host/events/Values.h"
 
 namespace corvane::tool {
 

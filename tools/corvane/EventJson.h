@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/host/inject/EventTable.h"
+#include "platform/host/events/EventTable.h"
 
 namespace corvane::tool {
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/inject/EventTable.h"
-#include "platform/host/inject/Values.h"
+#include "platform/host/events/EventTable.h"
+#include "platform/host/events/Values.h"
 
 namespace corvane::tool {
 

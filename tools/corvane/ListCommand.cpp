@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/host/inject/EventTable.h"
+#include "platform/host/events/EventTable.h"
 #include "tools/corvane/EventJson.h"
 
 namespace corvane::tool {

@@ -6,7 +6,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/host/inject/EventArguments.h"
+#include "platform/host/events/EventArguments.h"
 
 namespace corvane::tool {
 

@@ -9,8 +9,8 @@
 #include <variant>
 #include <vector>
 
-#include "platform/host/inject/EventTable.h"
-#include "platform/host/inject/Values.h"
+#include "platform/host/events/EventTable.h"
+#include "platform/host/events/Values.h"
 
 namespace corvane::tool {
 

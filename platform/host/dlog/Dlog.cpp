@@ -14,7 +14,6 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/host/common/PlatformApi.h"
 #include "platform/host/dlog/Controls.h"
 #include "platform/host/dlog/FormatText.h"
 #include "platform/host/dlog/LineHead.h"
@@ -22,6 +21,7 @@
 #include "platform/host/dlog/LogDestination.h"
 #include "platform/host/dlog/LogJournal.h"
 #include "platform/host/dlog/LogStream.h"
+#include "platform/host/libraries/PlatformApi.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {

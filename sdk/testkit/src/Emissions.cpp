@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/host/bluetooth/inject/Deliveries.h"
-#include "platform/host/inject/EventArguments.h"
-#include "platform/host/inject/ValueText.h"
+#include "platform/host/events/EventArguments.h"
+#include "platform/host/events/ValueText.h"
+#include "platform/host/inject/Deliveries.h"
 
 namespace corvane::testkit {
 

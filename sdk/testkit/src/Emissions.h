@@ -11,7 +11,7 @@
 #include <set>
 #include <string>
 
-#include "platform/host/bluetooth/inject/DeliveryThreads.h"
+#include "platform/host/inject/DeliveryThreads.h"
 #include "taskExecutor/ITaskInvoker.h"
 
 namespace corvane::testkit {

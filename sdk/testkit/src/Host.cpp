@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-#include "platform/host/inject/EventTable.h"
+#include "platform/host/events/EventTable.h"
 #include "sdk/testkit/src/Emissions.h"
 #include "sdk/testkit/src/MainLoop.h"
 #include "sdk/testkit/src/PluginLibrary.h"

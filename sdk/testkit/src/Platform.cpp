@@ -13,10 +13,10 @@
 #include <utility>
 
 #include "daemon/src/common/log.h"
-#include "platform/host/bluetooth/Product.h"
-#include "platform/host/common/PlatformApi.h"
-#include "platform/host/common/SlotObserver.h"
-#include "platform/host/sound-manager-tv/SpeakerEvents.h"
+#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/libraries/Product.h"
+#include "platform/host/slots/SlotObserver.h"
+#include "platform/host/sound/SpeakerEvents.h"
 #include "sdk/testkit/src/Recorder.h"
 #include "taskExecutor/tpl/include_internal/TPLLog.h"
 

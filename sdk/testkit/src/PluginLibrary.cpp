@@ -11,7 +11,7 @@
 
 #include "daemon/src/Callback/CallbackDelegator.h"
 #include "daemon/src/FileManager.h"
-#include "platform/host/bluetooth/Slots.h"
+#include "platform/host/slots/Slots.h"
 
 namespace corvane::testkit {
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/host/bluetooth/BusPump.h"
+#include "platform/host/main-loop/BusPump.h"
 #include "tests/support/DBusWire.h"
 
 namespace {

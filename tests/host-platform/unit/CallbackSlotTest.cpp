@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/host/common/CallbackSlot.h"
+#include "platform/host/slots/CallbackSlot.h"
 #include "tests/support/Gate.h"
 
 namespace {

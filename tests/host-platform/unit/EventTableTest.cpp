@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/host/inject/EventTable.h"
-#include "platform/host/inject/ValueText.h"
-#include "platform/host/inject/Values.h"
+#include "platform/host/events/EventTable.h"
+#include "platform/host/events/ValueText.h"
+#include "platform/host/events/Values.h"
 #include "tools/corvane/EventJson.h"
 #include "tools/corvane/ListCommand.h"
 

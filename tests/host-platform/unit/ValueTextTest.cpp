@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "platform/host/inject/EventTable.h"
-#include "platform/host/inject/ValueText.h"
+#include "platform/host/events/EventTable.h"
+#include "platform/host/events/ValueText.h"
 
 namespace {
 

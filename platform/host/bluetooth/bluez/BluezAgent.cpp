@@ -11,7 +11,7 @@
 #include "platform/host/bluetooth/bluez/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/DeviceRecord.h"
 #include "platform/host/bluetooth/bluez/ServiceIds.h"
-#include "platform/host/common/CallbackSlot.h"
+#include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {
 

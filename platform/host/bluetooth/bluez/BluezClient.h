@@ -7,12 +7,12 @@
 
 #include <memory>
 
-#include "platform/host/bluetooth/BusPump.h"
 #include "platform/host/bluetooth/bluez/BluezAgent.h"
 #include "platform/host/bluetooth/bluez/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/BluezPeer.h"
 #include "platform/host/bluetooth/bluez/KeyReporter.h"
 #include "platform/host/bluetooth/bluez/ProfileSockets.h"
+#include "platform/host/main-loop/BusPump.h"
 
 namespace corvane::host {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/host/bluetooth/BusPump.h"
 #include "platform/host/bluetooth/bluez/Properties.h"
+#include "platform/host/main-loop/BusPump.h"
 
 namespace corvane::host {
 

@@ -10,7 +10,7 @@
 #include "platform/host/bluetooth/bluez/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/BluezPeer.h"
 #include "platform/host/bluetooth/bluez/DeviceRecord.h"
-#include "platform/host/common/CallbackSlot.h"
+#include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {
 

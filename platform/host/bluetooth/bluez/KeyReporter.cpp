@@ -14,8 +14,8 @@
 #include "platform/host/bluetooth/bluez/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/DeviceRecord.h"
 #include "platform/host/bluetooth/bluez/KeyOperations.h"
-#include "platform/host/bluetooth/inject/LentMemory.h"
-#include "platform/host/common/CallbackSlot.h"
+#include "platform/host/inject/LentMemory.h"
+#include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {
 

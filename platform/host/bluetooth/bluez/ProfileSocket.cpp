@@ -10,8 +10,8 @@
 #include <new>
 #include <utility>
 
-#include "platform/host/bluetooth/inject/LentMemory.h"
-#include "platform/host/common/CallbackSlot.h"
+#include "platform/host/inject/LentMemory.h"
+#include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {
 

@@ -3,6 +3,6 @@
 
 #include <random>
 
-#include "platform/host/inject/Values.h"
+#include "platform/host/events/Values.h"
 
 corvane::host::Values randomValues(const corvane::host::Event& event, std::mt19937& random);

@@ -1,9 +1,9 @@
 // Delivers the events that a plugin subscribed to.
 #include "tools/corvane/check/host/Deliverer.h"
 
-#include "platform/host/bluetooth/inject/Deliveries.h"
-#include "platform/host/inject/EventArguments.h"
-#include "platform/host/inject/ValueText.h"
+#include "platform/host/events/EventArguments.h"
+#include "platform/host/events/ValueText.h"
+#include "platform/host/inject/Deliveries.h"
 #include "tools/corvane/check/host/CrashHandler.h"
 #include "tools/corvane/check/host/Report.h"
 

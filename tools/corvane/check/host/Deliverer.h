@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/host/inject/EventTable.h"
+#include "platform/host/events/EventTable.h"
 #include "tools/corvane/check/host/CheckedPlugin.h"
 #include "tools/corvane/check/host/EventVariants.h"
 #include "tools/corvane/check/host/Ledger.h"

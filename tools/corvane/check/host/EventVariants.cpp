@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "platform/host/inject/ValueText.h"
+#include "platform/host/events/ValueText.h"
 
 namespace corvane::check {
 

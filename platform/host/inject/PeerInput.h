@@ -1,0 +1,45 @@
+// What a peer of injection sends, on its way to the peer's D-Bus connection. The connection
+// takes messages of up to 128 MiB, and would hold each of them in memory; here the size that a
+// message's header announces is checked before the connection sees the message.
+#pragma once
+
+#include <systemd/sd-bus.h>
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "platform/host/main-loop/Descriptor.h"
+
+namespace corvane::host {
+
+/// Owner: InjectClient. Threads: main thread. Errors: the constructor throws std::system_error.
+/// File descriptors that a peer sends are closed by the system, because none are asked for.
+class PeerInput {
+public:
+    PeerInput();
+
+    /// What the connection reads in place of the peer's socket.
+    Descriptor takeOutlet() { return std::move(m_outlet); }
+
+    /// Passes on what is next from `peer`, at most one message, once `bus` has processed what it
+    /// had. Returns whether there is something to process. A message that is too long ends the
+    /// input.
+    bool pass(sd_bus* bus, int peer);
+
+private:
+    bool passLine(int peer);
+    bool passMessage(int peer);
+    bool passBytes(std::string_view bytes);
+    bool end();
+
+    Descriptor m_inlet;
+    Descriptor m_outlet;
+    std::array<char, 16> m_header{};
+    std::size_t m_headerSize = 0;  // of the next message, as far as it has come
+    std::size_t m_missing = 0;     // of the message that is being passed on
+    bool m_hasEnded = false;
+};
+
+}  // namespace corvane::host
