@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/host/events/Values.h"
-#include "platform/host/inject/LentMemory.h"
+#include "platform/host/slots/LentMemory.h"
 
 namespace corvane::host {
 

@@ -9,7 +9,7 @@
 
 #include "platform/host/events/Values.h"
 #include "platform/host/inject/LentArguments.h"
-#include "platform/host/inject/LentMemory.h"
+#include "platform/host/slots/LentMemory.h"
 
 namespace corvane::host {
 

@@ -7,7 +7,7 @@
 
 #include "platform/host/bluetooth/bluez/BluezNames.h"
 #include "platform/host/bluetooth/bluez/Properties.h"
-#include "platform/host/inject/LentMemory.h"
+#include "platform/host/slots/LentMemory.h"
 
 namespace corvane::host {
 

@@ -14,8 +14,8 @@
 #include "platform/host/bluetooth/bluez/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/DeviceRecord.h"
 #include "platform/host/bluetooth/bluez/KeyOperations.h"
-#include "platform/host/inject/LentMemory.h"
 #include "platform/host/slots/CallbackSlot.h"
+#include "platform/host/slots/LentMemory.h"
 
 namespace corvane::host {
 

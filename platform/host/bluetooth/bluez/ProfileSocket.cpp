@@ -10,8 +10,8 @@
 #include <new>
 #include <utility>
 
-#include "platform/host/inject/LentMemory.h"
 #include "platform/host/slots/CallbackSlot.h"
+#include "platform/host/slots/LentMemory.h"
 
 namespace corvane::host {
 
