@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/bluetooth/bluez/BatteryReporter.h"
-#include "platform/host/bluetooth/bluez/BluezNames.h"
-#include "platform/host/bluetooth/bluez/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/DiscoveryReporter.h"
-#include "platform/host/bluetooth/bluez/KeyOperations.h"
+#include "platform/host/bluetooth/bluez/bus/BluezNames.h"
+#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/keys/KeyOperations.h"
+#include "platform/host/bluetooth/bluez/reporters/BatteryReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/DiscoveryReporter.h"
 
 namespace {
 

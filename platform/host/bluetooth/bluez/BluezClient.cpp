@@ -5,15 +5,15 @@
 #include <string>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/AdapterReporter.h"
-#include "platform/host/bluetooth/bluez/AudioReporter.h"
-#include "platform/host/bluetooth/bluez/BatteryReporter.h"
-#include "platform/host/bluetooth/bluez/BondReporter.h"
-#include "platform/host/bluetooth/bluez/DeviceReporter.h"
-#include "platform/host/bluetooth/bluez/DiscoveryReporter.h"
-#include "platform/host/bluetooth/bluez/LinkReporters.h"
-#include "platform/host/bluetooth/bluez/RemoteControlReporter.h"
-#include "platform/host/bluetooth/bluez/VolumeReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/AdapterReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/AudioReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/BatteryReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/BondReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/DeviceReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/DiscoveryReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/LinkReporters.h"
+#include "platform/host/bluetooth/bluez/reporters/RemoteControlReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/VolumeReporter.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {

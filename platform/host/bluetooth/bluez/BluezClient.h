@@ -7,11 +7,11 @@
 
 #include <memory>
 
-#include "platform/host/bluetooth/bluez/BluezAgent.h"
-#include "platform/host/bluetooth/bluez/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/BluezPeer.h"
-#include "platform/host/bluetooth/bluez/KeyReporter.h"
-#include "platform/host/bluetooth/bluez/ProfileSockets.h"
+#include "platform/host/bluetooth/bluez/exports/BluezAgent.h"
+#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
+#include "platform/host/bluetooth/bluez/bus/BluezPeer.h"
+#include "platform/host/bluetooth/bluez/keys/KeyReporter.h"
+#include "platform/host/bluetooth/bluez/exports/ProfileSockets.h"
 #include "platform/host/main-loop/BusPump.h"
 
 namespace corvane::host {
