@@ -10,11 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/bluetooth/bluez/bus/BluezNames.h"
 #include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/keys/KeyOperations.h"
-#include "platform/host/bluetooth/bluez/reporters/BatteryReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/DiscoveryReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
 
 namespace {
 
@@ -30,8 +28,8 @@ protected:
     BluezObjectsTest() {
         bt_adapter_set_device_discovery_state_changed_cb(&onDiscovery, this);
         bt_hid_set_battery_status_received_cb(&onBattery, this);
-        m_objects.addReporter(std::make_unique<DiscoveryReporter>());
-        m_objects.addReporter(std::make_unique<BatteryReporter>());
+        m_objects.addReporter(makeDiscoveryReporter());
+        m_objects.addReporter(makeBatteryReporter());
         m_objects.learn("/org/bluez/hci0", {{adapter, {{"Discovering", true}}}});
         m_objects.learnt();
     }

@@ -5,15 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/reporters/AdapterReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/AudioReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/BatteryReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/BondReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/DeviceReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/DiscoveryReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/LinkReporters.h"
-#include "platform/host/bluetooth/bluez/reporters/RemoteControlReporter.h"
-#include "platform/host/bluetooth/bluez/reporters/VolumeReporter.h"
+#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
@@ -38,17 +30,17 @@ BluezClient::BluezClient()
     : m_agent(settings().bluez, m_objects, m_peer),
       m_sockets(settings().bluez, m_objects, m_peer),
       m_keys(settings().bluez.inputDirectory, m_objects) {
-    // In the order in which the events of one change are to come.
-    m_objects.addReporter(std::make_unique<AdapterReporter>());
-    m_objects.addReporter(std::make_unique<DiscoveryReporter>());
-    m_objects.addReporter(std::make_unique<DeviceReporter>(m_objects, m_peer));
-    m_objects.addReporter(std::make_unique<BondReporter>(m_peer));
-    m_objects.addReporter(std::make_unique<GattReporter>());
-    m_objects.addReporter(std::make_unique<HidReporter>());
-    m_objects.addReporter(std::make_unique<RemoteControlReporter>());
-    m_objects.addReporter(std::make_unique<AudioReporter>());
-    m_objects.addReporter(std::make_unique<VolumeReporter>());
-    m_objects.addReporter(std::make_unique<BatteryReporter>());
+    // The order in which the events of one change are delivered.
+    m_objects.addReporter(makeAdapterReporter());
+    m_objects.addReporter(makeDiscoveryReporter());
+    m_objects.addReporter(makeDeviceReporter(m_objects, m_peer));
+    m_objects.addReporter(makeBondReporter(m_peer));
+    m_objects.addReporter(makeGattReporter());
+    m_objects.addReporter(makeHidReporter());
+    m_objects.addReporter(makeRemoteControlReporter());
+    m_objects.addReporter(makeAudioReporter());
+    m_objects.addReporter(makeVolumeReporter());
+    m_objects.addReporter(makeBatteryReporter());
     connect();
 }
 

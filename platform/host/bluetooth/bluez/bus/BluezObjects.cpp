@@ -5,8 +5,6 @@
 #include <iterator>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/bus/BluezNames.h"
-
 namespace corvane::host {
 
 void BluezObjects::addReporter(std::unique_ptr<BluezReporter> reporter) {

@@ -15,6 +15,13 @@
 
 namespace corvane::host {
 
+inline constexpr std::string_view adapterInterface = "org.bluez.Adapter1";
+inline constexpr std::string_view deviceInterface = "org.bluez.Device1";
+inline constexpr std::string_view batteryInterface = "org.bluez.Battery1";
+inline constexpr std::string_view gattServiceInterface = "org.bluez.GattService1";
+inline constexpr std::string_view mediaControlInterface = "org.bluez.MediaControl1";
+inline constexpr std::string_view mediaTransportInterface = "org.bluez.MediaTransport1";
+
 /// Owner: BluezClient. Threads: main thread; the callbacks are called on it.
 /// Errors: std::bad_alloc, and the first exception of a callback, after the change has been
 /// noted and reported by all reporters.

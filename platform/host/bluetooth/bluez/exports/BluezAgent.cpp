@@ -7,10 +7,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/bus/BluezNames.h"
 #include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
-#include "platform/host/bluetooth/bluez/bus/ServiceIds.h"
 #include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {

@@ -10,7 +10,6 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/bus/BluezNames.h"
 #include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
 #include "platform/host/bluetooth/bluez/keys/KeyOperations.h"

@@ -1,65 +1,136 @@
-// What a device is connected for: GATT over LE, or as an input device.
-#include "platform/host/bluetooth/bluez/reporters/LinkReporters.h"
-
+// Connections by purpose: GATT over LE, input devices (HID) and remote controls (AVRCP).
+// BlueZ does not publish these as such. They follow from a device's connection and the
+// services it offers, which may become known later than the connection.
 #include <bluetooth.h>
 
-#include "platform/host/bluetooth/bluez/bus/BluezNames.h"
 #include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
 #include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
 #include "platform/host/slots/CallbackSlot.h"
+#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
 
 namespace corvane::host {
 
-void LinkReporter::onChange(const Change& change) {
-    auto path = change.path;
-    if (change.interface == gattServiceInterface) {
-        path = propertyOr<std::string>(change.now, "Device");
-    } else if (change.interface != deviceInterface) {
-        return;
+namespace {
+
+// Reports a device as connected once its connection has proved to serve the purpose, until
+// the connection ends.
+class LinkReporter : public BluezReporter {
+public:
+    using IsProved = bool (*)(const BluezObjects& objects, const std::string& path,
+                              const Properties* device);
+    using Deliver = void (*)(bool connected, const char* address);
+
+    LinkReporter(IsProved isProved, Deliver deliver) : m_isProved(isProved), m_deliver(deliver) {}
+
+    void onChange(const Change& change) override {
+        auto path = change.path;
+        if (change.interface == gattServiceInterface) {
+            path = propertyOr<std::string>(change.now, "Device");
+        } else if (change.interface != deviceInterface) {
+            return;
+        }
+        const auto address = change.objects.addressOf(path);
+        const bool connected = isConnected(change.objects, path);
+        if (setMember(m_connected, path, connected) && !change.isFound) {
+            m_deliver(connected, address.c_str());
+        }
     }
-    const auto address = change.objects.addressOf(path);
-    const bool connected = isConnected(change.objects, path);
-    const bool isChanged = m_connected.set(path, connected);
-    if (isChanged && !change.isFound) {
-        deliver(connected, address);
+
+    void onSnapshot(const BluezObjects& objects) override {
+        m_connected.clear();
+        objects.forEach(deviceInterface, [&](const std::string& path, const Properties&) {
+            setMember(m_connected, path, isConnected(objects, path));
+        });
     }
-}
 
-void LinkReporter::onSnapshot(const BluezObjects& objects) {
-    m_connected.clear();
-    objects.forEach(deviceInterface, [&](const std::string& path, const Properties&) {
-        m_connected.set(path, isConnected(objects, path));
-    });
-}
+private:
+    bool isConnected(const BluezObjects& objects, const std::string& path) const {
+        const auto* const device = objects.find(path, deviceInterface);
+        return propertyOr<bool>(device, "Connected") &&
+               (m_connected.contains(path) || m_isProved(objects, path, device));
+    }
 
-bool LinkReporter::isConnected(const BluezObjects& objects, const std::string& path) const {
-    const auto* const device = objects.find(path, deviceInterface);
-    return propertyOr<bool>(device, "Connected") &&
-           (m_connected.contains(path) || isProved(objects, path, *device));
-}
+    IsProved m_isProved;
+    Deliver m_deliver;
+    PathSet m_connected;
+};
 
-bool GattReporter::isProved(const BluezObjects& objects, const std::string& path,
-                            const Properties& device) const {
-    bool hasService = propertyOr<bool>(&device, "ServicesResolved");
+bool servesGatt(const BluezObjects& objects, const std::string& path, const Properties* device) {
+    bool hasService = propertyOr<bool>(device, "ServicesResolved");
     objects.forEach(gattServiceInterface, [&](const std::string&, const Properties& service) {
         hasService = hasService || propertyOr<std::string>(&service, "Device") == path;
     });
-    return hasService && linkOf(&device) == BT_DEVICE_LINK_LE;
+    return hasService && linkOf(device) == BT_DEVICE_LINK_LE;
 }
 
-void GattReporter::deliver(bool connected, const std::string& address) const {
-    slotOf<&bt_gatt_set_connection_state_changed_cb>.deliver(0, connected, address.c_str());
+bool servesHid(const BluezObjects&, const std::string&, const Properties* device) {
+    return propertyOr<bool>(device, "ServicesResolved") &&
+           (offers(device, Service::HumanInterface) ||
+            offers(device, Service::HumanInterfaceOverGatt));
 }
 
-bool HidReporter::isProved(const BluezObjects&, const std::string&,
-                           const Properties& device) const {
-    return propertyOr<bool>(&device, "ServicesResolved") &&
-           (offers(&device, Service::HumanInterface) ||
-            offers(&device, Service::HumanInterfaceOverGatt));
+// BlueZ has one AVRCP connection for both roles of the remote device.
+class RemoteControlReporter : public BluezReporter {
+public:
+    void onChange(const Change& change) override {
+        if (change.interface != deviceInterface && change.interface != mediaControlInterface) {
+            return;
+        }
+        const auto& path = change.path;
+        const auto address = change.objects.addressOf(path);
+        const bool isTarget = update(m_targets, change.objects, path, Service::RemoteControlTarget);
+        const bool isController =
+            update(m_controllers, change.objects, path, Service::RemoteControl);
+        if (change.isFound) {
+            return;
+        }
+        if (isTarget) {
+            slotOf<&bt_avrcp_control_initialize>.deliver(m_targets.contains(path), address.c_str());
+        }
+        if (isController) {
+            slotOf<&bt_avrcp_target_initialize>.deliver(m_controllers.contains(path),
+                                                        address.c_str());
+        }
+    }
+
+    void onSnapshot(const BluezObjects& objects) override {
+        m_targets.clear();
+        m_controllers.clear();
+        objects.forEach(mediaControlInterface, [&](const std::string& path, const Properties&) {
+            update(m_targets, objects, path, Service::RemoteControlTarget);
+            update(m_controllers, objects, path, Service::RemoteControl);
+        });
+    }
+
+private:
+    static bool update(PathSet& connected, const BluezObjects& objects, const std::string& path,
+                       Service role) {
+        const bool isConnected =
+            propertyOr<bool>(objects.find(path, mediaControlInterface), "Connected") &&
+            (connected.contains(path) || offers(objects.find(path, deviceInterface), role));
+        return setMember(connected, path, isConnected);
+    }
+
+    PathSet m_targets;
+    PathSet m_controllers;
+};
+
+}  // namespace
+
+std::unique_ptr<BluezReporter> makeGattReporter() {
+    return std::make_unique<LinkReporter>(&servesGatt, [](bool connected, const char* address) {
+        slotOf<&bt_gatt_set_connection_state_changed_cb>.deliver(0, connected, address);
+    });
 }
 
-void HidReporter::deliver(bool connected, const std::string& address) const {
-    slotOf<&bt_hid_host_initialize>.deliver(0, connected, address.c_str());
+std::unique_ptr<BluezReporter> makeHidReporter() {
+    return std::make_unique<LinkReporter>(&servesHid, [](bool connected, const char* address) {
+        slotOf<&bt_hid_host_initialize>.deliver(0, connected, address);
+    });
+}
+
+std::unique_ptr<BluezReporter> makeRemoteControlReporter() {
+    return std::make_unique<RemoteControlReporter>();
 }
 
 }  // namespace corvane::host
