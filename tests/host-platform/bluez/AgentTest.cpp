@@ -156,7 +156,7 @@ TEST_F(AgentTest, AnswersNobodyButBluez) {
         runAnyhow({"gdbus", "call", "--system", "-d", name, "-o", "/org/corvane/agent", "-m",
                    "org.bluez.Agent1.RequestPinCode", device});
     EXPECT_NE(refused.status, 0);
-    EXPECT_THAT(refused.errors, HasSubstr("this is for BlueZ only"));
+    EXPECT_THAT(refused.errors, HasSubstr("only BlueZ may call this"));
     settle();
     EXPECT_EQ(countOf("bt-adapter-authentication-req"), 0);
 }

@@ -1,5 +1,5 @@
-// Watches BlueZ on the system bus. Nothing here waits for an answer: the daemon
-// starts at the same speed with a bus that hangs as with none.
+// Follows BlueZ on the system bus. Nothing here blocks on an answer, so a bus that hangs does
+// not delay the daemon's start.
 #include "platform/host/bluetooth/bluez/BluezClient.h"
 
 #include <string>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr double retryDelaySec = 2.0;
 
-// Reads the a{sa{sv}} that comes next: the interfaces of one object.
+// Reads an a{sa{sv}}: the interfaces of one object.
 BluezObjects::Interfaces readInterfaces(sd_bus_message* message) {
     BluezObjects::Interfaces interfaces;
     readDictionary(message, "sa{sv}", [&] {
@@ -77,12 +77,13 @@ bool BluezClient::watch() {
     return add("sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
                "member='NameOwnerChanged',arg0='org.bluez'",
                &onOwnerChanged) &&
-           add(manager + ",member='InterfacesAdded'", &onInterfacesAdded) &&
-           add(manager + ",member='InterfacesRemoved'", &onInterfacesRemoved) &&
+           add(manager + ",member='InterfacesAdded'", &onSignal<&BluezClient::onInterfacesAdded>) &&
+           add(manager + ",member='InterfacesRemoved'",
+               &onSignal<&BluezClient::onInterfacesRemoved>) &&
            add("sender='org.bluez',interface='org.freedesktop.DBus.Properties',"
                "member='PropertiesChanged'",
-               &onPropertiesChanged) &&
-           m_agent.offer() && m_sockets.offer();
+               &onSignal<&BluezClient::onPropertiesChanged>) &&
+           m_agent.exportObject() && m_sockets.exportObjects();
 }
 
 void BluezClient::requestObjects() {
@@ -91,7 +92,7 @@ void BluezClient::requestObjects() {
     if (sd_bus_message_new_method_call(m_pump->bus(), &request, "org.bluez", "/",
                                        "org.freedesktop.DBus.ObjectManager",
                                        "GetManagedObjects") >= 0) {
-        // Whether bluetoothd runs is the system's decision.
+        // The system decides whether bluetoothd runs.
         sd_bus_message_set_auto_start(request, 0);
         sd_bus_call_async(m_pump->bus(), &slot, request, &onObjects, this, 0);
         sd_bus_message_unref(request);
@@ -122,7 +123,7 @@ void BluezClient::retry() {
 
 void BluezClient::onLost() {
     m_peer.attach(nullptr);
-    m_agent.forget();
+    m_agent.forgetQuestions();
     m_request.reset();
     m_pump.reset();
     retryLater();
@@ -136,7 +137,7 @@ int BluezClient::onOwnerChanged(sd_bus_message* message, void* data, sd_bus_erro
         const auto before = readName(message, SD_BUS_TYPE_STRING);
         const auto now = readName(message, SD_BUS_TYPE_STRING);
         self->m_peer.setOwner("");
-        self->m_agent.forget();
+        self->m_agent.forgetQuestions();
         self->m_request.reset();
         if (!now.empty()) {
             self->requestObjects();
@@ -150,10 +151,10 @@ int BluezClient::onOwnerChanged(sd_bus_message* message, void* data, sd_bus_erro
 
 int BluezClient::onObjects(sd_bus_message* message, void* data, sd_bus_error*) {
     auto* const self = static_cast<BluezClient*>(data);
-    // The reply's own slot is kept until the handler has returned.
+    // sd-bus keeps the reply's slot until the handler has returned.
     self->m_request.reset();
     if (sd_bus_message_is_method_error(message, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0) {
-        return 0;  // its start will be told
+        return 0;  // NameOwnerChanged will follow when BlueZ starts
     }
     if (sd_bus_message_is_method_error(message, nullptr) != 0) {
         self->retryLater();
@@ -166,8 +167,8 @@ int BluezClient::onObjects(sd_bus_message* message, void* data, sd_bus_error*) {
 void BluezClient::learn(sd_bus_message* objects) {
     const char* const sender = sd_bus_message_get_sender(objects);
     m_peer.setOwner(sender == nullptr ? "" : sender);
-    m_agent.enroll();
-    m_sockets.enroll();
+    m_agent.registerWithBluez();
+    m_sockets.registerWithBluez();
     readDictionary(objects, "oa{sa{sv}}", [&] {
         const auto path = readName(objects, SD_BUS_TYPE_OBJECT_PATH);
         m_objects.learn(path, readInterfaces(objects));
@@ -175,43 +176,32 @@ void BluezClient::learn(sd_bus_message* objects) {
     m_objects.learnt();
 }
 
-// Signals from before the snapshot are in it already: they come before there is an owner.
-int BluezClient::onInterfacesAdded(sd_bus_message* message, void* data, sd_bus_error*) {
-    auto* const self = static_cast<BluezClient*>(data);
-    if (!self->m_peer.isFromOwner(message)) {
-        return 0;
+// Signals sent before the snapshot are already part of it. They arrive while no owner is
+// known, so isFromOwner() drops them.
+template <BluezClient::Handler handler>
+int BluezClient::onSignal(sd_bus_message* message, void* data, sd_bus_error*) {
+    auto& self = *static_cast<BluezClient*>(data);
+    if (self.m_peer.isFromOwner(message)) {
+        self.m_peer.handle([&] { (self.*handler)(message); });
     }
-    self->m_peer.handle([&] {
-        const auto path = readName(message, SD_BUS_TYPE_OBJECT_PATH);
-        self->m_objects.add(path, readInterfaces(message));
-    });
     return 0;
 }
 
-int BluezClient::onInterfacesRemoved(sd_bus_message* message, void* data, sd_bus_error*) {
-    auto* const self = static_cast<BluezClient*>(data);
-    if (!self->m_peer.isFromOwner(message)) {
-        return 0;
-    }
-    self->m_peer.handle([&] {
-        const auto path = readName(message, SD_BUS_TYPE_OBJECT_PATH);
-        self->m_objects.remove(path, readNames(message));
-    });
-    return 0;
+void BluezClient::onInterfacesAdded(sd_bus_message* message) {
+    const auto path = readName(message, SD_BUS_TYPE_OBJECT_PATH);
+    m_objects.add(path, readInterfaces(message));
 }
 
-int BluezClient::onPropertiesChanged(sd_bus_message* message, void* data, sd_bus_error*) {
-    auto* const self = static_cast<BluezClient*>(data);
-    if (!self->m_peer.isFromOwner(message)) {
-        return 0;
-    }
-    self->m_peer.handle([&] {
-        const std::string path = sd_bus_message_get_path(message);
-        const auto interface = readName(message, SD_BUS_TYPE_STRING);
-        const auto changed = readProperties(message);
-        self->m_objects.change(path, interface, changed, readNames(message));
-    });
-    return 0;
+void BluezClient::onInterfacesRemoved(sd_bus_message* message) {
+    const auto path = readName(message, SD_BUS_TYPE_OBJECT_PATH);
+    m_objects.remove(path, readNames(message));
+}
+
+void BluezClient::onPropertiesChanged(sd_bus_message* message) {
+    const std::string path = sd_bus_message_get_path(message);
+    const auto interface = readName(message, SD_BUS_TYPE_STRING);
+    const auto changed = readProperties(message);
+    m_objects.change(path, interface, changed, readNames(message));
 }
 
 }  // namespace corvane::host

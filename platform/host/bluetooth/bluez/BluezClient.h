@@ -1,5 +1,5 @@
-// Watches BlueZ on the system bus and reports what happens there to the callbacks.
-// Where there is no bus or no BlueZ it waits in silence for either.
+// Follows BlueZ on the system bus. While there is no bus or no BlueZ, it waits for them
+// without a log line.
 #pragma once
 
 #include <Ecore.h>
@@ -20,7 +20,7 @@ struct SlotReleaser {
     void operator()(sd_bus_slot* slot) const { sd_bus_slot_unref(slot); }
 };
 
-/// Owner: Product. Threads: main thread, after ecore_init(). Destroying it is silent.
+/// Owner: Product. Threads: main thread, after ecore_init(). Destroying it makes no event.
 /// Errors: std::bad_alloc; what a callback throws leaves through the main loop.
 class BluezClient {
 public:
@@ -40,9 +40,13 @@ private:
 
     static int onOwnerChanged(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onObjects(sd_bus_message* message, void* self, sd_bus_error* error);
-    static int onInterfacesAdded(sd_bus_message* message, void* self, sd_bus_error* error);
-    static int onInterfacesRemoved(sd_bus_message* message, void* self, sd_bus_error* error);
-    static int onPropertiesChanged(sd_bus_message* message, void* self, sd_bus_error* error);
+
+    using Handler = void (BluezClient::*)(sd_bus_message* signal);
+    template <Handler handler>
+    static int onSignal(sd_bus_message* message, void* self, sd_bus_error* error);
+    void onInterfacesAdded(sd_bus_message* signal);
+    void onInterfacesRemoved(sd_bus_message* signal);
+    void onPropertiesChanged(sd_bus_message* signal);
 
     BluezPeer m_peer;
     BluezObjects m_objects;
@@ -50,7 +54,7 @@ private:
     ProfileSockets m_sockets;
     KeyReporter m_keys;
     std::unique_ptr<BusPump> m_pump;
-    std::unique_ptr<sd_bus_slot, SlotReleaser> m_request;  // for the objects; null once answered
+    std::unique_ptr<sd_bus_slot, SlotReleaser> m_request;  // GetManagedObjects; null once answered
     Ecore_Timer* m_retry = nullptr;
 };
 

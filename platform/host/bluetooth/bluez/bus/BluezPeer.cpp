@@ -1,4 +1,4 @@
-// Calls to the BlueZ that runs now. Answers come later, through the main loop.
+// Calls to and from the running BlueZ. The main loop delivers the answers.
 #include "platform/host/bluetooth/bluez/bus/BluezPeer.h"
 
 #include <utility>
@@ -49,7 +49,7 @@ void BluezPeer::send(const BluezMessage& call, OnAnswer onAnswer) {
     sd_bus_slot_set_destroy_callback(slot, [](void* data) { delete static_cast<Pending*>(data); });
     sd_bus_slot_set_floating(slot, 1);
     sd_bus_slot_unref(slot);
-    static_cast<void>(pending.release());  // the slot's now
+    static_cast<void>(pending.release());  // now owned by the slot
     flush();
 }
 
@@ -69,6 +69,14 @@ void BluezPeer::handle(const std::function<void()>& body) {
         } catch (const MalformedMessage&) {
         }
     });
+}
+
+int BluezPeer::serve(sd_bus_message* call, sd_bus_error* error, const std::function<void()>& body) {
+    if (!isFromOwner(call)) {
+        return sd_bus_error_set(error, SD_BUS_ERROR_ACCESS_DENIED, "only BlueZ may call this");
+    }
+    handle(body);
+    return 1;
 }
 
 bool BluezPeer::isFromOwner(sd_bus_message* message) const {

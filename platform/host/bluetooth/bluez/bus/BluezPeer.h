@@ -1,4 +1,4 @@
-// Calls to the BlueZ that runs now. Answers come later, through the main loop.
+// Calls to and from the running BlueZ. The main loop delivers the answers.
 #pragma once
 
 #include <systemd/sd-bus.h>
@@ -18,41 +18,46 @@ struct BluezMessageReleaser {
 };
 using BluezMessage = std::unique_ptr<sd_bus_message, BluezMessageReleaser>;
 
-/// Owner: BluezClient. Threads: main thread. Errors: none of its own; a call that can't be
+/// Owner: BluezClient. Threads: main thread. Errors: none of its own; a call that cannot be
 /// sent gets no answer.
 class BluezPeer {
 public:
-    /// Null for an error.
+    /// `answer` is null if BlueZ answered with an error.
     using OnAnswer = std::function<void(sd_bus_message* answer)>;
 
-    /// The connection, until it is taken away by attach(nullptr).
+    /// Uses a connection until attach(nullptr).
     void attach(BusPump* pump);
 
-    /// The bus's own name of who owns org.bluez; empty if nobody does. Calls go there: a
-    /// successor knows nothing of what they are about.
+    /// Sets the unique bus name of the owner of org.bluez, empty if there is none. Calls are
+    /// addressed to it rather than to org.bluez, because a successor would not know the
+    /// objects they are about.
     void setOwner(std::string owner) { m_owner = std::move(owner); }
     const std::string& owner() const { return m_owner; }
 
-    /// Null if there is nobody to call.
+    /// Returns null if org.bluez has no owner.
     BluezMessage makeCall(const std::string& path, std::string_view interface,
                           const char* method) const;
 
-    /// `onAnswer` is called at most once, never from here, and not after the connection has
-    /// gone. It may throw MalformedMessage, and what a callback throws.
+    /// Sends a call made by makeCall(), or nothing if it is null. `onAnswer` is called at most
+    /// once, never from here, and not after the connection has ended. It may throw
+    /// MalformedMessage, and what a callback throws.
     void send(const BluezMessage& call, OnAnswer onAnswer);
 
-    /// Asks for the value of a property.
+    /// Queries a property.
     void get(const std::string& path, std::string_view interface, const char* property,
              OnAnswer onAnswer);
 
-    /// Runs the body of a message handler: a message that isn't what it should be is
-    /// dropped, anything else is thrown on to the main loop.
+    /// Runs the body of a message handler. A malformed message is dropped; any other exception
+    /// leaves through the main loop.
     void handle(const std::function<void()>& body);
 
-    /// As a message handler's first step: whether BlueZ itself sent the message.
+    /// Runs the body of a method that only BlueZ may call. Returns the handler's result.
+    int serve(sd_bus_message* call, sd_bus_error* error, const std::function<void()>& body);
+
+    /// Returns true if BlueZ itself sent the message.
     bool isFromOwner(sd_bus_message* message) const;
 
-    /// Makes the main loop send what was queued.
+    /// Makes the main loop send queued messages.
     void flush();
 
     sd_bus* bus() const { return m_pump->bus(); }

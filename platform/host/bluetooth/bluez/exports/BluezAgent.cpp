@@ -1,4 +1,4 @@
-// The agent that BlueZ asks when a device wants to pair or to use a service.
+// The agent that BlueZ calls when a device wants to pair or to use a service.
 #include "platform/host/bluetooth/bluez/exports/BluezAgent.h"
 
 #include <dlog.h>
@@ -31,7 +31,7 @@ std::string readPath(sd_bus_message* call) {
 
 }  // namespace
 
-// Anybody on the bus may get as far as this; onCall() refuses all but BlueZ.
+// Every caller gets as far as onCall(), which rejects all but BlueZ.
 const sd_bus_vtable BluezAgent::interface[] = {
     SD_BUS_VTABLE_START(SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("Release", "", "", &onCall<&BluezAgent::cancel>, SD_BUS_VTABLE_UNPRIVILEGED),
@@ -54,16 +54,16 @@ const sd_bus_vtable BluezAgent::interface[] = {
 };
 
 BluezAgent::~BluezAgent() {
-    forget();
+    forgetQuestions();
 }
 
-bool BluezAgent::offer() {
+bool BluezAgent::exportObject() {
     return m_settings.agent.empty() ||
            sd_bus_add_object_vtable(m_peer.bus(), nullptr, agentPath, "org.bluez.Agent1", interface,
                                     this) >= 0;
 }
 
-void BluezAgent::enroll() {
+void BluezAgent::registerWithBluez() {
     if (m_settings.agent.empty()) {
         return;
     }
@@ -91,21 +91,17 @@ void BluezAgent::requestDefault() {
     }
 }
 
-void BluezAgent::forget() {
+void BluezAgent::forgetQuestions() {
     m_questions.clear();
     if (m_job != nullptr) {
         ecore_job_del(std::exchange(m_job, nullptr));
     }
 }
 
-template <BluezAgent::Serve serve>
+template <BluezAgent::Method method>
 int BluezAgent::onCall(sd_bus_message* call, void* data, sd_bus_error* error) {
-    auto* const self = static_cast<BluezAgent*>(data);
-    if (!self->m_peer.isFromOwner(call)) {
-        return sd_bus_error_set(error, SD_BUS_ERROR_ACCESS_DENIED, "this is for BlueZ only");
-    }
-    self->m_peer.handle([&] { (self->*serve)(call); });
-    return 1;
+    auto& self = *static_cast<BluezAgent*>(data);
+    return self.m_peer.serve(call, error, [&] { (self.*method)(call); });
 }
 
 void BluezAgent::requestPinCode(sd_bus_message* call) {
@@ -124,7 +120,7 @@ void BluezAgent::requestPasskey(sd_bus_message* call) {
     report(BT_AUTHENTICATION_PASSKEY_REQUEST, readPath(call), "");
 }
 
-// Called again for each digit that is entered on the device.
+// BlueZ calls this again for each digit entered on the device.
 void BluezAgent::displayPasskey(sd_bus_message* call) {
     sd_bus_reply_method_return(call, "");
     const auto device = readPath(call);
@@ -162,14 +158,14 @@ void BluezAgent::authorizeService(sd_bus_message* call) {
     slotOf<&bt_device_set_auth_event_cb>.deliver(0, name.get(), address.get(), service);
 }
 
-// BlueZ waits for no answer any more.
+// BlueZ no longer waits for an answer.
 void BluezAgent::cancel(sd_bus_message* call) {
     m_questions.clear();
     sd_bus_reply_method_return(call, "");
 }
 
-// The answer waits until everything that has arrived is handled: the question may be
-// cancelled already.
+// The answer is delayed until all received messages are handled, because a cancellation may
+// be among them.
 void BluezAgent::hold(sd_bus_message* call, const char* answer) {
     m_questions.push_back({BluezMessage(sd_bus_message_ref(call)), answer});
     if (m_job == nullptr) {

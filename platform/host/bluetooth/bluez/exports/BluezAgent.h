@@ -1,6 +1,5 @@
-// The agent that BlueZ asks when a device wants to pair or to use a service. There
-// is one only if it is configured: on a desktop it would take the questions away
-// from the user.
+// The agent that BlueZ calls when a device wants to pair or to use a service. It exists only
+// if the settings configure it: on a desktop it would hide the questions from the user.
 #pragma once
 
 #include <Ecore.h>
@@ -17,38 +16,38 @@ namespace corvane::host {
 
 class BluezObjects;
 
-/// Every question is reported, held, and answered by the settings: the platform's
-/// interface has no function for an answer.
+/// Every question is reported, and answered as the settings say: the platform's interface has
+/// no function for an answer.
 ///
 /// Owner: BluezClient. Threads: main thread. Errors: what a callback throws leaves through
-/// the main loop; the question is answered nevertheless.
+/// the main loop; the question is still answered.
 class BluezAgent {
 public:
-    /// All of them outlive this.
+    /// The arguments outlive this object.
     BluezAgent(const Settings::Bluez& settings, const BluezObjects& objects, BluezPeer& peer)
         : m_settings(settings), m_objects(objects), m_peer(peer) {}
     ~BluezAgent();
     BluezAgent(const BluezAgent&) = delete;
     BluezAgent& operator=(const BluezAgent&) = delete;
 
-    /// There is a connection to the bus. False if the agent can't be offered there.
-    bool offer();
+    /// Adds the agent's D-Bus object to a new connection. Returns false on failure.
+    bool exportObject();
 
-    /// There is a new owner of org.bluez.
-    void enroll();
+    /// Registers the agent with a new owner of org.bluez.
+    void registerWithBluez();
 
-    /// The connection, or BlueZ, has gone.
-    void forget();
+    /// Drops the unanswered questions: BlueZ or the connection has ended.
+    void forgetQuestions();
 
 private:
     struct Question {
         BluezMessage call;
-        std::string answer;  // D-Bus type of what an accepting answer carries
+        std::string answer;  // D-Bus signature of an accepting answer
     };
-    using Serve = void (BluezAgent::*)(sd_bus_message* call);
+    using Method = void (BluezAgent::*)(sd_bus_message* call);
 
     void requestDefault();
-    template <Serve serve>
+    template <Method method>
     static int onCall(sd_bus_message* call, void* self, sd_bus_error* error);
 
     void requestPinCode(sd_bus_message* call);

@@ -1,18 +1,47 @@
-// The Bluetooth profiles for which BlueZ hands its connections over to this side.
+// The Bluetooth profiles whose connections BlueZ hands over to the daemon.
 #include "platform/host/bluetooth/bluez/exports/ProfileSockets.h"
 
+#include <bluetooth.h>
 #include <dlog.h>
 #include <fcntl.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <utility>
 
+#include "platform/host/bluetooth/bluez/FdReader.h"
 #include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
+#include "platform/host/slots/LentMemory.h"
+#include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {
 
-// Anybody on the bus may get as far as this; onCall() refuses all but BlueZ.
+struct ProfileSockets::Connection {
+    Connection(Descriptor fd, std::string devicePath, std::string deviceAddress,
+               std::string profile, std::function<void()> onReadable)
+        : device(std::move(devicePath)),
+          address(std::move(deviceAddress)),
+          uuid(std::move(profile)),
+          reader(std::move(fd), std::move(onReadable)) {}
+
+    // The role is always server, and there is no listening socket here: it stays in BlueZ,
+    // which hands over only connections that the remote device began.
+    void report(bt_socket_connection_state_e state) const {
+        const LentText lentAddress(address);
+        const LentText lentUuid(uuid);
+        bt_socket_connection_s connection{reader.fd(), -1, BT_SOCKET_ROLE_SERVER, lentAddress.get(),
+                                          lentUuid.get()};
+        slotOf<&bt_socket_set_connection_state_changed_cb>.deliver(0, state, &connection);
+    }
+
+    std::string device;  // its object path
+    std::string address;
+    std::string uuid;
+    FdReader reader;
+};
+
+// Every caller gets as far as onCall(), which rejects all but BlueZ.
 const sd_bus_vtable ProfileSockets::interface[] = {
     SD_BUS_VTABLE_START(SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("Release", "", "", &onCall<&ProfileSockets::release>, SD_BUS_VTABLE_UNPRIVILEGED),
@@ -32,14 +61,16 @@ ProfileSockets::ProfileSockets(const Settings::Bluez& settings, const BluezObjec
     }
 }
 
-bool ProfileSockets::offer() {
+ProfileSockets::~ProfileSockets() = default;
+
+bool ProfileSockets::exportObjects() {
     return std::ranges::all_of(m_profiles, [this](Profile& profile) {
         return sd_bus_add_object_vtable(m_peer.bus(), nullptr, profile.path.c_str(),
                                         "org.bluez.Profile1", interface, &profile) >= 0;
     });
 }
 
-void ProfileSockets::enroll() {
+void ProfileSockets::registerWithBluez() {
     for (const auto& profile : m_profiles) {
         const auto call =
             m_peer.makeCall("/org/bluez", "org.bluez.ProfileManager1", "RegisterProfile");
@@ -55,15 +86,11 @@ void ProfileSockets::enroll() {
     }
 }
 
-template <ProfileSockets::Serve serve>
+template <ProfileSockets::Method method>
 int ProfileSockets::onCall(sd_bus_message* call, void* data, sd_bus_error* error) {
     const auto& profile = *static_cast<Profile*>(data);
     auto& self = profile.all;
-    if (!self.m_peer.isFromOwner(call)) {
-        return sd_bus_error_set(error, SD_BUS_ERROR_ACCESS_DENIED, "this is for BlueZ only");
-    }
-    self.m_peer.handle([&] { (self.*serve)(profile, call); });
-    return 1;
+    return self.m_peer.serve(call, error, [&] { (self.*method)(profile, call); });
 }
 
 void ProfileSockets::release(const Profile&, sd_bus_message* call) {
@@ -79,34 +106,53 @@ void ProfileSockets::newConnection(const Profile& profile, sd_bus_message* call)
         sd_bus_reply_method_errnof(call, EMFILE, "no more connections");
         return;
     }
+    Descriptor socket(fd);
+    fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK);
     sd_bus_reply_method_return(call, "");
-    const auto& socket = m_sockets.emplace_back(
-        std::make_unique<ProfileSocket>(fd, device, m_objects.addressOf(device), profile.uuid,
-                                        [this](ProfileSocket& ended) { end(ended); }));
-    socket->reportConnected();
+    m_connections
+        .emplace_back(std::move(socket), device, m_objects.addressOf(device), profile.uuid,
+                      [this, fd] { read(fd); })
+        .report(BT_SOCKET_CONNECTED);
+}
+
+// Reads once each time, so that a device that never stops sending does not block the main
+// loop.
+void ProfileSockets::read(int fd) {
+    const auto connection = std::ranges::find_if(
+        m_connections, [fd](const auto& candidate) { return candidate.reader.fd() == fd; });
+    if (connection == m_connections.end()) {
+        return;  // it has ended, and its last callback runs the main loop
+    }
+    std::array<char, 4096> buffer;
+    const auto size = connection->reader.read(buffer.data(), buffer.size());
+    if (size > 0) {
+        LentBytes bytes({buffer.data(), buffer.data() + *size});
+        bt_socket_received_data_s data{fd, bytes.count(), bytes.get()};
+        slotOf<&bt_socket_set_data_received_cb>.deliver(&data);
+    } else if (size.has_value()) {
+        end(connection);
+    }
 }
 
 void ProfileSockets::requestDisconnection(const Profile& profile, sd_bus_message* call) {
     const auto device = readName(call, SD_BUS_TYPE_OBJECT_PATH);
     sd_bus_reply_method_return(call, "");
     while (true) {
-        const auto found = std::ranges::find_if(m_sockets, [&](const auto& socket) {
-            return socket->device() == device && socket->uuid() == profile.uuid;
+        const auto found = std::ranges::find_if(m_connections, [&](const auto& connection) {
+            return connection.device == device && connection.uuid == profile.uuid;
         });
-        if (found == m_sockets.end()) {
+        if (found == m_connections.end()) {
             return;
         }
-        end(**found);
+        end(found);
     }
 }
 
-// The socket stays open while its end is reported: its number is still its own.
-void ProfileSockets::end(const ProfileSocket& socket) {
-    const auto found = std::ranges::find_if(
-        m_sockets, [&](const auto& candidate) { return candidate.get() == &socket; });
-    const auto ended = std::move(*found);
-    m_sockets.erase(found);
-    ended->reportDisconnected();
+// The socket is closed after the report, so that no other file gets its number before.
+void ProfileSockets::end(Connections::iterator connection) {
+    Connections ended;
+    ended.splice(ended.begin(), m_connections, connection);
+    ended.front().report(BT_SOCKET_DISCONNECTED);
 }
 
 }  // namespace corvane::host

@@ -1,43 +1,48 @@
-// The keys of remote controls. They are not on the bus: BlueZ makes an input device
-// of each, named after the remote.
+// The keys of remote controls (AVRCP). BlueZ does not publish them on the bus: it makes an
+// input device for each remote control, named after it.
 #pragma once
 
-#include <Ecore.h>
-
 #include <map>
-#include <memory>
+#include <optional>
 #include <string>
 
-#include "platform/host/bluetooth/bluez/keys/KeyDevice.h"
+#include "platform/host/bluetooth/bluez/FdReader.h"
 
 namespace corvane::host {
 
 class BluezObjects;
 
-/// Owner: BluezClient. Threads: main thread. Errors: std::bad_alloc. A directory that isn't
-/// there, and devices that may not be read, are no errors.
+/// Owner: BluezClient. Threads: main thread. Errors: std::bad_alloc; what a callback throws
+/// leaves through the main loop. A missing directory and devices that cannot be opened are
+/// ignored.
 class KeyReporter {
 public:
-    /// Watches the directory for devices. `objects` outlives this.
+    /// Watches the directory for input devices. `objects` outlives this object.
     KeyReporter(std::string directory, const BluezObjects& objects);
-    ~KeyReporter();
     KeyReporter(const KeyReporter&) = delete;
     KeyReporter& operator=(const KeyReporter&) = delete;
 
 private:
-    void watch();
+    struct Device {
+        Device(std::string name, Descriptor fd, std::function<void()> onReadable)
+            : remote(std::move(name)), reader(std::move(fd), std::move(onReadable)) {}
+
+        std::string remote;  // the name of the remote control
+        FdReader reader;
+    };
+
+    void watchDirectory();
     void readWatch();
-    void consider(const std::string& name);
-    void forget(const KeyDevice& device);
-    void report(const KeyDevice& device, int key, bool pressed);
+    void openDevice(const std::string& file);
+    void readDevice(const std::string& file);
+    void report(const std::string& remote, int key, bool pressed);
     std::string addressOf(const std::string& remote) const;
 
     std::string m_directory;
     const BluezObjects& m_objects;
-    std::map<std::string, std::unique_ptr<KeyDevice>> m_devices;
-    std::map<std::string, bool> m_muted;
-    int m_watch = -1;
-    Ecore_Fd_Handler* m_handler = nullptr;
+    std::map<std::string, Device> m_devices;  // by file name
+    std::map<std::string, bool> m_muted;      // by address
+    std::optional<FdReader> m_watch;
 };
 
 }  // namespace corvane::host
