@@ -1,4 +1,4 @@
-// Reads the beginning of a file.
+// Reads a file as text, up to a limit.
 #include "platform/host/settings/FileText.h"
 
 #include <fcntl.h>
@@ -9,7 +9,7 @@
 
 namespace corvane::host {
 
-// A pipe is never waited for: one that nobody writes would hold up the start.
+// O_NONBLOCK: a pipe without a writer must not block the start.
 FileText readFileText(const std::string& path) {
     const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (fd < 0) {
@@ -20,14 +20,14 @@ FileText readFileText(const std::string& path) {
     for (char piece[4096]; size > 0 && !result.isCut;) {
         size = read(fd, piece, sizeof piece);
         result.text.append(piece, size > 0 ? static_cast<std::size_t>(size) : 0);
-        result.isCut = result.text.size() > mostFileBytes;
+        result.isCut = result.text.size() > maxFileBytes;
     }
     struct stat status {};
     const bool isPipe = fstat(fd, &status) == 0 && S_ISFIFO(status.st_mode);
     close(fd);
     result.isBroken = size < 0 || (isPipe && result.text.empty());
     if (result.isCut) {
-        result.text.resize(result.text.rfind('\n', mostFileBytes - 1) + 1);
+        result.text.resize(result.text.rfind('\n', maxFileBytes - 1) + 1);
     }
     return result;
 }

@@ -1,4 +1,4 @@
-// A small file as text: of one that is large, or has no end, only the beginning.
+// Reads a file as text, up to a limit.
 #pragma once
 
 #include <cstddef>
@@ -6,13 +6,13 @@
 
 namespace corvane::host {
 
-inline constexpr std::size_t mostFileBytes = 1024 * 1024;
+inline constexpr std::size_t maxFileBytes = 1024 * 1024;
 
 struct FileText {
-    int openError;  // 0, or the errno of a file that can't be opened; it has no text then
+    int openError;  // 0, or the errno of a file that cannot be opened
     std::string text;
-    bool isBroken;  // couldn't be read to its end
-    bool isCut;     // has more than mostFileBytes; the text ends with a whole line
+    bool isBroken;  // reading failed before the end
+    bool isCut;     // the file is longer than maxFileBytes; the text ends with a whole line
 };
 
 /// Errors: std::bad_alloc. Any thread.

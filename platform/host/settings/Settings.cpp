@@ -1,4 +1,4 @@
-// Where the settings come from: the file, then the environment over it.
+// Reads the settings from the file and then from the environment, which overrides it.
 #include "platform/host/settings/Settings.h"
 
 #include <stdlib.h>
@@ -40,7 +40,7 @@ Settings readSettings() {
 }
 
 const Settings& settings() {
-    // Never destroyed: what runs at the exit of the process logs as well.
+    // Never destroyed, because destructors at process exit log as well.
     static const Settings& read = *new Settings(readSettings());
     return read;
 }

@@ -13,9 +13,9 @@ namespace corvane::host {
 
 enum class LogOutput { automatic, standardError, journal, file };
 
-/// A row of the table from sinks to routes.
+/// The route of the sinks whose names match a pattern.
 struct SinkRoute {
-    std::string pattern;  // as of fnmatch(3), over the sink's name
+    std::string pattern;  // as of fnmatch(3)
     sound_tv_output_route_e route;
 };
 
@@ -23,15 +23,16 @@ struct Settings {
     struct Log {
         LogOutput output = LogOutput::automatic;
         std::string file;
-        std::chrono::milliseconds flush{100};  // how long a file may lack a line; 0: not at all
-        int level = 0;                         // the lowest priority that is written; 0: all
+        std::chrono::milliseconds flush{
+            100};       // how long a line may wait in memory; 0: it does not wait
+        int level = 0;  // the lowest priority that is written; 0: all
     };
     struct Inject {
         std::string socket;    // empty: no injection
         unsigned threads = 0;  // 0: events are delivered by the main loop
     };
     struct Callbacks {
-        std::chrono::milliseconds slow{100};  // a callback that takes longer is reported; 0: none
+        std::chrono::milliseconds slow{100};  // a slower callback is reported; 0: no report
     };
     struct Bluez {
         std::string agent;  // its capability, as BlueZ spells it; empty: no agent
@@ -41,7 +42,7 @@ struct Settings {
         std::string inputDirectory = "/dev/input";
     };
     struct Sound {
-        std::string server;  // empty: where the library finds one
+        std::string server;  // empty: the sound library's default
         std::vector<SinkRoute> routes;
     };
 
@@ -52,16 +53,16 @@ struct Settings {
     Bluez bluez;
     Sound sound;
 
-    /// What can't be used, a line each: "<file>:<line>: <what is wrong and what is allowed>".
+    /// One line for each error: "<file>:<line>: <what is wrong and what is allowed>".
     std::vector<std::string> complaints;
 };
 
-/// Reads the file and the environment variables that go before it. Any thread. Errors:
-/// std::bad_alloc; everything else becomes a complaint, and the default is taken.
+/// Reads the file and the environment variables that override it. Any thread. Errors:
+/// std::bad_alloc; any other error becomes a complaint, and the setting keeps its default.
 Settings readSettings();
 
-/// The settings as they were at this library's first call; they live for ever. Any thread.
-/// Each of the platform's libraries has its own copy; the log reports the complaints.
+/// Returns the settings as read at the first call; they are never destroyed. Any thread.
+/// Each of the platform's libraries has its own copy; the log library logs the complaints.
 const Settings& settings();
 
 }  // namespace corvane::host

@@ -1,6 +1,5 @@
-// Reads a file of settings with inih. The reader stands between it and the file to know
-// which line is at work and whether the parser could use it, which inih tells of the
-// first bad line only.
+// Reads a settings file with inih. inih reports only the first bad line, so SettingsReader
+// passes it one line at a time and notes whether inih could use the line.
 #include "platform/host/settings/SettingsFile.h"
 
 #include <ini.h>
@@ -53,9 +52,9 @@ private:
         if (m_number == 1 && line.starts_with("\xef\xbb\xbf")) {
             line.erase(0, 3);
         }
-        // The parser takes an indented line for more of the value above it.
+        // inih treats an indented line as a continuation of the value above it.
         line.erase(0, line.find_first_not_of(" \t\r"));
-        // For the parser's line end, which it cuts off, and a null byte.
+        // The buffer also holds a newline and a null byte.
         if (line.size() > size - 2) {
             complain("the line has more than " + std::to_string(size - 2) + " characters");
             line.clear();
@@ -90,7 +89,7 @@ private:
     const std::string& m_path;
     std::istringstream m_file;
     std::size_t m_number = 0;
-    bool m_pending = false;  // the line at work means something, but hasn't been taken
+    bool m_pending = false;  // inih has to use the current line, but has not done so yet
     std::optional<std::string> m_unknownSection;
 };
 
@@ -108,11 +107,11 @@ void readSettingsFile(Settings& settings, const std::string& path, AbsentFile ab
     }
     SettingsReader(settings, path, file.text).read();
     if (file.isBroken) {
-        complaints.push_back(path + ": can't be read to its end");
+        complaints.push_back(path + ": cannot be read to its end");
     }
     if (file.isCut) {
-        complaints.push_back(path + ": has more than " + std::to_string(mostFileBytes) +
-                             " bytes; what is behind is not read");
+        complaints.push_back(path + ": has more than " + std::to_string(maxFileBytes) +
+                             " bytes; the rest is ignored");
     }
 }
 

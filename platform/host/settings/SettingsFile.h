@@ -1,5 +1,5 @@
-// Reads a file of settings: sections "[name]", lines "key = value", comments from '#' or
-// ';' at the start of a line, or from " ;" to its end.
+// Reads a settings file: sections "[name]", lines "key = value", comments that start with
+// '#' or ';' at the start of a line, or with " ;" after a value.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace corvane::host {
 
 enum class AbsentFile { allowed, reported };
 
-/// Adds what the file at `path` says to `settings`, and a complaint for every line that
-/// can't be used. Errors: std::bad_alloc.
+/// Stores the settings of the file at `path`, and adds a complaint for every line that cannot
+/// be used. Errors: std::bad_alloc.
 void readSettingsFile(Settings& settings, const std::string& path, AbsentFile absent);
 
 }  // namespace corvane::host

@@ -1,5 +1,5 @@
-// The table of all settings. A value that a key takes is stored by a small function of
-// its own; the text beside it says what is allowed.
+// The table of all settings: each key has a text that describes the allowed values, and a
+// function that stores a value.
 #include "platform/host/settings/SettingsKeys.h"
 
 #include <dlog.h>
@@ -15,12 +15,12 @@ namespace corvane::host {
 
 namespace {
 
-// Stores a value, or returns false. `rest` is the key behind the prefix in the table.
+// Stores a value or returns false. `rest` is the part of the key after the prefix.
 using Store = bool (*)(Settings& settings, std::string_view rest, std::string_view value);
 
 struct Key {
     std::string_view section;
-    std::string_view name;  // one that ends in '*' is a prefix
+    std::string_view name;  // a prefix if it ends with '*'
     const char* allowed;
     Store store;
 };
@@ -61,7 +61,7 @@ constexpr Key keys[] = {
      [](Settings& s, auto, auto value) { return storeMilliseconds(s.log.flush, 60000, value); }},
     {"log", "level", "debug, info, warning, error or 3 to 6",
      [](Settings& s, auto, auto value) { return storeNamed(s.log.level, levels, value); }},
-    {"system-info", "*", "an integer of 32 bits",
+    {"system-info", "*", "a 32-bit integer",
      [](Settings& s, auto rest, auto value) {
          int number = 0;
          const bool good = storeNumber(number, INT32_MIN, INT32_MAX, value);
@@ -95,8 +95,7 @@ constexpr Key keys[] = {
      [](Settings& s, auto, auto value) {
          return storeNamed(s.bluez.agentIsDefault, decisions, value);
      }},
-    {"bluez", "profiles",
-     "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, with commas between them",
+    {"bluez", "profiles", "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, separated by commas",
      [](Settings& s, auto, auto value) { return addUuids(s.bluez.profiles, value); }},
     {"bluez", "input_directory", "a path that starts with '/'",
      [](Settings& s, auto, auto value) { return storePath(s.bluez.inputDirectory, value); }},

@@ -11,11 +11,11 @@ namespace corvane::host {
 
 bool isSection(std::string_view name);
 
-/// "the sections are ...".
+/// Returns "the sections are ...".
 std::string allowedSections();
 
-/// Stores a value. Returns what is wrong and what is allowed if the section, which exists,
-/// has no such key or the key may not have such a value; `settings` is as before then.
+/// Stores a value of a section that exists. If the section has no such key, or the key does not
+/// allow the value, returns what is wrong and what is allowed, and leaves `settings` unchanged.
 std::optional<std::string> storeSetting(Settings& settings, std::string_view section,
                                         std::string_view key, std::string_view value);
 

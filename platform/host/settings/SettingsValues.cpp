@@ -1,4 +1,4 @@
-// The kinds of values that settings have.
+// Parses the values of settings.
 #include "platform/host/settings/SettingsValues.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// The kinds of values that settings have. Each function stores a value it can read and
-// returns true, or returns false and leaves the setting as it was.
+// Parses the values of settings. Each function stores a valid value and returns true, or
+// returns false and leaves the setting unchanged.
 #pragma once
 
 #include <charconv>
@@ -30,7 +30,7 @@ bool storeNamed(Setting& setting, const Names& names, std::string_view value) {
     return false;
 }
 
-/// All of `value` is a decimal number from `least` to `most`.
+/// A decimal number from `least` to `most`.
 template <typename Number>
 bool storeNumber(Number& setting, Number least, Number most, std::string_view value) {
     Number number{};
@@ -43,7 +43,7 @@ bool storeNumber(Number& setting, Number least, Number most, std::string_view va
     return true;
 }
 
-/// From 0 to `most` milliseconds.
+/// 0 to `most` milliseconds.
 inline bool storeMilliseconds(std::chrono::milliseconds& setting, int most,
                               std::string_view value) {
     int number = 0;
@@ -54,10 +54,10 @@ inline bool storeMilliseconds(std::chrono::milliseconds& setting, int most,
     return good;
 }
 
-/// An absolute path: a relative one would depend on where the daemon was started.
+/// An absolute path. A relative one would depend on the daemon's working directory.
 bool storePath(std::string& setting, std::string_view value);
 
-/// Adds UUIDs in their long form, separated by commas, to those before; in small letters.
+/// Appends UUIDs in their long form, separated by commas, in lower case.
 bool addUuids(std::vector<std::string>& setting, std::string_view value);
 
 }  // namespace corvane::host

@@ -30,7 +30,7 @@ protected:
 
     void write(const std::string& text) { std::ofstream(path()) << text; }
 
-    // What the platform answers; -1 stands for an error.
+    // Returns the platform's answer, or -1 for an error.
     int ask(const char* key) {
         int value = untouched;
         const int result = system_info_get_custom_int(key, &value);
@@ -83,7 +83,7 @@ TEST_F(SystemInfoTest, ReportsBadLinesAndUsesTheOthers) {
     EXPECT_EQ(ask("last"), 2);
     const auto report = testing::internal::GetCapturedStderr();
     EXPECT_THAT(report, HasSubstr(path() + ":2: there is no '='; a line is \"key = integer\"\n"));
-    EXPECT_THAT(report, HasSubstr(path() + ":3: there is no key in front of the '='\n"));
+    EXPECT_THAT(report, HasSubstr(path() + ":3: there is no key before the '='\n"));
     EXPECT_THAT(report, HasSubstr(path() + ":4: the value is not an integer\n"));
     EXPECT_THAT(report, HasSubstr(path() + ":5: the value is out of the range of an integer\n"));
     EXPECT_THAT(report, HasSubstr(path() + ":6: the value is not an integer\n"));
@@ -96,7 +96,7 @@ TEST_F(SystemInfoTest, ReadsNoMoreThanAMebibyte) {
     EXPECT_EQ(ask("first"), 1);
     EXPECT_EQ(ask("last"), -1);
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                HasSubstr(path() + ": has more than 1048576 bytes; what is behind is not read\n"));
+                HasSubstr(path() + ": has more than 1048576 bytes; the rest is ignored\n"));
 }
 
 TEST_F(SystemInfoTest, RefusesNullPointers) {

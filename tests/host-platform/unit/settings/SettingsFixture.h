@@ -1,4 +1,4 @@
-// A settings file for a test, which the environment names while the test runs.
+// A settings file for a test. The environment names it while the test runs.
 #pragma once
 
 #include <gtest/gtest.h>

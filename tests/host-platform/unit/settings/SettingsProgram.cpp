@@ -1,5 +1,5 @@
-// A program that asks the platform's libraries what they made of their settings, which
-// a process reads only once.
+// Prints how the platform's libraries use their settings. A process reads them only once, so
+// each test case runs this program anew.
 #include <dlog.h>
 #include <system_info.h>
 

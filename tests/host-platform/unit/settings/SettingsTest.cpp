@@ -1,4 +1,4 @@
-// The settings: every key, what is reported of a bad file, and the environment.
+// The settings: every key, the errors of a bad file, and the environment.
 #include <dlog.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -125,27 +125,27 @@ TEST_F(SettingsTest, ReportAFileThatCannotBeRead) {
     EXPECT_THAT(read().complaints, ElementsAre("/nonexistent/platform.conf: No such file or "
                                                "directory; every setting has its default"));
     setenv("CORVANE_PLATFORM_CONF", "/tmp", 1);
-    EXPECT_THAT(read().complaints, ElementsAre("/tmp: can't be read to its end"));
+    EXPECT_THAT(read().complaints, ElementsAre("/tmp: cannot be read to its end"));
 }
 
 TEST_F(SettingsTest, ReadNoMoreThanAMebibyteOfAFile) {
     write("[log]\nfile = /" + std::string(1 << 20, 'x') + "\nlevel = error\n");
     EXPECT_THAT(read().complaints,
-                ElementsAre(path() + ": has more than 1048576 bytes; what is behind is not read"));
+                ElementsAre(path() + ": has more than 1048576 bytes; the rest is ignored"));
     EXPECT_EQ(read().log.level, 0);
 }
 
 TEST_F(SettingsTest, EndWhereTheFileHasNoEnd) {
     setenv("CORVANE_PLATFORM_CONF", "/dev/zero", 1);
     EXPECT_THAT(read().complaints,
-                ElementsAre("/dev/zero: has more than 1048576 bytes; what is behind is not read"));
+                ElementsAre("/dev/zero: has more than 1048576 bytes; the rest is ignored"));
 }
 
 TEST_F(SettingsTest, AreNotWaitedForAtAPipeThatNobodyWrites) {
     const std::string pipe = path() + ".pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     setenv("CORVANE_PLATFORM_CONF", pipe.c_str(), 1);
-    EXPECT_THAT(read().complaints, ElementsAre(pipe + ": can't be read to its end"));
+    EXPECT_THAT(read().complaints, ElementsAre(pipe + ": cannot be read to its end"));
     std::filesystem::remove(pipe);
 }
 
@@ -205,7 +205,7 @@ TEST_P(SettingsValueTest, IsReportedAndTheDefaultStays) {
 }
 
 constexpr const char* allowedUuids =
-    "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, with commas between them";
+    "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, separated by commas";
 constexpr const char* socketPath = "a path of at most 107 characters, or empty";
 
 INSTANTIATE_TEST_SUITE_P(
@@ -216,9 +216,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadValue{"log", "file = log.txt", "a path that starts with '/'"},
         BadValue{"log", "flush_ms = 60001", "a number of milliseconds from 0 to 60000"},
         BadValue{"log", "level = 7", "debug, info, warning, error or 3 to 6"},
-        BadValue{"system-info", "a = 1x", "an integer of 32 bits"},
-        BadValue{"system-info", "a = 2147483648", "an integer of 32 bits"},
-        BadValue{"system-info", "a =", "an integer of 32 bits"},
+        BadValue{"system-info", "a = 1x", "a 32-bit integer"},
+        BadValue{"system-info", "a = 2147483648", "a 32-bit integer"},
+        BadValue{"system-info", "a =", "a 32-bit integer"},
         BadValue{"inject", "threads = 9", "a number from 0 to 8"},
         BadValue{"inject", "threads = -1", "a number from 0 to 8"},
         BadValue{"inject",

@@ -1,4 +1,4 @@
-// What the log and the system information make of the settings.
+// How the log and the system information use the settings.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -111,7 +111,7 @@ TEST_F(SettingsUseTest, AFullDiskDoesNoHarm) {
     EXPECT_EQ(result.errors, "");
 }
 
-// However many of the libraries read the file.
+// Several of the libraries read the file.
 TEST_F(SettingsUseTest, ComplaintsAreMadeOnceAtAnyLevel) {
     write("[log]\nlevel = error\ncolour = red\n");
     const auto errors = run({"key"}).errors;
@@ -121,7 +121,7 @@ TEST_F(SettingsUseTest, ComplaintsAreMadeOnceAtAnyLevel) {
                                      lineStart + "E TEST: priority 6\n"));
 }
 
-// Such a program runs with rights that whoever starts it, and sets its environment, hasn't got.
+// Such a program has more privileges than the user who starts it and sets its environment.
 TEST_F(SettingsUseTest, TheEnvironmentIsIgnoredByAProgramThatChangesItsRights) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can give a program to another group";
