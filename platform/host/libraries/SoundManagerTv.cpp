@@ -1,4 +1,4 @@
-// TV extension of the sound manager on the host: the callbacks of the speakers.
+// The TV extension's functions of the sound manager: they set and unset the speaker callbacks.
 #include <sound_manager_tv.h>
 
 #include "platform/host/slots/CallbackSlot.h"

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <span>
+#include <utility>
 
 #include "platform/host/settings/SettingsValues.h"
 

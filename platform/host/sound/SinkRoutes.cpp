@@ -1,4 +1,4 @@
-// Which of the platform's output routes a sink of the sound server is.
+// Maps a sink of the sound server to one of the platform's output routes.
 #include "platform/host/sound/SinkRoutes.h"
 
 #include <fnmatch.h>

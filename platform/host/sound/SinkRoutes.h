@@ -1,4 +1,4 @@
-// Which of the platform's output routes a sink of the sound server is.
+// Maps a sink of the sound server to one of the platform's output routes.
 #pragma once
 
 #include <pulse/introspect.h>
@@ -9,8 +9,8 @@
 
 namespace corvane::host {
 
-/// The route of the first pattern that the sink's name matches, else what its properties
-/// and its port tell, else the speaker. Any thread.
+/// Returns the route of the first pattern that matches the sink's name, else the route that
+/// follows from its properties or its port, else the speaker. Any thread.
 sound_tv_output_route_e routeOf(const pa_sink_info& sink, const std::vector<SinkRoute>& table);
 
 }  // namespace corvane::host

@@ -1,5 +1,5 @@
-// Watches a sound server's default sink. Between construction and destruction everything
-// happens on the library's thread, and nothing blocks there.
+// Follows a sound server's default sink. All work between construction and destruction runs on
+// the client library's thread and does not block.
 #include "platform/host/sound/SoundServer.h"
 
 #include <dlog.h>
@@ -11,13 +11,13 @@ namespace corvane::host {
 
 namespace {
 
-constexpr pa_usec_t retryTime = 2 * PA_USEC_PER_SEC;
+constexpr pa_usec_t retryUsec = 2 * PA_USEC_PER_SEC;
 
 SoundServer& self(void* data) {
     return *static_cast<SoundServer*>(data);
 }
 
-// The answer comes to the callback; nobody cancels the question.
+// The library keeps the operation until it has called the callback.
 void start(pa_operation* operation) {
     if (operation != nullptr) {
         pa_operation_unref(operation);
@@ -53,7 +53,7 @@ bool SoundServer::connect() {
     }
     pa_context_set_state_callback(
         m_context.get(), [](pa_context*, void* data) { self(data).onState(); }, this);
-    // What goes wrong arrives as a state as well.
+    // A failure arrives as a state, too.
     pa_context_connect(m_context.get(), m_address.empty() ? nullptr : m_address.c_str(),
                        PA_CONTEXT_NOAUTOSPAWN, nullptr);
     return true;
@@ -66,15 +66,15 @@ void SoundServer::onState() {
     } else if (state == PA_CONTEXT_READY) {
         m_connecting = true;
         const auto onEvent = [](pa_context*, pa_subscription_event_type_t, unsigned, void* data) {
-            self(data).ask();
+            self(data).queryServer();
         };
         pa_context_set_subscribe_callback(m_context.get(), onEvent, this);
         start(pa_context_subscribe(m_context.get(), PA_SUBSCRIPTION_MASK_SERVER, nullptr, nullptr));
-        ask();
+        queryServer();
     }
 }
 
-void SoundServer::ask() {
+void SoundServer::queryServer() {
     const auto onInfo = [](pa_context*, const pa_server_info* server, void* data) {
         if (server != nullptr) {
             self(data).onServer(*server);
@@ -83,8 +83,8 @@ void SoundServer::ask() {
     start(pa_context_get_server_info(m_context.get(), onInfo, this));
 }
 
-// Servers report themselves changed for many reasons, and in pairs. One without a sink
-// gives no name, or that of a placeholder.
+// Servers signal a change for many reasons, and twice. A server without a sink gives no name,
+// or that of a placeholder.
 void SoundServer::onServer(const pa_server_info& server) {
     const std::string sink = server.default_sink_name == nullptr ? "" : server.default_sink_name;
     if (sink.empty() || sink[0] == '@') {
@@ -113,7 +113,7 @@ void SoundServer::retryLater() {
         self(data).m_retry = nullptr;
         self(data).connect();
     };
-    m_retry = pa_context_rttime_new(m_context.get(), pa_rtclock_now() + retryTime, onTime, this);
+    m_retry = pa_context_rttime_new(m_context.get(), pa_rtclock_now() + retryUsec, onTime, this);
 }
 
 }  // namespace corvane::host

@@ -1,4 +1,4 @@
-// Makes the speaker-changed events out of what the sound server does.
+// Turns changes of the sound server's default sink into speaker-changed events.
 #include "platform/host/sound/SpeakerEvents.h"
 
 #include <Ecore.h>
@@ -16,12 +16,12 @@ namespace corvane::host {
 
 namespace {
 
-// On the main thread only. A plain pointer: a process that exits without clearing its
-// callback must not wait here for a thread that may be talking to the main loop.
+// Used on the main thread only. A plain pointer, because a process that exits without clearing
+// its callback must not wait here for a thread that may be waiting for the main loop.
 SoundServer* server = nullptr;
 
-// The main-loop library doesn't tell whether it is at work, but it numbers its events
-// when it starts.
+// Ecore has no function that tells whether it is initialized, but it numbers its events when
+// it is.
 bool mainLoopExists() {
     return ECORE_EXE_EVENT_ADD != 0;
 }
@@ -33,7 +33,7 @@ void deliver(void* route) {
 
 void onSink(const pa_sink_info& sink) {
     const std::intptr_t route = routeOf(sink, settings().sound.routes);
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the number is what the pointer carries
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the pointer only carries the number
     ecore_main_loop_thread_safe_call_async(&deliver, reinterpret_cast<void*>(route));
 }
 
@@ -64,7 +64,7 @@ void followSpeakerCallback() noexcept {
     if (!mainLoopExists()) {
         return;
     }
-    // At the end of the process the main loop doesn't run any more.
+    // At the end of the process the main loop no longer runs.
     if (!isWanted() && eina_main_loop_is()) {
         stop();
     } else {

@@ -1,12 +1,12 @@
-// Makes the speaker-changed events out of what the sound server does.
+// Turns changes of the sound server's default sink into speaker-changed events.
 #pragma once
 
 namespace corvane::host {
 
-/// Starts or stops the watch over the sound server, as there is a speaker-changed callback
-/// or not: from the main loop, so that whoever sets the callback doesn't wait for it. To be
-/// called after each change of the callback, on any thread; never calls it. The callback is
-/// called on the main thread. Without a main loop there is no watch.
+/// Follows the sound server while the speaker-changed callback is set. Call it after each change
+/// of the callback, on any thread. The server is connected from the main loop, so setting the
+/// callback does not block; without a main loop no server is followed. The callback is called on
+/// the main thread only, and never from here.
 void followSpeakerCallback() noexcept;
 
 }  // namespace corvane::host

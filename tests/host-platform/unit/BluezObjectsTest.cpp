@@ -1,4 +1,4 @@
-// BlueZ's objects and the callbacks that follow from their changes, without a bus.
+// Changes of BlueZ's objects and the callbacks that they cause, without a bus.
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <gtest/gtest.h>
@@ -30,8 +30,8 @@ protected:
         bt_hid_set_battery_status_received_cb(&onBattery, this);
         m_objects.addReporter(makeDiscoveryReporter());
         m_objects.addReporter(makeBatteryReporter());
-        m_objects.learn("/org/bluez/hci0", {{adapter, {{"Discovering", true}}}});
-        m_objects.learnt();
+        m_objects.addToSnapshot("/org/bluez/hci0", {{adapter, {{"Discovering", true}}}});
+        m_objects.finishSnapshot();
     }
 
     ~BluezObjectsTest() override {
@@ -39,7 +39,7 @@ protected:
         bt_hid_unset_battery_status_received_cb();
     }
 
-    // The callback sees a record without any null pointer.
+    // No pointer of the record is null.
     static void onDiscovery(int, bt_adapter_device_discovery_state_e,
                             bt_adapter_device_discovery_info_s* info, void* self) {
         auto& test = *static_cast<BluezObjectsTest*>(self);
@@ -52,7 +52,7 @@ protected:
         }
     }
 
-    // It may read 18 bytes, however short the address is.
+    // The callback may read 18 bytes, even if the address is shorter.
     static void onBattery(bt_hid_battery_status_info_s* status, void* self) {
         char copy[18];
         std::memcpy(copy, status->address, sizeof copy);

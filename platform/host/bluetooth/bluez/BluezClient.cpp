@@ -59,7 +59,7 @@ void BluezClient::connect() {
     m_pump = std::make_unique<BusPump>(BusPtr(bus), Descriptor::duplicate(sd_bus_get_fd(bus)),
                                        [this] { onLost(); });
     m_peer.attach(m_pump.get());
-    if (!watch()) {
+    if (!addMatches()) {
         m_peer.attach(nullptr);
         m_pump.reset();
         retryLater();
@@ -68,7 +68,7 @@ void BluezClient::connect() {
     requestObjects();
 }
 
-bool BluezClient::watch() {
+bool BluezClient::addMatches() {
     const auto add = [this](const std::string& rule, sd_bus_message_handler_t handler) {
         return sd_bus_add_match_async(m_pump->bus(), nullptr, ("type='signal'," + rule).c_str(),
                                       handler, nullptr, this) >= 0;
@@ -160,20 +160,20 @@ int BluezClient::onObjects(sd_bus_message* message, void* data, sd_bus_error*) {
         self->retryLater();
         return 0;
     }
-    self->m_peer.handle([&] { self->learn(message); });
+    self->m_peer.handle([&] { self->readSnapshot(message); });
     return 0;
 }
 
-void BluezClient::learn(sd_bus_message* objects) {
+void BluezClient::readSnapshot(sd_bus_message* objects) {
     const char* const sender = sd_bus_message_get_sender(objects);
     m_peer.setOwner(sender == nullptr ? "" : sender);
     m_agent.registerWithBluez();
     m_sockets.registerWithBluez();
     readDictionary(objects, "oa{sa{sv}}", [&] {
         const auto path = readName(objects, SD_BUS_TYPE_OBJECT_PATH);
-        m_objects.learn(path, readInterfaces(objects));
+        m_objects.addToSnapshot(path, readInterfaces(objects));
     });
-    m_objects.learnt();
+    m_objects.finishSnapshot();
 }
 
 // Signals sent before the snapshot are already part of it. They arrive while no owner is

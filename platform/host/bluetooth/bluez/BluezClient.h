@@ -31,12 +31,12 @@ public:
 
 private:
     void connect();
-    bool watch();
+    bool addMatches();
     void requestObjects();
     void retryLater();
     void retry();
     void onLost();
-    void learn(sd_bus_message* objects);
+    void readSnapshot(sd_bus_message* objects);
 
     static int onOwnerChanged(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onObjects(sd_bus_message* message, void* self, sd_bus_error* error);

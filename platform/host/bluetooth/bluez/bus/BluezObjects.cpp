@@ -1,5 +1,4 @@
-// What is known of BlueZ's objects. Every change of theirs goes through here and
-// on to the reporters, which make events of it.
+// A copy of the properties of BlueZ's objects.
 #include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
 
 #include <iterator>
@@ -11,26 +10,26 @@ void BluezObjects::addReporter(std::unique_ptr<BluezReporter> reporter) {
     m_reporters.push_back(std::move(reporter));
 }
 
-void BluezObjects::learn(const std::string& path, Interfaces interfaces) {
-    noteAddress(path, interfaces);
+void BluezObjects::addToSnapshot(const std::string& path, Interfaces interfaces) {
+    storeAddress(path, interfaces);
     m_objects.insert_or_assign(path, std::move(interfaces));
 }
 
-void BluezObjects::learnt() {
+void BluezObjects::finishSnapshot() {
     for (const auto& reporter : m_reporters) {
         try {
             reporter->onSnapshot(*this);
         } catch (...) {
-            m_kept = m_kept ? m_kept : std::current_exception();
+            m_firstError = m_firstError ? m_firstError : std::current_exception();
         }
     }
-    throwKept();
+    throwFirst();
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): its properties are moved from
 void BluezObjects::add(const std::string& path, Interfaces interfaces) {
     const bool isFound = interfaces.contains(deviceInterface) && !m_objects.contains(path);
-    noteAddress(path, interfaces);
+    storeAddress(path, interfaces);
     auto& object = m_objects[path];
     Interfaces known;
     std::vector<const Interfaces::value_type*> added;
@@ -47,13 +46,13 @@ void BluezObjects::add(const std::string& path, Interfaces interfaces) {
     for (const auto& [name, properties] : known) {
         changeOne(path, name, properties, {});
     }
-    throwKept();
+    throwFirst();
 }
 
 void BluezObjects::change(const std::string& path, const std::string& interface,
                           const Properties& changed, const std::vector<std::string>& invalidated) {
     changeOne(path, interface, changed, invalidated);
-    throwKept();
+    throwFirst();
 }
 
 void BluezObjects::changeOne(const std::string& path, const std::string& interface,
@@ -71,7 +70,7 @@ void BluezObjects::changeOne(const std::string& path, const std::string& interfa
     for (const auto& [name, value] : changed) {
         now.insert_or_assign(name, value);
     }
-    noteAddress(path, object->second);
+    storeAddress(path, object->second);
     if (now != before) {
         report({*this, path, interface, &before, &now, false});
     }
@@ -81,10 +80,10 @@ void BluezObjects::remove(const std::string& path, const std::vector<std::string
     for (const auto& interface : interfaces) {
         removeOne(path, interface);
     }
-    throwKept();
+    throwFirst();
 }
 
-// From the last path to the first: what belongs to an adapter before the adapter.
+// From the last path to the first, so that an adapter follows its devices.
 void BluezObjects::removeAll() {
     while (!m_objects.empty()) {
         const auto path = std::prev(m_objects.end())->first;
@@ -95,7 +94,7 @@ void BluezObjects::removeAll() {
             removeOne(path, std::string(interface->first));
         }
     }
-    throwKept();
+    throwFirst();
 }
 
 void BluezObjects::removeOne(const std::string& path, const std::string& interface) {
@@ -110,7 +109,7 @@ void BluezObjects::removeOne(const std::string& path, const std::string& interfa
     if (!removed.empty()) {
         report({*this, path, interface, &removed.mapped(), nullptr, false});
     }
-    forgetAddresses();
+    dropAddresses();
 }
 
 const Properties* BluezObjects::find(const std::string& path, std::string_view interface) const {
@@ -146,15 +145,16 @@ void BluezObjects::forEach(
     }
 }
 
-// Kept when the device is removed: its audio and its remote control may go after it.
-void BluezObjects::noteAddress(const std::string& path, const Interfaces& interfaces) {
+// The address is kept when the device is removed, because its audio and its remote control may
+// be removed later.
+void BluezObjects::storeAddress(const std::string& path, const Interfaces& interfaces) {
     if (const auto found = interfaces.find(deviceInterface); found != interfaces.end()) {
         m_addresses[path] = propertyOr<std::string>(&found->second, "Address");
     }
 }
 
-// Those of devices of which nothing is left.
-void BluezObjects::forgetAddresses() {
+// Drops the addresses of devices below whose paths no object is left.
+void BluezObjects::dropAddresses() {
     std::erase_if(m_addresses, [this](const auto& entry) {
         const auto rest = m_objects.lower_bound(entry.first);
         return rest == m_objects.end() || !rest->first.starts_with(entry.first);
@@ -166,14 +166,14 @@ void BluezObjects::report(const Change& change) {
         try {
             reporter->onChange(change);
         } catch (...) {
-            m_kept = m_kept ? m_kept : std::current_exception();
+            m_firstError = m_firstError ? m_firstError : std::current_exception();
         }
     }
 }
 
-void BluezObjects::throwKept() {
-    if (m_kept) {
-        std::rethrow_exception(std::exchange(m_kept, nullptr));
+void BluezObjects::throwFirst() {
+    if (m_firstError) {
+        std::rethrow_exception(std::exchange(m_firstError, nullptr));
     }
 }
 

@@ -1,5 +1,5 @@
-// What is known of BlueZ's objects. Every change of theirs goes through here and
-// on to the reporters, which make events of it.
+// A copy of the properties of BlueZ's objects. It passes every change to the reporters, which
+// turn it into events.
 #pragma once
 
 #include <exception>
@@ -22,38 +22,38 @@ inline constexpr std::string_view gattServiceInterface = "org.bluez.GattService1
 inline constexpr std::string_view mediaControlInterface = "org.bluez.MediaControl1";
 inline constexpr std::string_view mediaTransportInterface = "org.bluez.MediaTransport1";
 
-/// Owner: BluezClient. Threads: main thread; the callbacks are called on it.
-/// Errors: std::bad_alloc, and the first exception of a callback, after the change has been
-/// noted and reported by all reporters.
+/// Owner: BluezClient. Threads: main thread. Errors: std::bad_alloc, and the first exception
+/// of a callback, after the change is stored and all reporters have seen it.
 class BluezObjects {
 public:
     using Interfaces = std::map<std::string, Properties, std::less<>>;
 
     void addReporter(std::unique_ptr<BluezReporter> reporter);
 
-    /// An object found to exist. After all of them: learnt().
-    void learn(const std::string& path, Interfaces interfaces);
-    void learnt();
+    /// Stores an object of the snapshot, without an event. finishSnapshot() follows the last.
+    void addToSnapshot(const std::string& path, Interfaces interfaces);
+    void finishSnapshot();
 
-    /// Interfaces were added, to a new object or to a known one; of an interface that was
-    /// there already these are all its properties once more.
+    /// Adds interfaces to a new or a known object. If the object already has one of them, the
+    /// properties update it.
     void add(const std::string& path, Interfaces interfaces);
 
     void change(const std::string& path, const std::string& interface, const Properties& changed,
                 const std::vector<std::string>& invalidated);
     void remove(const std::string& path, const std::vector<std::string>& interfaces);
 
-    /// BlueZ, or the bus, has gone.
+    /// Removes everything: BlueZ or the bus has disappeared.
     void removeAll();
 
-    /// The properties of an interface, or null.
+    /// Returns the properties of an interface, or null.
     const Properties* find(const std::string& path, std::string_view interface) const;
 
-    /// The address of a device, also after its removal while anything below it is left.
+    /// Returns the address of a device, or an empty string. The address is kept after the
+    /// device's removal while an object below its path exists.
     std::string addressOf(const std::string& devicePath) const;
 
-    /// The platform knows one adapter: the first in the order of the object paths. Empty if
-    /// there is none.
+    /// Returns the path of the one adapter that the platform has: the first in the order of
+    /// the object paths. Empty if there is none.
     std::string adapterPath() const;
 
     /// Calls `use(path, properties)` for every object that has the interface.
@@ -61,18 +61,18 @@ public:
                  const std::function<void(const std::string&, const Properties&)>& use) const;
 
 private:
-    void noteAddress(const std::string& path, const Interfaces& interfaces);
-    void forgetAddresses();
+    void storeAddress(const std::string& path, const Interfaces& interfaces);
+    void dropAddresses();
     void changeOne(const std::string& path, const std::string& interface, const Properties& changed,
                    const std::vector<std::string>& invalidated);
     void removeOne(const std::string& path, const std::string& interface);
     void report(const Change& change);
-    void throwKept();
+    void throwFirst();
 
     std::map<std::string, Interfaces> m_objects;
     std::map<std::string, std::string> m_addresses;
     std::vector<std::unique_ptr<BluezReporter>> m_reporters;
-    std::exception_ptr m_kept;
+    std::exception_ptr m_firstError;
 };
 
 }  // namespace corvane::host

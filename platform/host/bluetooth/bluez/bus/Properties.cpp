@@ -1,5 +1,5 @@
-// The properties of one interface of a BlueZ object, read from a message. What
-// has an unexpected type is skipped where it stands; all the rest counts.
+// Reads the properties of an interface of a BlueZ object from a D-Bus message. Values of
+// unexpected types are skipped.
 #include "platform/host/bluetooth/bluez/bus/Properties.h"
 
 #include <optional>

@@ -1,4 +1,5 @@
-// The properties of one interface of a BlueZ object, read from a message.
+// The properties of an interface of a BlueZ object, and functions that read them from a
+// D-Bus message. Reading throws MalformedMessage if the next value has an unexpected type.
 #pragma once
 
 #include <systemd/sd-bus.h>
@@ -14,43 +15,43 @@
 
 namespace corvane::host {
 
-/// The bytes of a{qv} entries, one after the other: two little-endian bytes of the key,
-/// then the entry's own.
+/// The entries of an a{qv} as bytes: for each the key in two little-endian bytes, then the
+/// value.
 using KeyedBytes = std::vector<char>;
 
 using Property = std::variant<bool, std::uint8_t, std::int16_t, std::uint16_t, std::uint32_t,
                               std::string, std::vector<std::string>, KeyedBytes>;
 using Properties = std::map<std::string, Property, std::less<>>;
 
-/// The value of that name, or null if there is none or it has another type.
+/// Returns the value of a property, or null if it is missing or has another type.
 template <typename T>
 const T* findProperty(const Properties& properties, std::string_view name) {
     const auto found = properties.find(name);
     return found == properties.end() ? nullptr : std::get_if<T>(&found->second);
 }
 
-/// The same, or an empty value; also for an interface that isn't there.
+/// Returns the value of a property, or `otherwise`. `properties` may be null.
 template <typename T>
 T propertyOr(const Properties* properties, std::string_view name, T otherwise = {}) {
     const auto* const value = properties == nullptr ? nullptr : findProperty<T>(*properties, name);
     return value == nullptr ? otherwise : *value;
 }
 
-/// What comes next in a message isn't what belongs there.
 class MalformedMessage : public std::exception {};
 
-/// Reads the a{sv} that comes next; values of types not listed above are left out. All
-/// functions that read throw MalformedMessage.
+/// Reads an a{sv}. Values of types that Property does not have are skipped.
 Properties readProperties(sd_bus_message* message);
 
-/// Reads the `as` or string or object path that comes next.
+/// Reads an array of strings.
 std::vector<std::string> readNames(sd_bus_message* message);
+
+/// Reads a string or an object path, as `type` says.
 std::string readName(sd_bus_message* message, char type);
 
-/// Throws MalformedMessage for a negative `result`, else returns it.
+/// Returns `result`, or throws MalformedMessage if it is negative.
 int checked(int result);
 
-/// Reads an array of dictionary entries `contents`, calling `readEntry` inside each.
+/// Reads an array of dictionary entries of the type `contents`. Calls `readEntry` in each.
 template <typename ReadEntry>
 void readDictionary(sd_bus_message* message, const std::string& contents, ReadEntry readEntry) {
     checked(

@@ -31,25 +31,19 @@ std::string readPath(sd_bus_message* call) {
 
 }  // namespace
 
-// Every caller gets as far as onCall(), which rejects all but BlueZ.
 const sd_bus_vtable BluezAgent::interface[] = {
-    SD_BUS_VTABLE_START(SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("Release", "", "", &onCall<&BluezAgent::cancel>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("Cancel", "", "", &onCall<&BluezAgent::cancel>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("RequestPinCode", "o", "s", &onCall<&BluezAgent::requestPinCode>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("DisplayPinCode", "os", "", &onCall<&BluezAgent::displayPinCode>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("RequestPasskey", "o", "u", &onCall<&BluezAgent::requestPasskey>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("DisplayPasskey", "ouq", "", &onCall<&BluezAgent::displayPasskey>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_START(anyCaller),
+    SD_BUS_METHOD("Release", "", "", &onCall<&BluezAgent::cancel>, anyCaller),
+    SD_BUS_METHOD("Cancel", "", "", &onCall<&BluezAgent::cancel>, anyCaller),
+    SD_BUS_METHOD("RequestPinCode", "o", "s", &onCall<&BluezAgent::requestPinCode>, anyCaller),
+    SD_BUS_METHOD("DisplayPinCode", "os", "", &onCall<&BluezAgent::displayPinCode>, anyCaller),
+    SD_BUS_METHOD("RequestPasskey", "o", "u", &onCall<&BluezAgent::requestPasskey>, anyCaller),
+    SD_BUS_METHOD("DisplayPasskey", "ouq", "", &onCall<&BluezAgent::displayPasskey>, anyCaller),
     SD_BUS_METHOD("RequestConfirmation", "ou", "", &onCall<&BluezAgent::requestConfirmation>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
+                  anyCaller),
     SD_BUS_METHOD("RequestAuthorization", "o", "", &onCall<&BluezAgent::requestAuthorization>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("AuthorizeService", "os", "", &onCall<&BluezAgent::authorizeService>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
+                  anyCaller),
+    SD_BUS_METHOD("AuthorizeService", "os", "", &onCall<&BluezAgent::authorizeService>, anyCaller),
     SD_BUS_VTABLE_END,
 };
 

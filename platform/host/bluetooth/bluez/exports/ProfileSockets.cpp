@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <functional>
 #include <utility>
 
 #include "platform/host/bluetooth/bluez/FdReader.h"
@@ -41,14 +42,13 @@ struct ProfileSockets::Connection {
     FdReader reader;
 };
 
-// Every caller gets as far as onCall(), which rejects all but BlueZ.
 const sd_bus_vtable ProfileSockets::interface[] = {
-    SD_BUS_VTABLE_START(SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("Release", "", "", &onCall<&ProfileSockets::release>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_START(anyCaller),
+    SD_BUS_METHOD("Release", "", "", &onCall<&ProfileSockets::release>, anyCaller),
     SD_BUS_METHOD("NewConnection", "oha{sv}", "", &onCall<&ProfileSockets::newConnection>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
+                  anyCaller),
     SD_BUS_METHOD("RequestDisconnection", "o", "", &onCall<&ProfileSockets::requestDisconnection>,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
+                  anyCaller),
     SD_BUS_VTABLE_END,
 };
 

@@ -1,4 +1,4 @@
-// The operations of the AV/C panel behind the keys that BlueZ turns them into.
+// Converts Linux key codes to AV/C panel operations.
 #include "platform/host/bluetooth/bluez/keys/KeyOperations.h"
 
 #include <linux/input-event-codes.h>
@@ -10,12 +10,12 @@ namespace corvane::host {
 
 namespace {
 
-struct Row {
+struct KeyOperation {
     int key;
     unsigned char operation;
 };
 
-constexpr Row table[] = {
+constexpr KeyOperation keyOperations[] = {
     {KEY_SELECT, 0x00},    {KEY_UP, 0x01},          {KEY_DOWN, 0x02},
     {KEY_LEFT, 0x03},      {KEY_RIGHT, 0x04},       {KEY_MENU, 0x09},
     {KEY_PROGRAM, 0x0b},   {KEY_FAVORITES, 0x0c},   {KEY_EXIT, 0x0d},
@@ -40,8 +40,8 @@ constexpr Row table[] = {
 }  // namespace
 
 std::optional<unsigned char> operationOfKey(int key) {
-    const auto* const row = std::ranges::find(table, key, &Row::key);
-    return row == std::end(table) ? std::nullopt : std::optional(row->operation);
+    const auto* const row = std::ranges::find(keyOperations, key, &KeyOperation::key);
+    return row == std::end(keyOperations) ? std::nullopt : std::optional(row->operation);
 }
 
 }  // namespace corvane::host

@@ -2,9 +2,11 @@
 // input device for each remote control, named after it.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/host/bluetooth/bluez/FdReader.h"
 
