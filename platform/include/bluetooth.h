@@ -1,10 +1,10 @@
 /*
- * Bluetooth of the platform: adapter, devices, audio, hands-free gateway, AVRCP,
- * HID host, GATT and sockets. One callback for each kind of event: setting
- * replaces the one before, unsetting clears it. A callback runs on a thread of
- * the platform's choice; strings and records are lent to it for the call.
- * Strings are UTF-8, addresses six hexadecimal pairs joined by colons. Every
- * function returns 0 or a negative error.
+ * The platform's Bluetooth: adapter, devices, audio, hands-free gateway, AVRCP, HID
+ * host, GATT and sockets. Each kind of event has one callback: setting replaces it,
+ * unsetting clears it. The platform chooses the thread on which it calls a callback;
+ * strings and records are valid only during the call. Strings are UTF-8; an address
+ * is six hexadecimal pairs joined by colons. Every function returns 0 or a negative
+ * error.
  */
 #ifndef PLATFORM_BLUETOOTH_H
 #define PLATFORM_BLUETOOTH_H
@@ -48,7 +48,7 @@ typedef enum bt_authentication_type_info_e {
     BT_AUTHENTICATION_PASSKEY_CONFIRM = 4,
 } bt_authentication_type_info_e;
 
-/* `key` is the PIN or the six-digit passkey; empty where there is none. */
+/* `key` is the PIN or the six-digit passkey, or empty. */
 typedef void (*bt_adapter_authentication_req_cb)(int result, bt_authentication_type_info_e type,
                                                  char* name, char* address, char* key,
                                                  void* user_data);
@@ -88,7 +88,7 @@ typedef struct bt_adapter_device_discovery_info_s {
     char* manufacturer_data;
 } bt_adapter_device_discovery_info_s;
 
-/* `info` is never null: its strings are empty unless a device was found. */
+/* `info` is never null; its strings are empty unless a device was found. */
 typedef void (*bt_adapter_device_discovery_state_changed_cb)(
     int result, bt_adapter_device_discovery_state_e state, bt_adapter_device_discovery_info_s* info,
     void* user_data);
@@ -261,7 +261,7 @@ typedef enum bt_socket_role_e {
 
 typedef struct bt_socket_connection_s {
     int socket_fd;
-    int server_fd; /* -1 where there is no listening socket */
+    int server_fd; /* -1 if there is no listening socket */
     bt_socket_role_e local_role;
     char* remote_address;
     char* service_uuid;

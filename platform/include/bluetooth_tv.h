@@ -1,7 +1,7 @@
 /*
- * TV extension of the platform's Bluetooth: product set-up, remote-control
- * volume and keys, the TV's HID accessories and LE audio broadcast. The rules of
- * bluetooth.h hold here too.
+ * TV extension of the platform's Bluetooth: product set-up, remote-control volume and
+ * keys, the TV's HID accessories and LE audio broadcast. The rules in bluetooth.h apply
+ * here, too.
  */
 #ifndef PLATFORM_BLUETOOTH_TV_H
 #define PLATFORM_BLUETOOTH_TV_H
@@ -20,7 +20,7 @@ int bt_product_deinit(void);
 
 /* ---- AVRCP volume, keys and features ---- */
 
-/* Volumes are AVRCP's: 0 to 127. */
+/* Volumes are those of AVRCP: 0 to 127. */
 typedef void (*bt_avrcp_absolute_volume_changed_cb)(const char* address, unsigned short volume,
                                                     void* user_data);
 int bt_avrcp_set_absolute_volume_changed_cb(bt_avrcp_absolute_volume_changed_cb callback,

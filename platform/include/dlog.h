@@ -1,7 +1,7 @@
 /*
- * Platform log: one record is a log buffer, a priority, a tag and a formatted
- * text. Both functions may be called from any thread, never throw and keep no
- * pointer they are given.
+ * The platform's log: a record has a log buffer, a priority, a tag and a formatted
+ * text. Both functions may be called on any thread, never throw, and keep no pointer
+ * to their arguments.
  */
 #ifndef PLATFORM_DLOG_H
 #define PLATFORM_DLOG_H
@@ -23,7 +23,7 @@ enum dlog_priority_e {
 int __dlog_print(int log_id, int prio, const char* tag, const char* fmt, ...)
     __attribute__((format(printf, 4, 5)));
 
-/* The same, into the main buffer. */
+/* Writes to the main buffer, otherwise the same. */
 int dlog_print(int prio, const char* tag, const char* fmt, ...)
     __attribute__((format(printf, 3, 4)));
 

@@ -1,6 +1,6 @@
 /*
- * TV extension of the sound manager: which speakers play. One callback for
- * each kind of event: setting replaces the one before, unsetting clears it.
+ * TV extension of the sound manager: which output route is used. Each kind of event
+ * has one callback: setting replaces it, unsetting clears it.
  * Every function returns 0 or a negative error.
  */
 #ifndef PLATFORM_SOUND_MANAGER_TV_H
@@ -23,7 +23,7 @@ int sound_manager_set_speaker_changed_cb(sound_manager_speaker_changed_cb callba
                                          void* user_data);
 int sound_manager_unset_speaker_changed_cb(void);
 
-/* `view` counts the views of a split screen from 0. */
+/* `view` is the index of a view of the split screen, from 0. */
 typedef void (*sound_manager_multiview_speaker_selection_changed_cb)(sound_tv_output_route_e route,
                                                                      int view, void* user_data);
 int sound_manager_set_multiview_speaker_selection_changed_cb(

@@ -1,6 +1,6 @@
 /*
- * System information: named integers that describe the product. May be called
- * from any thread.
+ * System information: named integers that describe the product. The function may be
+ * called on any thread.
  */
 #ifndef PLATFORM_SYSTEM_INFO_H
 #define PLATFORM_SYSTEM_INFO_H
@@ -11,7 +11,7 @@ extern "C" {
 
 /*
  * Stores the integer named `key` in `*value` and returns 0. Returns a negative
- * error and leaves `*value` alone when there is no such integer.
+ * error and leaves `*value` unchanged if there is no such integer.
  */
 int system_info_get_custom_int(const char* key, int* value);
 
