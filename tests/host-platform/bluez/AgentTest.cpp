@@ -1,4 +1,4 @@
-// The agent: what devices ask, and the answers.
+// The agent: the requests of devices and its answers.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -134,7 +134,7 @@ TEST_F(AgentTest, CancelIsAnsweredAndQuestionsGoOn) {
     EXPECT_EQ(ask("RequestPinCode"), "('ok 0000',)\n");
 }
 
-// The daemon is held up so that the question and its end reach it together.
+// The daemon is stopped, so that the question and its cancellation arrive together.
 TEST_F(AgentTest, QuestionThatIsCancelledIsNotAnswered) {
     start();
     m_daemon->sendSignal(SIGSTOP);

@@ -1,4 +1,4 @@
-// Audio connections, their sound, volume and remote control.
+// Audio connections: streaming, volume and remote control.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -135,7 +135,7 @@ TEST_F(AudioTest, RemoteControlConnectsByTheRolesOfTheRemote) {
     offer(target);
     controlConnected(true);
     EXPECT_EQ(nextEvent("bt-avrcp-control-connection-state-changed"), "connected=true " + address);
-    offer(controller);  // known only later
+    offer(controller);  // becomes known only now
     EXPECT_EQ(nextEvent("bt-avrcp-target-connection-state-changed"), "connected=true " + address);
     controlConnected(false);
     EXPECT_EQ(nextEvent("bt-avrcp-control-connection-state-changed"), "connected=false " + address);

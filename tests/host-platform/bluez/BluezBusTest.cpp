@@ -1,4 +1,4 @@
-// BlueZ and the bus come and go.
+// BlueZ and the bus start, end and restart.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -61,7 +61,7 @@ TEST_F(BluezBusTest, BusThatEndsLeavesTheAdapterOffUntilItIsBack) {
     startBluez();
     mock({"AddAdapter", "ss", "hci0", "desk"});
     EXPECT_EQ(nextState(), "result=0 state=on");
-    // The main-loop library warns of a file descriptor closed under it.
+    // Ecore warns about a file descriptor that is closed while it uses it.
     EXPECT_THAT(m_daemon->errors(), Not(HasSubstr("epoll")));
 }
 

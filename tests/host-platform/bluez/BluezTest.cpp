@@ -1,4 +1,4 @@
-// What BlueZ tells and what the plugins hear of it.
+// Signals of BlueZ and the events that plugins receive.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

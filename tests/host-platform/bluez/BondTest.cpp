@@ -1,4 +1,4 @@
-// Bonds that are made and broken, and those that only seem to be.
+// Bonds that are created and destroyed, and changes that are neither.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

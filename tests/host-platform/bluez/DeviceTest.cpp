@@ -1,4 +1,4 @@
-// Connections of devices, their services and what they are connected for.
+// Connections of devices, their services, and GATT and HID connections.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

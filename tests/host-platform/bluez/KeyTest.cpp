@@ -1,4 +1,4 @@
-// The keys of remote controls, played through pipes that stand in for input devices.
+// The keys of remote controls. Pipes replace their input devices.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The sockets of profiles that BlueZ hands over.
+// The sockets that BlueZ hands over for its profiles.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What is merely found is no event; what ends afterwards is one.
+// The initial state makes no event; the end of a state in it makes one.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ constexpr const char* uuids =
 
 class SnapshotTest : public BluezTvFixture {
 protected:
-    // A device of which everything is on.
+    // A device with every kind of connection.
     void fill() {
         updateDevice(std::string("{'AddressType': <'random'>, 'Paired': <true>, 'Connected': "
                                  "<true>, 'ServicesResolved': <true>, ") +
@@ -30,7 +30,7 @@ protected:
         update(adapter, "org.bluez.Adapter1", "{'Discovering': <true>}");
     }
 
-    // The lines of the event log except the adapter's state and the marks.
+    // The lines of the event log, without the adapter's state and the markers.
     std::string events() const {
         std::string found;
         const auto log = m_daemon->errors();

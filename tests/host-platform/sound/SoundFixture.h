@@ -1,5 +1,5 @@
-// A sound server with two sinks that play nowhere, and the daemon with the event-log
-// plugin, in a directory that lasts for the test.
+// A sound server with two null sinks, and the daemon with the event-log plugin, in a
+// directory of the test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,16 +17,16 @@ protected:
     SoundFixture();
     ~SoundFixture() override;
 
-    /// The daemon must end in order: the checkers of memory and threads report by the
-    /// exit status.
+    /// Expects the daemon to exit with status 0, because the sanitizers report by the exit
+    /// status.
     void TearDown() override;
 
-    /// A server with the sinks tv_speaker, which is the default one, and bt_headset. Waits
-    /// until it answers.
+    /// Starts a server with the sinks tv_speaker, the default, and bt_headset, and waits until
+    /// it answers.
     void startServer();
 
-    /// Waits until the daemon follows the server, where `sink` is the default one. That may
-    /// be before its plugin is ready.
+    /// Waits until the daemon follows the server with `sink` as the default. The plugin may not
+    /// be ready yet.
     void waitForFollower(const std::string& sink = "tv_speaker");
 
     /// Starts the daemon with a settings file.
@@ -38,10 +38,10 @@ protected:
     /// Runs pactl. Expects success.
     std::string pactl(std::vector<std::string> arguments) const;
 
-    /// The number of speaker-changed events up to now.
+    /// Returns the number of speaker-changed events so far.
     int speakerEvents() const;
 
-    /// What the plugin writes of the next speaker-changed event, behind its name.
+    /// Returns the rest of the plugin's line for the next speaker-changed event.
     std::string nextSpeaker();
 
     std::map<std::string, std::string> environment() const;

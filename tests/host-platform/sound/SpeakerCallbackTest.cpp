@@ -1,5 +1,5 @@
-// The speaker-changed callback of the platform itself: who calls it, and when the thread
-// that watches the sound server exists.
+// The platform's speaker-changed callback: the thread that calls it, and when the sound
+// server's thread exists.
 #include <Ecore.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -25,8 +25,8 @@ auto threads() {
     return std::distance(begin(tasks), end(tasks));
 }
 
-// Runs the main loop, if there is one, which starts and stops the thread. One that has been
-// joined may be listed for another moment.
+// Runs the main loop, if there is one, which starts and stops the thread. The kernel may list a
+// joined thread for a moment longer.
 bool threadsBecome(std::ptrdiff_t count) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (threads() != count && std::chrono::steady_clock::now() < deadline) {
@@ -63,8 +63,8 @@ protected:
 
     ~SpeakerCallbackTest() override { sound_manager_unset_speaker_changed_cb(); }
 
-    // Once, for all tests. The library's handler for the ends of children, of which the
-    // tests have many, isn't safe.
+    // Once for all tests: Ecore's handler for child processes is not safe, and the tests start
+    // many.
     static void startMainLoop() {
         if (!mainLoopStarted) {
             ASSERT_GT(ecore_init(), 0);
@@ -81,7 +81,7 @@ protected:
 
     static inline bool mainLoopStarted = false;
 
-    // Runs the main loop while the default sink changes, until there was a call.
+    // Runs the main loop while the default sink changes, until the callback was called.
     void changeSinksUntilCalled(const Call& call) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         for (int i = 0; call.count == 0 && std::chrono::steady_clock::now() < deadline; ++i) {
@@ -99,7 +99,7 @@ protected:
     }
 };
 
-// The first test of the program: the others leave a main loop behind.
+// Must be the first test of the program, because the others initialize the main loop.
 TEST_F(SpeakerCallbackTest, StartsNothingWithoutAMainLoop) {
     const auto before = threads();
     Call call;

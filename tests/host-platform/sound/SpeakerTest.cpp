@@ -1,4 +1,4 @@
-// Speaker-changed events from a sound server, up to the plugin.
+// Speaker-changed events, from a sound server to the plugin.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -107,7 +107,7 @@ TEST_F(SpeakerTest, TakesTheServerOfTheSettings) {
     EXPECT_EQ(nextSpeaker(), "route=speaker");
 }
 
-// Found when it comes, not mentioned before.
+// The server is found when it starts and not logged before.
 TEST_F(SpeakerTest, IsSilentWithoutAServer) {
     startDaemon();
     waitForPlugin();

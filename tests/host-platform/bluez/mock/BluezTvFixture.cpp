@@ -1,4 +1,4 @@
-// The daemon with a BlueZ that has an adapter and a device, and does all a BlueZ does.
+// The daemon with a mock of BlueZ that has an adapter and a device.
 #include "tests/host-platform/bluez/mock/BluezTvFixture.h"
 
 void BluezTvFixture::startTvBluez() {

@@ -1,4 +1,4 @@
-// The daemon with a BlueZ that has an adapter and a device, and does all a BlueZ does.
+// The daemon with a mock of BlueZ that has an adapter and a device.
 #pragma once
 
 #include <string>
@@ -17,22 +17,22 @@ protected:
     /// Starts the bus and BlueZ, with an adapter that is on and the device.
     void startTv();
 
-    /// Starts the daemon as well, with more lines of the settings' section of BlueZ, and
-    /// waits until it has seen the adapter.
+    /// Also starts the daemon, with additional lines in the settings section [bluez], and waits
+    /// until it has reported the adapter.
     void startAll(const std::string& bluezSettings = "");
     void startDaemonThere(const std::string& bluezSettings = "");
 
-    /// Starts BlueZ alone, without an adapter.
+    /// Starts only BlueZ, without an adapter.
     void startTvBluez();
 
-    /// A method of the mock with `arguments` as gdbus takes them; returns its answer.
+    /// Calls a method of the mock with `arguments` as gdbus takes them. Returns its answer.
     std::string call(const std::string& method, const std::vector<std::string>& arguments) const;
 
     void addInterface(const std::string& path, const std::string& interface,
                       const std::string& properties) const;
     void removeInterface(const std::string& path, const std::string& interface) const;
 
-    /// Changes properties, known or new ones, with the signal.
+    /// Changes or adds properties and emits the signal.
     void update(const std::string& path, const std::string& interface,
                 const std::string& properties) const;
 
@@ -42,10 +42,10 @@ protected:
     /// Emits PropertiesChanged of the device with nothing but an invalidated property.
     void invalidate(const std::string& property) const;
 
-    /// Waits until the daemon has handled all signals up to now.
+    /// Waits until the daemon has handled all signals sent so far.
     void settle();
 
-    /// How often the daemon has reported the event up to now.
+    /// Returns how many times the daemon has reported the event so far.
     int countOf(const std::string& event) const;
 
     std::string daemonId() const { return std::to_string(m_daemon->id()); }

@@ -1,10 +1,10 @@
-'''A BlueZ for tests: the mock that python3-dbusmock has, and on top of it
+'''A mock of BlueZ for tests. It extends the one of python3-dbusmock with
 
-- interfaces that come to objects and go from them (AddInterface, RemoveInterface),
-- properties that change, also to what the mock doesn't know, or without a signal,
+- interfaces that are added to objects and removed from them (AddInterface, RemoveInterface),
+- properties of any name and type that change, with or without a signal,
 - calls from BlueZ to a client's agent and profiles, with real sockets.
 
-Clients are named by the number of their process.
+A client is named by its process id.
 '''
 
 import socket
@@ -70,7 +70,7 @@ def RemoveInterface(self, path, interface):
 
 @dbus.service.method(MOCK, in_signature='osa{sv}as', out_signature='')
 def ChangeProperties(self, path, interface, properties, invalidated):
-    '''Also new ones, of any type: the mock's own method is for those it knows.'''
+    '''Changes or adds properties of any type; the mock's own method only changes known ones.'''
     mocked = mockobject.objects[path]
     mocked.props[interface].update(properties)
     mocked.EmitSignal(dbus.PROPERTIES_IFACE, 'PropertiesChanged', 'sa{sv}as',
@@ -84,7 +84,7 @@ def SetSilently(self, path, interface, name, value):
 
 @dbus.service.method(MOCK, in_signature='isav', out_signature='s', async_callbacks=('ok', 'err'))
 def CallAgent(self, pid, method, arguments, ok, err):
-    '''The client's answer, or the name of its error.'''
+    '''Returns the client's answer, or the name of its error.'''
     path = mockobject.objects['/org/bluez'].agent_paths[-1]
     self.connection.call_async(
         client(self.connection, pid), path, 'org.bluez.Agent1', method, AGENT_SIGNATURES[method],
@@ -94,7 +94,7 @@ def CallAgent(self, pid, method, arguments, ok, err):
 
 @dbus.service.method(MOCK, in_signature='io', out_signature='')
 def AskAndCancel(self, pid, device):
-    '''Sends a question and, without waiting for its answer, the end of it.'''
+    '''Sends a question and its cancellation, without waiting for the answer.'''
     agent = client(self.connection, pid)
     path = mockobject.objects['/org/bluez'].agent_paths[-1]
     for method, arguments in (('RequestPinCode', [device]), ('Cancel', [])):
@@ -116,7 +116,7 @@ def AgentAnswers(self):
 
 @dbus.service.method(MOCK, in_signature='', out_signature='s')
 def Agents(self):
-    '''The agents with their capabilities.'''
+    '''Returns the agents with their capabilities.'''
     bluez = mockobject.objects['/org/bluez']
     return ' '.join(f'{path} {bluez.capabilities[path]}' for path in bluez.agent_paths)
 
@@ -146,7 +146,7 @@ def SendToSocket(self, text):
 
 @dbus.service.method(MOCK, in_signature='i', out_signature='s')
 def ReceiveFromSocket(self, size):
-    '''Empty once the other side has closed it.'''
+    '''Returns an empty text if the other side has closed the socket.'''
     sockets[-1].settimeout(10)
     return sockets[-1].recv(size).decode()
 
