@@ -70,7 +70,6 @@ void requireUsable(const Settings& settings) {
     REQUIRE(settings.log.level == 0 || (settings.log.level >= 3 && settings.log.level <= 6));
     REQUIRE(settings.inject.socket.size() <= 107);
     REQUIRE(settings.inject.threads <= 8);
-    REQUIRE(settings.log.flush.count() >= 0 && settings.log.flush.count() <= 60000);
     REQUIRE(settings.callbacks.slow.count() >= 0 && settings.callbacks.slow.count() <= 3600000);
     REQUIRE(settings.bluez.inputDirectory[0] == '/');
     REQUIRE(std::ranges::all_of(settings.bluez.profiles, isUuid));
@@ -83,7 +82,6 @@ std::string write(const Settings& settings) {
     std::string text = "[log]\noutput=";
     text += outputs[static_cast<int>(settings.log.output)];
     text += settings.log.file.empty() ? "" : "\nfile=" + settings.log.file;
-    text += "\nflush_ms=" + std::to_string(settings.log.flush.count());
     text += settings.log.level == 0 ? "" : std::string("\nlevel=") + levels[settings.log.level - 3];
     text += "\n[system-info]\n";
     for (const auto& [key, value] : settings.systemInfo) {

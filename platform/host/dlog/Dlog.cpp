@@ -1,8 +1,16 @@
-// Platform log. In the journal a record has fields; elsewhere it is a line:
+// The platform log. In the journal a record has fields; elsewhere it is a line:
 //     12:34:56.789 4711 I TAG: text
-// Time is local, the number is the thread's, the letter is the priority's (D, I, W, E).
-// Control characters in the line become spaces, so no record can pass for two.
+// The time is local, the number is the thread's, the letter is the priority's (D, I, W, E).
+// Nothing is kept in memory, so a process that is killed loses no line that it has logged.
+#define SD_JOURNAL_SUPPRESS_LOCATION  // a record names its caller, not a place in this file
 #include <dlog.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/uio.h>
+#include <syslog.h>
+#include <systemd/sd-journal.h>
+#include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -11,16 +19,14 @@
 #include <cstddef>
 #include <cstdio>
 #include <exception>
-#include <memory>
+#include <memory_resource>
+#include <mutex>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/host/dlog/Controls.h"
-#include "platform/host/dlog/FormatText.h"
-#include "platform/host/dlog/LineHead.h"
-#include "platform/host/dlog/LogBuffer.h"
 #include "platform/host/dlog/LogDestination.h"
-#include "platform/host/dlog/LogJournal.h"
-#include "platform/host/dlog/LogStream.h"
 #include "platform/host/libraries/PlatformApi.h"
 #include "platform/host/settings/Settings.h"
 
@@ -28,95 +34,135 @@ namespace corvane::host {
 
 namespace {
 
-int writeTo(const LogDestination& destination, int priority, const char* line, std::size_t size) {
-    return destination.buffer == nullptr
-               ? writeLogLines(destination.fd, line, size)
-               : destination.buffer->add(line, size, priority >= DLOG_PRIORITY_ERROR);
+// A pipe takes a long line in pieces; no other thread may write between them.
+constinit std::mutex lineMutex;
+bool lineIsTorn = false;  // only a part of the last line was written
+
+// A child of fork() would inherit the mutex locked, without the thread that unlocks it.
+void holdMutexDuringForks() {
+    [[maybe_unused]] static const int registered = pthread_atfork(
+        [] { lineMutex.lock(); }, [] { lineMutex.unlock(); }, [] { lineMutex.unlock(); });
 }
 
-/// Where the parts of a line end. In the journal all but the text are fields.
-struct Parts {
-    std::size_t start;  // time, thread, priority
-    std::size_t head;   // tag and colon
+// Makes one system call, unless the system takes only a part of the line. Blocks SIGPIPE, which
+// would end the process, without changing how the process itself handles that signal.
+int writeWhole(int fd, std::string_view line) {
+    sigset_t pipe;
+    sigset_t before;
+    sigemptyset(&pipe);
+    sigaddset(&pipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &pipe, &before);
+    int error = 0;
+    for (std::size_t done = 0; done < line.size() && error == 0;) {
+        const ssize_t written = ::write(fd, line.data() + done, line.size() - done);
+        if (written > 0) {
+            done += static_cast<std::size_t>(written);
+            lineIsTorn = line[done - 1] != '\n';
+        } else if (written < 0 && errno != EINTR) {
+            error = errno;
+        }
+    }
+    if (error == EPIPE && sigismember(&before, SIGPIPE) == 0) {
+        const timespec noWait{};
+        sigtimedwait(&pipe, nullptr, &noWait);
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return -error;
+}
+
+int writeLine(int fd, int priority, std::string_view tag, const std::pmr::string& text) {
+    holdMutexDuringForks();
+    const std::lock_guard lock(lineMutex);
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    tm local{};
+    localtime_r(&now.tv_sec, &local);
+    const bool isKnown = priority >= DLOG_PRIORITY_DEBUG && priority <= DLOG_PRIORITY_ERROR;
+    std::array<char, 64> head;
+    std::snprintf(head.data(), head.size(), "%02d:%02d:%02d.%03ld %d %c ", local.tm_hour,
+                  local.tm_min, local.tm_sec, now.tv_nsec / 1000000, gettid(),
+                  isKnown ? "DIWE"[priority - DLOG_PRIORITY_DEBUG] : '?');
+
+    std::pmr::string line(text.get_allocator());
+    line.reserve(head.size() + tag.size() + text.size());
+    line.append(head.data()).append(tag).append(": ").append(text);
+    replaceControls(line, NewLines::replaced);
+    line += '\n';
+    if (lineIsTorn) {
+        line.insert(line.begin(), '\n');
+    }
+    return writeWhole(fd, line);
+}
+
+/// A place in a source file. It is unknown if it has no file or no function.
+struct Place {
+    const char* file = nullptr;
+    const char* function = nullptr;
+    int line = 0;
 };
 
-// The parts are followed by the text, and that by a byte of no meaning.
-int writeRecord(const LogDestination& destination, int priority, const char* tag, char* line,
-                const Parts& parts, std::size_t textSize, const LogPlace& place) {
-    char* const text = line + parts.head;
-    if (textSize > 0 && text[textSize - 1] == '\n') {
-        --textSize;
+// Returns the place that the daemon's log header puts in front of its lines. It comes from the
+// arguments, so that no text can forge it.
+Place placeOf(std::string_view format, va_list arguments) {
+    Place place;
+    if (format.starts_with("%s: %s(%d) > ")) {
+        place.file = va_arg(arguments, const char*);
+        place.function = va_arg(arguments, const char*);
+        place.line = va_arg(arguments, int);
     }
-    if (destination.journal) {
-        replaceControls(text, textSize, NewLines::kept);
-        return sendToJournal(priority, tag, {text, textSize}, place);
-    }
-    replaceControls(line + parts.start, parts.head - parts.start + textSize, NewLines::replaced);
-    text[textSize] = '\n';
-    return writeTo(destination, priority, line, parts.head + textSize + 1);
-}
-
-void addTag(char* at, std::string_view tag) {
-    at = std::copy(tag.begin(), tag.end(), at);
-    at[0] = ':';
-    at[1] = ' ';
-}
-
-// The place in the source that the daemon's log header puts in front of its lines.
-LogPlace placeOf(std::string_view format, va_list arguments) {
-    if (!format.starts_with("%s: %s(%d) > ")) {
-        return {};
-    }
-    va_list again;
-    va_copy(again, arguments);
-    const char* const file = va_arg(again, const char*);
-    const char* const function = va_arg(again, const char*);
-    const LogPlace place{file, function, va_arg(again, int)};
-    va_end(again);
     return place;
+}
+
+int sendToJournal(int priority, const char* tag, std::pmr::string& text, const Place& place) {
+    constexpr std::array priorities{LOG_DEBUG, LOG_INFO, LOG_WARNING, LOG_ERR};
+    const int syslogPriority =
+        priorities[std::clamp<int>(priority, DLOG_PRIORITY_DEBUG, DLOG_PRIORITY_ERROR) -
+                   DLOG_PRIORITY_DEBUG];
+    replaceControls(text, NewLines::kept);
+    std::vector<std::string> fields{std::string("MESSAGE=").append(text),
+                                    "PRIORITY=" + std::to_string(syslogPriority),
+                                    std::string("SYSLOG_IDENTIFIER=") + tag};
+    if (place.file != nullptr && place.function != nullptr) {
+        fields.push_back(std::string("CODE_FILE=") + place.file);
+        fields.push_back("CODE_LINE=" + std::to_string(place.line));
+        fields.push_back(std::string("CODE_FUNC=") + place.function);
+    }
+    std::vector<iovec> vectors;
+    for (std::string& field : fields) {
+        vectors.push_back({field.data(), field.size()});
+    }
+    return sd_journal_sendv(vectors.data(), static_cast<int>(vectors.size()));
+}
+
+int write(const LogDestination& destination, int priority, const char* tag, std::pmr::string& text,
+          const Place& place) {
+    return destination.isJournal ? sendToJournal(priority, tag, text, place)
+                                 : writeLine(destination.fd, priority, tag, text);
 }
 
 int printTo(const LogDestination& destination, int priority, const char* tag, const char* format,
             va_list arguments) {
-    const int errorBefore = errno;  // "%m" prints it, and logging must not change it
-    std::array<char, 1024> line;
-    const std::string_view tagText = tag == nullptr ? "" : tag;
-    const LogPlace place = destination.journal ? placeOf(format, arguments) : LogPlace{};
-    Parts parts{0, 0};
-    bool headFits = true;
-    if (!destination.journal) {
-        parts.start = formatHead(line.data(), priority);
-        parts.head = parts.start + tagText.size() + 2;
-        headFits = parts.head < line.size();
-        if (headFits) {
-            addTag(line.data() + parts.start, tagText);
-        }
-    }
-
+    const int error = errno;  // "%m" prints it
     va_list again;
     va_copy(again, arguments);
-    errno = errorBefore;
-    const int text = formatText(headFits ? line.data() + parts.head : nullptr,
-                                headFits ? line.size() - parts.head : 0, format, arguments);
-    const auto textSize = static_cast<std::size_t>(text);
-    int result = 0;
-    if (text < 0) {
-        result = -EINVAL;
-    } else if (parts.head + textSize < line.size()) {
-        result = writeRecord(destination, priority, tag, line.data(), parts, textSize, place);
-    } else {
-        const std::unique_ptr<char[]> longLine(new char[parts.head + textSize + 1]);
-        if (!destination.journal) {
-            std::copy_n(line.data(), parts.start, longLine.get());
-            addTag(longLine.get() + parts.start, tagText);
-        }
-        errno = errorBefore;
-        std::vsnprintf(longLine.get() + parts.head, textSize + 1, format, again);
-        result = writeRecord(destination, priority, tag, longLine.get(), parts, textSize, place);
-    }
+    const int size = std::vsnprintf(nullptr, 0, format, again);
     va_end(again);
-    errno = errorBefore;
-    return result < 0 ? result : text;
+    if (size < 0) {
+        return -EINVAL;
+    }
+    // A line of usual length needs no other memory, so it can report that there is none.
+    std::array<std::byte, 4096> memory;
+    std::pmr::monotonic_buffer_resource resource(memory.data(), memory.size());
+    std::pmr::string text(static_cast<std::size_t>(size), '\0', &resource);
+    va_copy(again, arguments);
+    errno = error;
+    std::vsnprintf(text.data(), text.size() + 1, format, again);
+    va_end(again);
+    if (text.ends_with('\n')) {
+        text.pop_back();
+    }
+    const int result = write(destination, priority, tag, text, placeOf(format, arguments));
+    return result < 0 ? result : size;
 }
 
 struct Log {
@@ -124,19 +170,13 @@ struct Log {
     LogDestination destination;
 };
 
-void complain(const LogDestination& destination, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    printTo(destination, DLOG_PRIORITY_ERROR, "SETTINGS", format, arguments);
-    va_end(arguments);
-}
-
-// What is wrong with the settings is said whatever the level.
+// Reports wrong settings at any level.
 Log openLog() {
     auto complaints = settings().complaints;
     const auto destination = openLogDestination(settings(), complaints);
-    for (const auto& complaint : complaints) {
-        complain(destination, "%s", complaint.c_str());
+    for (const std::string& complaint : complaints) {
+        std::pmr::string text(complaint);
+        write(destination, DLOG_PRIORITY_ERROR, "SETTINGS", text, {});
     }
     return {settings().log.level, destination};
 }
@@ -145,15 +185,20 @@ int print(int priority, const char* tag, const char* format, va_list arguments) 
     if (format == nullptr) {
         return -EINVAL;
     }
+    const int error = errno;
+    int result = 0;
     try {
-        const int errorBefore = errno;
         static const Log log = openLog();
-        errno = errorBefore;
-        return priority < log.level ? 0
-                                    : printTo(log.destination, priority, tag, format, arguments);
+        if (priority >= log.level) {
+            errno = error;
+            result =
+                printTo(log.destination, priority, tag == nullptr ? "" : tag, format, arguments);
+        }
     } catch (const std::exception&) {
-        return -ENOMEM;
+        result = -ENOMEM;
     }
+    errno = error;
+    return result;
 }
 
 }  // namespace

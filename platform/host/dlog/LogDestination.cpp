@@ -1,4 +1,4 @@
-// Chooses where the log goes.
+// Opens the destination of the log.
 #include "platform/host/dlog/LogDestination.h"
 
 #include <fcntl.h>
@@ -9,15 +9,14 @@
 #include <cerrno>
 #include <system_error>
 
-#include "platform/host/dlog/LogBuffer.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
 
 namespace {
 
-// The service manager names the stream it gave to a service as standard error, which may
-// have been replaced since.
+// The service manager names the stream that it opened as a service's standard error. The service
+// may have replaced it since.
 bool standardErrorLeadsToJournal() {
     const char* const stream = secure_getenv("JOURNAL_STREAM");
     struct stat status {};
@@ -26,13 +25,14 @@ bool standardErrorLeadsToJournal() {
 }
 
 LogDestination standardError() {
-    // A descriptor that is free now will be somebody else's file or socket soon.
+    // If the descriptor is closed, the next file or socket of the process will get its number.
     const bool isOpen = fcntl(STDERR_FILENO, F_GETFD) >= 0;
     return {false, isOpen ? STDERR_FILENO : -1};
 }
 
-// Never one of the first three descriptors, where others would write. A link may lead to any file
-// this process can write. A pipe or a device must not be waited for.
+// Refuses links, which could lead to any file that this process can write. O_NONBLOCK keeps a pipe
+// or a device from blocking the process. The result is none of the first three descriptors, which
+// other code writes to.
 int openFile(const std::string& path) {
     constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NOFOLLOW;
     const int fd = open(path.c_str(), flags | O_NONBLOCK, 0640);
@@ -46,21 +46,6 @@ int openFile(const std::string& path) {
     return higher;
 }
 
-// A device or a pipe has a reader who waits.
-bool isPlainFile(int fd) {
-    struct stat status {};
-    return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-// Without a thread to be had, lines don't wait.
-LogBuffer* bufferOf(int fd, std::chrono::milliseconds patience) {
-    try {
-        return patience.count() > 0 && isPlainFile(fd) ? LogBuffer::open(fd, patience) : nullptr;
-    } catch (const std::system_error&) {
-        return nullptr;
-    }
-}
-
 }  // namespace
 
 LogDestination openLogDestination(const Settings& settings, std::vector<std::string>& complaints) {
@@ -70,7 +55,7 @@ LogDestination openLogDestination(const Settings& settings, std::vector<std::str
         case LogOutput::standardError:
             break;
         case LogOutput::journal:
-            // The journal's own library drops records in silence where there is no journal.
+            // Without a journal, its library drops records and reports no error.
             if (access("/run/systemd/journal/socket", F_OK) == 0) {
                 return {true, -1};
             }
@@ -80,7 +65,7 @@ LogDestination openLogDestination(const Settings& settings, std::vector<std::str
             if (settings.log.file.empty()) {
                 complaints.emplace_back("[log] output is file, but no file is given");
             } else if (const int fd = openFile(settings.log.file); fd >= 0) {
-                return {false, fd, bufferOf(fd, settings.log.flush)};
+                return {false, fd};
             } else {
                 complaints.push_back(
                     "the log can't go to " + settings.log.file + ": " +

@@ -1,5 +1,5 @@
-// Where the log goes: to the journal, a file or the standard error, as the settings and
-// the environment say.
+// Where the log goes: the journal, a file or the standard error, as the settings and the
+// environment say.
 #pragma once
 
 #include <string>
@@ -7,17 +7,15 @@
 
 namespace corvane::host {
 
-class LogBuffer;
 struct Settings;
 
 struct LogDestination {
-    bool journal;
-    int fd;               // if it isn't the journal; -1: there is no place
-    LogBuffer* buffer{};  // in front of `fd`; null: each line is written at once
+    bool isJournal;
+    int fd;  // for lines, unless it is the journal; -1 if there is no place for them
 };
 
-/// Opens what the settings ask for, or else the standard error, with a complaint. Called
-/// once; what it opens stays open. Errors: std::bad_alloc.
+/// Opens what the settings name. If that fails, adds a complaint and takes the standard error.
+/// Called once; what it opens stays open. Errors: std::bad_alloc.
 LogDestination openLogDestination(const Settings& settings, std::vector<std::string>& complaints);
 
 }  // namespace corvane::host

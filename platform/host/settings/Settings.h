@@ -23,8 +23,6 @@ struct Settings {
     struct Log {
         LogOutput output = LogOutput::automatic;
         std::string file;
-        std::chrono::milliseconds flush{
-            100};       // how long a line may wait in memory; 0: it does not wait
         int level = 0;  // the lowest priority that is written; 0: all
     };
     struct Inject {

@@ -26,9 +26,8 @@ protected:
         const auto small = m_sandbox.directory() / "small";
         fs::create_directory(small);
         m_sandbox.addPlugin("libfoo.so", "subscriber");
-        m_sandbox.setSettings(
-            "[callbacks]\nslow_ms = 0\n[log]\noutput = file\nflush_ms = 0\nfile = " +
-            (small / "log").string() + "\n[inject]\nsocket = small/inject\n");
+        m_sandbox.setSettings("[callbacks]\nslow_ms = 0\n[log]\noutput = file\nfile = " +
+                              (small / "log").string() + "\n[inject]\nsocket = small/inject\n");
         m_sandbox.setEnvironment("CORVANE_INJECT_SOCKET", "");
         const auto starter =
             starterWithMounts("mount -t tmpfs -o mode=0700," + options + " none small; " + script);

@@ -1,5 +1,5 @@
-// The daemon as a service: a real journal, in a directory /run that only the test's
-// programs see. And the daemon with a standard error that takes nothing.
+// The daemon's log in a real journal, which runs in a private /run of the test's programs, and the
+// daemon with a standard error that cannot be written.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -59,7 +59,7 @@ protected:
         auto probe = unshare;
         probe.insert(probe.end(), {"mount", "-t", "tmpfs", "none", "/run"});
         if (ChildProcess::run({probe}).status != 0) {
-            GTEST_SKIP() << "this machine lets nobody have a /run of their own";
+            GTEST_SKIP() << "this machine does not allow a private /run";
         }
         auto command = unshare;
         command.insert(
@@ -75,7 +75,7 @@ protected:
         ASSERT_EQ(waiting.status, 0) << m_journal->errors();
     }
 
-    // A command in the same view of the file system.
+    // Runs a command in the mount namespace of the journal.
     std::vector<std::string> beside(const std::vector<std::string>& command) const {
         std::vector<std::string> result{"nsenter", "-t", std::to_string(m_journal->id()), "-m"};
         if (geteuid() != 0) {
@@ -90,7 +90,7 @@ protected:
 };
 
 TEST_F(JournalTest, HasTheDaemonsRecordsAndTheStandardErrorHasNone) {
-    // Merging, it doesn't insist on a journal that has begun already.
+    // With --merge, journalctl also starts before the journal has its first file.
     ChildProcess reader({beside({"journalctl", "--directory=/run/log/journal", "--merge",
                                  "--follow", "--lines=all", "--output=json"})});
     ChildProcess running(daemon(

@@ -1,11 +1,16 @@
-// The platform log in a file: what a line waits for, and that no end of the process loses it.
+// The platform log of a whole process, in a file and on the standard error: lines stay whole, and
+// no end of the process loses a line.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/host-platform/unit/settings/SettingsFixture.h"
@@ -14,93 +19,70 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-class DlogFileTest : public SettingsFixture {
+class DlogFileTest : public SettingsFixture, public testing::WithParamInterface<const char*> {
 protected:
-    void keepLinesFor(const std::string& milliseconds) {
-        write("[log]\noutput = file\nfile = " + file() + "\nflush_ms = " + milliseconds + '\n');
-    }
-
+    // Returns how the program ended.
     int run(const std::string& what) {
-        return ChildProcess::run({{LOG_FILE_PROGRAM, what, file()}}).status;
+        const std::string file = directory() / "log";
+        std::filesystem::remove(file);
+        write(std::string("[log]\noutput = ") + GetParam() + "\nfile = " + file + '\n');
+        const auto result = ChildProcess::run({{LOG_PROGRAM, what}});
+        std::ifstream stream(file);
+        m_log = std::string(std::istreambuf_iterator<char>(stream), {}) + result.errors;
+        return result.status;
     }
 
-    std::vector<std::string> texts() {
+    std::vector<std::string> texts() const {
         std::vector<std::string> result;
-        std::ifstream stream(file());
+        std::istringstream stream(m_log);
         for (std::string line; std::getline(stream, line);) {
-            result.push_back(line.substr(line.find("TEST: ") + 6));
+            const auto start = line.find("TEST: ");
+            result.push_back(start == line.npos ? line : line.substr(start + 6));
         }
         return result;
     }
 
-    static constexpr const char* forAMinute = "60000";
-
 private:
-    std::string file() const { return directory() / "log"; }
+    std::string m_log;
 };
 
-TEST_F(DlogFileTest, ALineIsInTheFileWhenItsTimeHasCome) {
-    keepLinesFor("50");
-    EXPECT_EQ(run("in-time"), 0);
-    EXPECT_THAT(texts(), ElementsAre("there at once", "waits"));
-}
-
-TEST_F(DlogFileTest, ALineThatMayNotWaitIsInTheFileAtOnce) {
-    keepLinesFor("0");
-    EXPECT_EQ(run("no-end"), 0);
+TEST_P(DlogFileTest, HasTheLineOfAProcessThatIsKilled) {
+    EXPECT_EQ(run("kill"), -SIGKILL);
     EXPECT_THAT(texts(), ElementsAre("before"));
 }
 
-TEST_F(DlogFileTest, AnEndThatNobodyIsToldOfLosesWhatWaits) {
-    keepLinesFor(forAMinute);
-    EXPECT_EQ(run("no-end"), 0);
-    EXPECT_THAT(texts(), IsEmpty());
+TEST_P(DlogFileTest, HasTheLineOfAProcessThatEndsWithoutExitHandlers) {
+    EXPECT_EQ(run("exit"), 0);
+    EXPECT_THAT(texts(), ElementsAre("before"));
 }
 
-TEST_F(DlogFileTest, AnErrorIsInTheFileAtOnceWithAllBeforeIt) {
-    keepLinesFor(forAMinute);
-    EXPECT_EQ(run("error"), 0);
-    EXPECT_THAT(texts(), ElementsAre("before", "error"));
-}
-
-TEST_F(DlogFileTest, TheEndOfTheProcessLosesNothingEvenOfWhatRunsLater) {
-    keepLinesFor(forAMinute);
-    EXPECT_EQ(run("end"), 0);
-    EXPECT_THAT(texts(), ElementsAre("before", "later"));
-}
-
-TEST_F(DlogFileTest, AnAbortLosesNothing) {
-    keepLinesFor(forAMinute);
+TEST_P(DlogFileTest, HasTheLineOfAProcessThatAborts) {
     EXPECT_EQ(run("abort"), -SIGABRT);
     EXPECT_THAT(texts(), ElementsAre("before"));
 }
 
-// The sanitizers handle these themselves.
+// The sanitizers handle these signals themselves.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-TEST_F(DlogFileTest, AFaultLosesNothingAndEndsTheProcessAsEver) {
-    keepLinesFor(forAMinute);
-    EXPECT_EQ(run("fault"), -SIGSEGV);
-    EXPECT_THAT(texts(), ElementsAre("before"));
-}
-
-TEST_F(DlogFileTest, ASignalThatSomebodySendsLosesNothingAndEndsTheProcessAsEver) {
-    keepLinesFor(forAMinute);
-    EXPECT_EQ(run("signal"), -SIGBUS);
-    EXPECT_THAT(texts(), ElementsAre("before"));
+TEST_P(DlogFileTest, DoesNotChangeHowASignalEndsTheProcess) {
+    for (const auto& [what, number] : {std::pair{"signal", SIGBUS}, {"fault", SIGSEGV}}) {
+        EXPECT_EQ(run(what), -number);
+        EXPECT_THAT(texts(), ElementsAre("before"));
+    }
 }
 #endif
 
-TEST_F(DlogFileTest, AChildWritesNoLineOfItsParent) {
-    keepLinesFor("500");
-    EXPECT_EQ(run("fork"), 0);
-    EXPECT_THAT(texts(), testing::UnorderedElementsAre("there at once", "waits", "before", "child",
-                                                       "after"));
+TEST_P(DlogFileTest, HasTheLinesOfExitHandlers) {
+    EXPECT_EQ(run("at-exit"), 0);
+    EXPECT_THAT(texts(), ElementsAre("before", "later"));
 }
 
-TEST_F(DlogFileTest, LinesOfSeveralThreadsAreWholeHoweverLong) {
-    keepLinesFor("1");
+TEST_P(DlogFileTest, HasEachLineOfAParentAndItsChildOnce) {
+    EXPECT_EQ(run("child"), 0);
+    EXPECT_THAT(texts(), ElementsAre("before", "child", "after"));
+}
+
+TEST_P(DlogFileTest, HasWholeLinesOfSeveralThreadsHoweverLong) {
     EXPECT_EQ(run("threads"), 0);
     std::map<char, std::vector<std::size_t>> sizes;
     for (const std::string& text : texts()) {
@@ -118,5 +100,8 @@ TEST_F(DlogFileTest, LinesOfSeveralThreadsAreWholeHoweverLong) {
         }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(All, DlogFileTest, testing::Values("file", "stderr"),
+                         [](const auto& parameter) { return std::string(parameter.param); });
 
 }  // namespace

@@ -1,5 +1,5 @@
-// A program that logs to a socket of its own at the journal's place, then writes the
-// records out, one a line, with '|' between their fields.
+// A program that logs to its own socket at the journal's path, then prints the records: one per
+// line, with '|' between the fields.
 #include <dlog.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -32,7 +32,7 @@ int openJournal() {
     return fd;
 }
 
-// A value with line ends follows its name by its size, in eight bytes, instead of '='.
+// A value that contains newlines is preceded by its size, in eight bytes, instead of '='.
 std::string readable(std::string_view record) {
     std::string result;
     while (!record.empty()) {

@@ -1,5 +1,5 @@
-// The journal as the place of the log: a socket stands in for it, in a directory /run
-// that only the test's program sees.
+// The log in the journal. A socket stands in for the journal, in a private /run of the test's
+// program.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@ class LogJournalTest : public testing::Test {
 protected:
     void SetUp() override {
         if (runPrivately("true").status != 0) {
-            GTEST_SKIP() << "this machine lets nobody have a /run of their own";
+            GTEST_SKIP() << "this machine does not allow a private /run";
         }
     }
 

@@ -1,19 +1,29 @@
-// A program that logs, for tests of what a process has only one of: its
-// environment, its standard error and its threads.
+// A program that logs, for tests of what a process has only one of: its environment, its standard
+// error, its threads and its end.
 #include <dlog.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
 namespace {
+
+int log(const std::string& text) {
+    return dlog_print(DLOG_PRIORITY_INFO, "TEST", "%s", text.c_str());
+}
 
 int logEachPriority() {
     for (int priority = DLOG_PRIORITY_DEBUG; priority <= DLOG_PRIORITY_ERROR; ++priority) {
@@ -22,26 +32,62 @@ int logEachPriority() {
     return 0;
 }
 
-int logFromThreads(int threads, int lines) {
-    std::vector<std::thread> running;
-    for (int thread = 0; thread < threads; ++thread) {
-        running.emplace_back([=] {
-            const std::string text(8000, static_cast<char>('a' + thread));
+int logFromThreads() {
+    constexpr int lines = 100;
+    std::vector<std::thread> threads;
+    for (const char letter : {'a', 'b', 'c', 'd'}) {
+        threads.emplace_back([letter] {
             for (int line = 0; line < lines; ++line) {
-                dlog_print(DLOG_PRIORITY_INFO, "TEST", "<%s>",
-                           line % 2 == 0 ? text.c_str() : text.substr(0, 10).c_str());
+                const std::size_t size = line == lines / 2 ? 100000 : line % 2 == 0 ? 8000 : 10;
+                log(std::string(size, letter));
             }
         });
     }
-    for (auto& thread : running) {
+    for (auto& thread : threads) {
         thread.join();
     }
     return 0;
 }
 
+int logAtExit() {
+    std::atexit([] { log("later"); });
+    log("before");
+    return 0;
+}
+
+int endBySignal(int number) {
+    log("before");
+    return raise(number);
+}
+
+int endByFault() {
+    log("before");
+    auto* const nothing =
+        static_cast<char*>(mmap(nullptr, 1, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    *static_cast<volatile char*>(nothing) = 1;
+    return 1;
+}
+
+int endAtOnce() {
+    log("before");
+    _exit(0);
+}
+
+int logInChild() {
+    log("before");
+    const pid_t child = fork();
+    if (child == 0) {
+        log("child");
+        std::exit(0);
+    }
+    waitpid(child, nullptr, 0);
+    log("after");
+    return 0;
+}
+
 int logInto(int fd) {
     dup2(fd, STDERR_FILENO);
-    const int result = dlog_print(DLOG_PRIORITY_INFO, "TEST", "lost");
+    const int result = log("lost");
     sigset_t pending;
     sigpending(&pending);
     std::printf("result %s, SIGPIPE %s\n", result < 0 ? "negative" : "not negative",
@@ -58,18 +104,18 @@ int logIntoClosedPipe() {
     return logInto(ends[1]);
 }
 
-// What is opened next has the number of the standard error.
+// The next file that is opened gets the number of the standard error.
 int logIntoNothing() {
     close(STDERR_FILENO);
-    const int lost = dlog_print(DLOG_PRIORITY_INFO, "TEST", "lost");
+    const int lost = log("lost");
     const int other = open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    const int stillLost = dlog_print(DLOG_PRIORITY_INFO, "TEST", "lost");
+    const int stillLost = log("lost");
     struct stat status {};
     fstat(other, &status);
     return lost < 0 && stillLost < 0 && other == STDERR_FILENO && status.st_size == 0 ? 0 : 1;
 }
 
-// Fills a pipe that doesn't wait with a line longer than it, then empties it.
+// Fills a non-blocking pipe with a line that is longer than the pipe, then empties it.
 int logIntoFullPipe() {
     int ends[2];
     if (pipe2(ends, O_NONBLOCK) != 0) {
@@ -77,7 +123,7 @@ int logIntoFullPipe() {
     }
     dup2(ends[1], STDERR_FILENO);
     const std::string text(1 << 20, 'x');
-    const bool failed = dlog_print(DLOG_PRIORITY_INFO, "TEST", "%s", text.c_str()) < 0;
+    const bool failed = log(text) < 0;
     const auto empty = [&] {
         char buffer[4096];
         for (ssize_t size; (size = read(ends[0], buffer, sizeof buffer)) > 0;) {
@@ -85,32 +131,63 @@ int logIntoFullPipe() {
         }
     };
     empty();
-    dlog_print(DLOG_PRIORITY_INFO, "TEST", "after");
+    log("after");
     empty();
     return failed ? 0 : 1;
 }
 
+std::atomic<bool> forkHasBegun = false;
+
+// Forks while another thread has written only a part of a line, and logs in the child.
+int forkWithinALine() {
+    int ends[2];
+    if (pipe(ends) != 0) {
+        return 1;
+    }
+    dup2(ends[1], STDERR_FILENO);
+    const int first = log("before");
+    // Runs ahead of the handlers that were registered before it, such as the log's.
+    pthread_atfork([] { forkHasBegun = true, forkHasBegun.notify_one(); }, nullptr, nullptr);
+    std::thread writer([] { log(std::string(1 << 20, 'x')); });
+    for (int size = 0; size < first + 4096;) {
+        ioctl(ends[0], FIONREAD, &size);
+    }
+    std::thread reader([&] {
+        forkHasBegun.wait(false);
+        for (char buffer[4096]; read(ends[0], buffer, sizeof buffer) > 0;) {
+        }
+    });
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(10);
+        _exit(log("child") == 5 ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    writer.join();
+    close(STDERR_FILENO);
+    close(ends[1]);
+    reader.join();
+    return status == 0 ? 0 : 1;
+}
+
 }  // namespace
 
-int main(int argc, char** argv) {
-    const std::string_view what = argc > 1 ? argv[1] : "";
-    if (what == "priorities") {
-        return logEachPriority();
-    }
-    if (what == "threads") {
-        return logFromThreads(4, 100);
-    }
-    if (what == "closed-pipe") {
-        return logIntoClosedPipe();
-    }
-    if (what == "full-device") {
-        return logInto(fileno(std::fopen("/dev/full", "w")));
-    }
-    if (what == "closed") {
-        return logIntoNothing();
-    }
-    if (what == "cut-off") {
-        return logIntoFullPipe();
-    }
-    return 2;
+int main(int, char** argv) {
+    const std::map<std::string_view, int (*)()> actions{
+        {"priorities", logEachPriority},
+        {"threads", logFromThreads},
+        {"at-exit", logAtExit},
+        {"kill", [] { return endBySignal(SIGKILL); }},
+        {"abort", [] { return endBySignal(SIGABRT); }},
+        {"signal", [] { return endBySignal(SIGBUS); }},
+        {"fault", endByFault},
+        {"exit", endAtOnce},
+        {"child", logInChild},
+        {"closed-pipe", logIntoClosedPipe},
+        {"full-device", [] { return logInto(open("/dev/full", O_WRONLY | O_CLOEXEC)); }},
+        {"closed", logIntoNothing},
+        {"cut-off", logIntoFullPipe},
+        {"fork-within-a-line", forkWithinALine}};
+    return actions.at(argv[1])();
 }
