@@ -1,5 +1,5 @@
 // Finds control characters in UTF-8 and in bytes that are not UTF-8.
-#include "platform/host/dlog/Controls.h"
+#include "platform/host/log/Controls.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -25,8 +25,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/host/dlog/Controls.h"
-#include "platform/host/dlog/LogDestination.h"
+#include "platform/host/log/Controls.h"
+#include "platform/host/log/LogDestination.h"
 #include "platform/host/libraries/PlatformApi.h"
 #include "platform/host/settings/Settings.h"
 

@@ -1,5 +1,5 @@
 // Opens the destination of the log.
-#include "platform/host/dlog/LogDestination.h"
+#include "platform/host/log/LogDestination.h"
 
 #include <fcntl.h>
 #include <stdlib.h>
