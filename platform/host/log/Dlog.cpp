@@ -128,6 +128,7 @@ int sendToJournal(int priority, const char* tag, std::pmr::string& text, const P
         fields.push_back(std::string("CODE_FUNC=") + place.function);
     }
     std::vector<iovec> vectors;
+    vectors.reserve(fields.size());
     for (std::string& field : fields) {
         vectors.push_back({field.data(), field.size()});
     }
