@@ -33,9 +33,6 @@ RATIOS = [
     ("hand-off, idle", "Asio strand dispatch", "hand-off/corvane", "hand-off/strand", 1.75, 1.60),
     ("hand-off, 2 producers", "strand on the system executor",
      "contended/corvane/real_time/threads:2", "contended/strand/real_time/threads:2", 2.0, 1.6),
-    ("fan-out to 8, every line in a file", STRAND + ", 19 lines by spdlog", "logged/corvane",
-     "logged/signals2+strand+spdlog", 0.5, 0.25),
-    ("log line to a file", "spdlog basic_file_sink_mt", "line/libdlog", "line/spdlog", 0.55, 0.35),
     ("64 plugins loaded, initialised, unloaded", "the bare loader", "plugins/corvane",
      "plugins/loader", 1.20, 1.06),
 ]
