@@ -89,7 +89,7 @@ TEST(DlogTest, ReplacesControlCharactersOfTwoBytesAndKeepsOtherLetters) {
               "a  2J    !\n");
     const std::string letters = "\xc2\xa0 \xc3\x80 \xd0\x90 \xe2\x82\x9b \xf0\x9f\x98\x80";
     EXPECT_EQ(cleaned(letters), letters + '\n');
-    // Bytes that are no UTF-8, for a terminal that reads single bytes, and forms that are too long.
+    // Bytes that are not UTF-8, which some terminals read one by one, and overlong forms.
     EXPECT_EQ(cleaned("\x9b"
                       "1m \xe9\x9b"
                       "x \xc3"),

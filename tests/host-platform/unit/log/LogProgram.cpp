@@ -145,11 +145,16 @@ int forkWithinALine() {
         return 1;
     }
     dup2(ends[1], STDERR_FILENO);
-    const int first = log("before");
-    // Runs ahead of the handlers that were registered before it, such as the log's.
-    pthread_atfork([] { forkHasBegun = true, forkHasBegun.notify_one(); }, nullptr, nullptr);
+    log("before");
+    // fork() runs this handler ahead of those that were registered earlier, such as the log's.
+    pthread_atfork(
+        [] {
+            forkHasBegun = true;
+            forkHasBegun.notify_one();
+        },
+        nullptr, nullptr);
     std::thread writer([] { log(std::string(1 << 20, 'x')); });
-    for (int size = 0; size < first + 4096;) {
+    for (int size = 0; size < 4096;) {
         ioctl(ends[0], FIONREAD, &size);
     }
     std::thread reader([&] {
