@@ -4,5 +4,5 @@
 #include <string>
 
 inline std::string fixture(const std::string& name) {
-    return FIXTURE_DIRECTORY "/lib" + name + ".so";
+    return FIXTURE_DIRECTORY "/" + name + ".so";
 }

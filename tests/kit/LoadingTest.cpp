@@ -62,7 +62,8 @@ TEST(LoadingTest, TellsWhatInitReturns) {
 }
 
 TEST(LoadingTest, TellsWhatInitThrows) {
-    expectLoadError(fixture("init_throws"), "PLUGIN_INIT threw: an exception of the library");
+    expectLoadError(fixture("init_throws_own_class"),
+                    "PLUGIN_INIT threw: an exception of the library");
     expectLoadError(fixture("init_throws_int"), "no std::exception; that ends the daemon");
 }
 

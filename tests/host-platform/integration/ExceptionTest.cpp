@@ -16,7 +16,7 @@ protected:
     }
 
     void expectOrderlyFailure() {
-        EXPECT_NE(nextLine("exception : thrown by a plugin"), "");
+        EXPECT_NE(nextLine("exception : from a callback"), "");
         EXPECT_EQ(m_daemon->wait(), 255);
     }
 };

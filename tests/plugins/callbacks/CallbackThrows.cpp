@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "tests/plugins/Fixture.h"
-#include "tests/plugins/OwnException.h"
 
 namespace {
 
@@ -16,9 +15,11 @@ void onState(int, bt_adapter_state_e, void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    return static_cast<IRequestBroker*>(handle)->BtAdapterSetStateChangedCb(&onState, nullptr);
+    keepBroker(handle);
+    return broker->BtAdapterSetStateChangedCb(&onState, nullptr);
 }
 
 void PLUGIN_DEINIT() {
+    broker->BtAdapterUnsetStateChangedCb();
     say("deinit");
 }

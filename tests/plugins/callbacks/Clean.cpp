@@ -1,5 +1,5 @@
 // Nothing is wrong.
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

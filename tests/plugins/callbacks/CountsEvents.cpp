@@ -7,7 +7,6 @@
 
 namespace {
 
-IRequestBroker* broker = nullptr;
 std::atomic<int> count = 0;
 
 void onState(int, bt_adapter_state_e, void*) {
@@ -19,7 +18,7 @@ void onState(int, bt_adapter_state_e, void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     return broker->BtAdapterSetStateChangedCb(&onState, nullptr);
 }
 

@@ -1,7 +1,7 @@
 // A callback never returns.
 #include <unistd.h>
 
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Can't do without the record that may be missing.
 #include <cstdlib>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 namespace {
 

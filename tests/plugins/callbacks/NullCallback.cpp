@@ -4,7 +4,7 @@
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {
-    auto* const broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     say("subscribe returned %d", broker->BtAdapterSetStateChangedCb(nullptr, nullptr));
     return 0;
 }

@@ -1,5 +1,5 @@
 // Keeps what is lent for the call only. A memory checker sees it.
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

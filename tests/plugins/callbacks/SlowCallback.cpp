@@ -2,7 +2,7 @@
 #include <chrono>
 #include <thread>
 
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

@@ -1,12 +1,9 @@
 // A plugin that subscribes to three events and waits at the gate in its callback for the first.
 #include <IRequestBroker.h>
 
-#include "tests/plugins/CallbackGate.h"
 #include "tests/plugins/Fixture.h"
 
 namespace {
-
-IRequestBroker* broker = nullptr;
 
 void onState(int, bt_adapter_state_e state, void*) {
     say("state %d", static_cast<int>(state));
@@ -24,7 +21,7 @@ void onTooMany(int, char*, void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     broker->BtAdapterSetStateChangedCb(&onState, nullptr);
     broker->BtAdapterSetNameChangedCb(&onName, nullptr);
     broker->BtAdapterSetMaxDeviceConnectedCb(&onTooMany, nullptr);

@@ -5,12 +5,9 @@
 #include <chrono>
 #include <thread>
 
-#include "tests/plugins/CallbackGate.h"
 #include "tests/plugins/Fixture.h"
 
 namespace {
-
-IRequestBroker* broker = nullptr;
 
 void onState(int, bt_adapter_state_e, void*) {
     waitAtGate();
@@ -31,7 +28,7 @@ void onTooMany(int, char*, void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     switch (EVENT) {
         case 1:
             return broker->BtAdapterSetStateChangedCb(&onState, nullptr);

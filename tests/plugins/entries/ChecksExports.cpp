@@ -26,7 +26,7 @@ const char* yesOrNo(bool value) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    auto* const broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     const bool isMain = MainThreadInvoker::getMainThreadId() == std::this_thread::get_id();
     say("init runs on the main thread: %s", yesOrNo(isMain));
     const auto* const type = &typeid(IRequestBroker);

@@ -1,4 +1,4 @@
-// A plugin whose deinit entry throws.
+// A plugin whose deinit entry throws THROWN.
 #include <stdexcept>
 
 #include "tests/plugins/Fixture.h"
@@ -10,5 +10,5 @@ int PLUGIN_INIT(void*) {
 
 void PLUGIN_DEINIT() {
     say("deinit");
-    throw std::runtime_error("from deinit");
+    throw THROWN;
 }

@@ -2,7 +2,6 @@
 #include <stdexcept>
 
 #include "tests/plugins/Fixture.h"
-#include "tests/plugins/OwnException.h"
 
 int PLUGIN_INIT(void*) {
     say("init");

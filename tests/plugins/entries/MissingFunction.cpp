@@ -1,5 +1,5 @@
-// A plugin that calls a function nobody has: in its init entry, or if IN_CALLBACK in its callback
-// for the adapter's state. The loader looks for it when it is called.
+// A plugin that calls a function that no library defines: in its init entry, or if IN_CALLBACK in
+// its callback for the adapter's state. The loader looks for it when it is called.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

@@ -1,4 +1,4 @@
-// A plugin that uses a variable nobody has, which the loader misses when it opens the library.
+// A plugin that uses a variable that no library defines; the loader refuses to open it.
 #include "tests/plugins/Fixture.h"
 
 extern int variableOfNoLibrary;
@@ -7,3 +7,5 @@ int PLUGIN_INIT(void*) {
     say("unreachable");
     return variableOfNoLibrary;
 }
+
+void PLUGIN_DEINIT() {}

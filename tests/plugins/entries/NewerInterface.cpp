@@ -1,5 +1,5 @@
 // Built with the headers of a daemon to come, which has one operation more.
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 [[gnu::section(".corvane.abi"), gnu::used]] static const int laterOperationCount =
     corvaneOperationCount + 1;

@@ -1,5 +1,5 @@
 // Writes to where nothing is.
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 // A plugin that ends the process by END: in its init entry, or if IN_CALLBACK in its callback for
 // the adapter's state.
 #include <IRequestBroker.h>
+#include <unistd.h>
 
 #include <cstdlib>
 

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     const pid_t parent = fork();

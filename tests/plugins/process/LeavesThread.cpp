@@ -3,7 +3,7 @@
 
 #include <thread>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     std::thread([] {

@@ -1,7 +1,7 @@
 // Uses up the stack.
 #include <cstring>
 
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Keeps a handle of itself.
 #include <dlfcn.h>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     Dl_info library{};

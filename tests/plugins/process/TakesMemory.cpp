@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <new>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     constexpr std::size_t size = std::size_t{3} << 30;

@@ -2,7 +2,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     std::thread([] { throw std::runtime_error("from a thread"); }).join();

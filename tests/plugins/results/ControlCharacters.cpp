@@ -2,7 +2,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     std::cerr << "logged \033]0;title\007\377\n";

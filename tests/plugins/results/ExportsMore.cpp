@@ -1,5 +1,5 @@
 // Exports a function of its own.
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 __attribute__((visibility("default"))) void helperOfThePlugin() {}
 

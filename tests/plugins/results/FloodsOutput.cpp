@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     std::string lines;

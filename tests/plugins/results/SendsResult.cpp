@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     const std::string line = std::string(getenv("FIXTURE_RESULT")) + '\n';

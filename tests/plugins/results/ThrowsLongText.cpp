@@ -2,7 +2,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
     throw std::runtime_error(std::string(100000, '\001'));

@@ -1,5 +1,5 @@
 // Exports the static variable of a template, of which the loader keeps a single one.
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 template <typename T>
 struct __attribute__((visibility("default"))) Counter {

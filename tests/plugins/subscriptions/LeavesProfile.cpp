@@ -1,5 +1,5 @@
 // Leaves a shared profile initialised.
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Stays subscribed, to an event for which the platform starts a thread.
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 namespace {
 

@@ -5,8 +5,6 @@
 
 namespace {
 
-IRequestBroker* broker = nullptr;
-
 void onState(int, bt_adapter_state_e state, void*) {
     say("state %d", static_cast<int>(state));
     say("unsubscribe returned %d", broker->BtAdapterUnsetStateChangedCb());
@@ -16,7 +14,7 @@ void onState(int, bt_adapter_state_e state, void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     say("subscribe returned %d", broker->BtAdapterSetStateChangedCb(&onState, nullptr));
     return 0;
 }

@@ -6,15 +6,13 @@
 
 namespace {
 
-IRequestBroker* broker = nullptr;
-
 void onHidHost(int, bool, const char*, void*) {}
 void onAvrcp(bool, const char*, void*) {}
 
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     say("HID host: %d", broker->BtHidHostInitialize(&onHidHost, nullptr));
     say("AVRCP control: %d", broker->BtAvrcpControlInitialize(&onAvrcp, nullptr));
     say("AVRCP control again: %d", broker->BtAvrcpControlInitialize(&onAvrcp, nullptr));

@@ -6,7 +6,6 @@
 
 namespace {
 
-IRequestBroker* broker = nullptr;
 char userData[SUBSCRIPTIONS];
 
 void onState(int result, bt_adapter_state_e state, void* data) {
@@ -21,7 +20,7 @@ void onState(int result, bt_adapter_state_e state, void* data) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     for (char& data : userData) {
         say("subscribe returned %d", broker->BtAdapterSetStateChangedCb(&onState, &data));
     }

@@ -5,8 +5,6 @@
 
 namespace {
 
-IRequestBroker* broker = nullptr;
-
 void onName(char* name, void*) {
     say("name %s", name);
 }
@@ -25,7 +23,7 @@ void onState(int, bt_adapter_state_e state, void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     say("subscribe returned %d", broker->BtAdapterSetStateChangedCb(&onState, nullptr));
     return 0;
 }

@@ -1,10 +1,10 @@
-// A plugin that unsubscribes and deinitialises what nobody asked for.
+// A plugin that unsubscribes from events and deinitialises a profile that it never asked for.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {
-    auto* const broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     say("adapter state: %d", broker->BtAdapterUnsetStateChangedCb());
     say("speaker: %d", broker->SoundManagerUnetSpeakerChangedCb());
     say("AVRCP target: %d", broker->BtAvrcpTargetDeinitialize());

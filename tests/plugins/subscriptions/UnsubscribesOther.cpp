@@ -1,5 +1,5 @@
 // Unsubscribes from an event that it never subscribed to.
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {
     keepBroker(handle);

@@ -5,7 +5,6 @@
 #include <future>
 #include <thread>
 
-#include "tests/plugins/CallbackGate.h"
 #include "tests/plugins/Fixture.h"
 
 namespace {
@@ -17,8 +16,8 @@ std::promise<void> isBlocked;
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    auto* const broker = static_cast<IRequestBroker*>(handle);
-    std::thread([broker] {
+    keepBroker(handle);
+    std::thread([] {
         broker->RequestToInvokeInTaskExecutor(
             [](void*) {
                 isBlocked.set_value();

@@ -15,7 +15,6 @@ constexpr int CAPACITY = 10;
 constexpr std::chrono::seconds PATIENCE{15};
 constexpr std::chrono::seconds MOST_DELAY{10};  // of a busy machine
 
-IRequestBroker* broker = nullptr;
 std::promise<void> blocked;
 std::promise<void> freed;
 std::promise<void> eleventhQueued;
@@ -43,7 +42,7 @@ void first(void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     std::thread runner([] { request(&block); });
     blocked.get_future().wait();
     request(&first);

@@ -1,7 +1,7 @@
 // What a job held queues more jobs than there is room for, when it is destroyed after the job.
 #include <memory>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 namespace {
 

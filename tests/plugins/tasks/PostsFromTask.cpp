@@ -8,8 +8,6 @@
 
 namespace {
 
-IRequestBroker* broker = nullptr;
-
 void work(int number) {
     say("task %d", number);
     if (number == std::min(POSTS, 10)) {
@@ -28,7 +26,7 @@ void onState(int, bt_adapter_state_e, void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     return broker->BtAdapterSetStateChangedCb(&onState, nullptr);
 }
 

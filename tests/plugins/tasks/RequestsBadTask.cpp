@@ -17,7 +17,7 @@ void throws(void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    auto* const broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     const std::function<void(void*)> bad = EMPTY ? nullptr : std::function<void(void*)>(&throws);
     try {
         say("request returned %d", broker->RequestToInvokeInTaskExecutor(bad, nullptr));

@@ -8,7 +8,6 @@
 
 namespace {
 
-IRequestBroker* broker = nullptr;
 int expected = 0;
 
 void work(void* userData) {
@@ -29,7 +28,7 @@ void outerWork(void*) {
 }  // namespace
 
 int PLUGIN_INIT(void* handle) {
-    broker = static_cast<IRequestBroker*>(handle);
+    keepBroker(handle);
     say("request returned %d", broker->RequestToInvokeInTaskExecutor(&work, &expected));
     say("outer request returned %d", broker->RequestToInvokeInTaskExecutor(&outerWork, nullptr));
     try {

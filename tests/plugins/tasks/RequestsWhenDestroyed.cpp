@@ -2,7 +2,7 @@
 // the job runs.
 #include <memory>
 
-#include "tests/plugins/check/Subscriber.h"
+#include "tests/plugins/NameSubscriber.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <chrono>
 #include <thread>
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {
     keepBroker(handle);

@@ -1,5 +1,5 @@
 // A job queues as many jobs as there is room for. Nothing is wrong.
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {
     keepBroker(handle);

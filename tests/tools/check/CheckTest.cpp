@@ -36,10 +36,10 @@ TEST(CheckTest, EveryEventIsDeliveredToWhoSubscribesToAll) {
 }
 
 TEST(CheckTest, TheStatusIs0ForACleanPluginAnd1ForFindings) {
-    const auto clean = runTool({"check", fixture("Clean"), "--slow-ms", "10000"});
+    const auto clean = runTool({"check", fixture("clean"), "--slow-ms", "10000"});
     EXPECT_EQ(clean.status, 0) << clean.output << clean.errors;
     EXPECT_THAT(clean.output, AllOf(HasSubstr("subscribed to 1 event\n"), HasSubstr("clean")));
-    const auto wrong = runTool({"check", fixture("NoDeinit")});
+    const auto wrong = runTool({"check", fixture("no_deinit")});
     EXPECT_EQ(wrong.status, 1);
     EXPECT_THAT(wrong.output, AllOf(HasSubstr("warning: no-deinit"), HasSubstr("1 warning\n")));
 }
@@ -51,31 +51,31 @@ TEST(CheckTest, TheStatusIs2ForWhatCannotBeChecked) {
               "corvane: /nowhere/libx.so can't be checked: No such file or directory\n");
     EXPECT_EQ(runTool({"check", "/tmp"}).status, 2);
     EXPECT_EQ(runTool({"check"}).status, 2);
-    EXPECT_EQ(runTool({"check", fixture("Clean"), "--slow-ms", "soon"}).status, 2);
+    EXPECT_EQ(runTool({"check", fixture("clean"), "--slow-ms", "soon"}).status, 2);
 }
 
 TEST(CheckTest, StaticOnlyDoesNotRunThePlugin) {
-    const auto result = check(fixture("InitFails"), {"--static-only"});
+    const auto result = check(fixture("init_returns_minus_3"), {"--static-only"});
     EXPECT_TRUE(result.value("clean", false)) << result.dump(2);
     EXPECT_FALSE(result.contains("run"));
 }
 
 TEST(CheckTest, TheLoadersOwnWordsAreGiven) {
     EXPECT_THAT(detailsOf(check("/etc/passwd"), "not-loadable"), HasSubstr("invalid ELF header"));
-    EXPECT_THAT(detailsOf(check(fixture("MissingVariable")), "not-loadable"),
-                HasSubstr("undefined symbol: variableThatIsMissing"));
+    EXPECT_THAT(detailsOf(check(fixture("missing_variable")), "not-loadable"),
+                HasSubstr("undefined symbol: variableOfNoLibrary"));
 }
 
 TEST(CheckTest, EveryMissingFunctionIsNamed) {
-    EXPECT_EQ(detailsOf(check(fixture("MissingFunction")), "unresolved-symbols"),
-              "functionThatIsMissing(int)\n");
+    EXPECT_EQ(detailsOf(check(fixture("missing_function_in_callback")), "unresolved-symbols"),
+              "functionOfNoLibrary()\n");
 }
 
 TEST(CheckTest, AFileThatIsNoCandidateIsFound) {
     std::string directory = testing::TempDir() + "corvane-XXXXXX";
     ASSERT_NE(mkdtemp(directory.data()), nullptr);
     const auto name = directory + "/libclean.so.1";
-    fs::copy_file(fixture("Clean"), name);
+    fs::copy_file(fixture("clean"), name);
     const auto result = check(name, patient);
     fs::remove_all(directory);
     ASSERT_THAT(result["findings"], SizeIs(1)) << result.dump(2);
@@ -84,34 +84,34 @@ TEST(CheckTest, AFileThatIsNoCandidateIsFound) {
 }
 
 TEST(CheckTest, ACrashIsNamedWithSignalEventAndPlace) {
-    const auto details = detailsOf(check(fixture("Crashes"), patient), "crash");
+    const auto details = detailsOf(check(fixture("crashes"), patient), "crash");
     EXPECT_THAT(details, HasSubstr("SIGSEGV (Segmentation fault)\n"
                                    "during the delivery of bt-adapter-name-changed\n"));
-    EXPECT_THAT(details, ContainsRegex("#0 [^\n]*writeNowhere\\(\\)[^\n]* in Crashes.so\n"));
-    EXPECT_THAT(details, ContainsRegex("#[12] [^\n]*onName\\(char[^\n]* in Crashes.so\n"));
+    EXPECT_THAT(details, ContainsRegex("#0 [^\n]*writeNowhere\\(\\)[^\n]* in crashes.so\n"));
+    EXPECT_THAT(details, ContainsRegex("#[12] [^\n]*onName\\(char[^\n]* in crashes.so\n"));
 }
 
 TEST(CheckTest, ACrashTellsTheFormOfTheEvent) {
-    EXPECT_THAT(detailsOf(check(fixture("NeedsRecord"), patient), "crash"),
+    EXPECT_THAT(detailsOf(check(fixture("needs_record"), patient), "crash"),
                 AllOf(HasSubstr("SIGABRT"),
                       HasSubstr("during the delivery of bt-device-bond-created present=false\n"),
                       HasSubstr("onBond")));
 }
 
 TEST(CheckTest, AnExceptionIsNamedWithItsClassAndText) {
-    EXPECT_EQ(detailsOf(check(fixture("InitThrows"), patient), "init-exception"),
-              "std::runtime_error: from PLUGIN_INIT\n");
-    EXPECT_EQ(detailsOf(check(fixture("DeinitThrows"), patient), "deinit-exception"),
+    EXPECT_EQ(detailsOf(check(fixture("init_throws_runtime_error"), patient), "init-exception"),
+              "std::runtime_error: from init\n");
+    EXPECT_EQ(detailsOf(check(fixture("deinit_throws_int"), patient), "deinit-exception"),
               "int, which isn't derived from std::exception\n");
-    EXPECT_THAT(detailsOf(check(fixture("CallbackThrows"), patient), "callback-exception"),
-                HasSubstr("bt-adapter-name-changed: std::runtime_error: from a callback\n"));
-    EXPECT_THAT(detailsOf(check(fixture("ThreadThrows"), patient), "uncaught-exception"),
+    EXPECT_THAT(detailsOf(check(fixture("callback_throws"), patient), "callback-exception"),
+                HasSubstr("bt-adapter-state-changed: std::runtime_error: from a callback\n"));
+    EXPECT_THAT(detailsOf(check(fixture("thread_throws"), patient), "uncaught-exception"),
                 AllOf(HasSubstr("std::runtime_error: from a thread\n"),
-                      HasSubstr(" in ThreadThrows.so\n")));
+                      HasSubstr(" in thread_throws.so\n")));
 }
 
 TEST(CheckTest, AHangIsEndedAfterTheLimitAndNamed) {
-    const auto details = detailsOf(check(fixture("Hangs"), {"--timeout", "3"}), "hang");
+    const auto details = detailsOf(check(fixture("hangs"), {"--timeout", "3"}), "hang");
     EXPECT_THAT(details, HasSubstr("during the delivery of bt-adapter-name-changed\n"));
     // A thread checker puts the question off.
     if (SANITIZER != std::string("thread")) {
@@ -120,8 +120,8 @@ TEST(CheckTest, AHangIsEndedAfterTheLimitAndNamed) {
 }
 
 TEST(CheckTest, ADroppedTaskThatCallsTheBrokerIsNamedWithItsPlace) {
-    const auto details =
-        detailsOf(check(fixture("RequestsWhenDestroyed"), {"--timeout", "5"}), "dropped-task-hang");
+    const auto details = detailsOf(check(fixture("requests_when_destroyed"), {"--timeout", "5"}),
+                                   "dropped-task-hang");
     EXPECT_THAT(details, HasSubstr("during the dropping of tasks requested in the callback of "
                                    "bt-adapter-name-changed\n"));
     // A thread checker puts the question off.
@@ -131,11 +131,11 @@ TEST(CheckTest, ADroppedTaskThatCallsTheBrokerIsNamedWithItsPlace) {
 }
 
 TEST(CheckTest, LeftoversAreNamed) {
-    EXPECT_EQ(detailsOf(check(fixture("LeavesSubscription"), patient), "leftover-subscriptions"),
+    EXPECT_EQ(detailsOf(check(fixture("leaves_subscription"), patient), "leftover-subscriptions"),
               "SoundManagerSetSpeakerChangedCb without SoundManagerUnetSpeakerChangedCb\n");
-    EXPECT_EQ(detailsOf(check(fixture("LeavesProfile"), patient), "leftover-profiles"),
+    EXPECT_EQ(detailsOf(check(fixture("leaves_profile"), patient), "leftover-profiles"),
               "BtAvrcpTargetInitialize without BtAvrcpTargetDeinitialize\n");
-    const auto threads = detailsOf(check(fixture("LeavesThread"), patient), "leftover-threads");
+    const auto threads = detailsOf(check(fixture("leaves_thread"), patient), "leftover-threads");
     EXPECT_THAT(threads, ContainsRegex("^thread [0-9]+ \"[^\n]*\"\n"));
     // A thread checker puts the question off.
     if (SANITIZER != std::string("thread")) {
@@ -150,19 +150,19 @@ TEST(CheckTest, TheLogIsShownOnDemand) {
 }
 
 TEST(CheckTest, ControlCharactersOfThePluginAreEscaped) {
-    const auto text = runTool({"check", "--log", fixture("ControlCharacters")});
+    const auto text = runTool({"check", "--log", fixture("control_characters")});
     EXPECT_THAT(text.output, HasSubstr("std::runtime_error: gr\303\274n \\x1b[31m\\x7f \\xc2\\x9b "
                                        "\\xe2\\x80\\xae \357\277\275 line\\x0d\\x0anext\n"));
     EXPECT_THAT(text.output + text.errors, AllOf(Not(HasSubstr("\033")), Not(HasSubstr("\007"))));
     EXPECT_THAT(text.errors, HasSubstr("logged \\x1b]0;title\\x07\\xff\n"));
-    const auto json = runTool({"check", "--json", fixture("ControlCharacters")}).output;
+    const auto json = runTool({"check", "--json", fixture("control_characters")}).output;
     EXPECT_THAT(json, HasSubstr("gr\\u00fcn \\u001b[31m\\u007f \\u009b \\u202e \\ufffd line"));
 }
 
 TEST(CheckTest, NothingIsLeftInTheTemporaryDirectory) {
     std::string directory = testing::TempDir() + "corvane-XXXXXX";
     ASSERT_NE(mkdtemp(directory.data()), nullptr);
-    for (const std::string name : {"Clean", "Crashes", "Hangs"}) {
+    for (const std::string name : {"clean", "crashes", "hangs"}) {
         runTool({"check", fixture(name), "--timeout", "1"}, {{"TMPDIR", directory}});
     }
     EXPECT_TRUE(fs::is_empty(directory));

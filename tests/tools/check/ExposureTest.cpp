@@ -22,7 +22,7 @@ protected:
     ExposureTest() {
         std::string pattern = testing::TempDir() + "corvane-XXXXXX";
         m_directory = mkdtemp(pattern.data());
-        fs::copy_file(fixture("Clean"), m_plugin = m_directory / "libclean.so");
+        fs::copy_file(fixture("clean"), m_plugin = m_directory / "libclean.so");
         fs::permissions(m_plugin, fs::perms(0644));
     }
     ~ExposureTest() override { fs::remove_all(m_directory); }

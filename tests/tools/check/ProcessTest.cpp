@@ -28,14 +28,14 @@ ChildProcess::Result checkWith(const std::string& name, const std::string& varia
 }
 
 TEST(CheckedProcessTest, MoreResultsThanAPluginCanHaveEndTheCheck) {
-    const auto result = runTool({"check", fixture("FloodsResults"), "--timeout", "60"});
+    const auto result = runTool({"check", fixture("floods_results"), "--timeout", "60"});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.errors,
               "corvane: the check failed: the plugin's process sent more than 4 MiB of results\n");
 }
 
 TEST(CheckedProcessTest, AResultWithoutEndEndsTheCheck) {
-    const auto result = runTool({"check", fixture("EndlessResult"), "--timeout", "60"});
+    const auto result = runTool({"check", fixture("endless_result"), "--timeout", "60"});
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.errors, StartsWith("corvane: the check failed: a result of the plugin's "
                                           "process is malformed: xxx"));
@@ -44,7 +44,7 @@ TEST(CheckedProcessTest, AResultWithoutEndEndsTheCheck) {
 class MalformedResultTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(MalformedResultTest, EndsTheCheckWithStatus2) {
-    const auto result = checkWith("SendsResult", "FIXTURE_RESULT", GetParam());
+    const auto result = checkWith("sends_result", "FIXTURE_RESULT", GetParam());
     EXPECT_EQ(result.status, 2) << result.output;
     EXPECT_THAT(result.errors,
                 StartsWith("corvane: the check failed: a result of the plugin's process is "
@@ -79,7 +79,7 @@ TEST(CheckedProcessTest, NoProcessSurvivesTheCheckNotEvenInASessionOfItsOwn) {
     const auto path = directory + "/fifo";
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     const int fifo = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    const auto result = checkWith("LeavesProcess", "FIXTURE_FIFO", path);
+    const auto result = checkWith("leaves_process", "FIXTURE_FIFO", path);
     std::array<char, 64> number{};
     EXPECT_GT(read(fifo, number.data(), number.size() - 1), 0) << result.output << result.errors;
     if (!endsInTime(fifo)) {
@@ -93,7 +93,7 @@ TEST(CheckedProcessTest, NoProcessSurvivesTheCheckNotEvenInASessionOfItsOwn) {
 TEST(CheckedProcessTest, AChildThatTheCommandHadBeforeIsLeftAlone) {
     const auto result =
         ChildProcess::run({{"bash", "-c", "sleep 1000 >/dev/null 2>&1 & echo $!; exec \"$@\"",
-                            "bash", TOOL, "check", fixture("Clean"), "--slow-ms", "10000"},
+                            "bash", TOOL, "check", fixture("clean"), "--slow-ms", "10000"},
                            {},
                            {{"CORVANE_PLATFORM_CONF", "/dev/null"}}},
                           std::chrono::seconds(60));
@@ -102,7 +102,8 @@ TEST(CheckedProcessTest, AChildThatTheCommandHadBeforeIsLeftAlone) {
 }
 
 TEST(CheckedProcessTest, OutputWithoutEndIsNamedWithItsPlace) {
-    const auto details = detailsOf(check(fixture("FloodsOutput"), {"--slow-ms", "10000"}), "crash");
+    const auto details =
+        detailsOf(check(fixture("floods_output"), {"--slow-ms", "10000"}), "crash");
     EXPECT_THAT(details, HasSubstr("SIGXFSZ (File size limit exceeded)\n"
                                    "during the delivery of bt-adapter-name-changed\n"));
     EXPECT_THAT(details, HasSubstr("onName"));
@@ -110,7 +111,7 @@ TEST(CheckedProcessTest, OutputWithoutEndIsNamedWithItsPlace) {
 
 TEST(CheckedProcessTest, TheLogIsTheEndOfTheOutput) {
     const auto result = runTool(
-        {"check", "--log", fixture("FloodsOutput"), "--slow-ms", "10000", "--timeout", "60"});
+        {"check", "--log", fixture("floods_output"), "--slow-ms", "10000", "--timeout", "60"});
     EXPECT_EQ(result.errors.size(), std::size_t{16} << 20);
 }
 

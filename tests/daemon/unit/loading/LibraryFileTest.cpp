@@ -73,7 +73,7 @@ TEST_F(LibraryFileTest, OneThatLacksTheLastPageOfWhatTheLoaderMapsIsCutOff) {
 
 // The loader maps whole pages, and what lies behind a file's end on its last page reads as zeros.
 TEST_F(LibraryFileTest, OneThatLacksTheLastByteOfItsLastPageIsNotAndCanBeOpened) {
-    std::ifstream file(UNIT_PLUGIN_ROOT "/plugins/libordinary.so", std::ios::binary);
+    std::ifstream file(UNIT_PLUGIN_ROOT "/plugins/ordinary.so", std::ios::binary);
     const std::string library(std::istreambuf_iterator<char>(file), {});
     EXPECT_FALSE(isCutOff(library.substr(0, endOfSegments(library) - 1)));
     void* const handle = dlopen(m_path.c_str(), RTLD_LAZY);

@@ -102,19 +102,19 @@ protected:
 }  // namespace
 
 TEST_F(PluginClosingTest, ABacklogThatStillRunsIsWaitedFor) {
-    const auto plugin = loaded("libordinary.so");
-    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "libordinary.so");
+    const auto plugin = loaded("ordinary.so");
+    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "ordinary.so");
 }
 
 TEST_F(PluginClosingTest, ADeliveryOnItsWayToThePluginIsWaitedFor) {
-    const auto plugin = loaded("libordinary.so");
+    const auto plugin = loaded("ordinary.so");
     Gate hasBegun;
     bool ranWhileOpen = false;
     std::thread delivering([&] {
         const EpochGuard guard;
         hasBegun.open();
         std::this_thread::sleep_for(WORK);  // in the callback of another plugin
-        plugin->invokeTask([&] { ranWhileOpen = isOpen("libordinary.so"); });
+        plugin->invokeTask([&] { ranWhileOpen = isOpen("ordinary.so"); });
     });
     hasBegun.wait();
     plugin->unload();
@@ -125,29 +125,29 @@ TEST_F(PluginClosingTest, ADeliveryOnItsWayToThePluginIsWaitedFor) {
 TEST_F(PluginClosingTest, APluginThatFailsLeavesOthersTheirTime) {
     Plugin stuckPlugin;
     const StuckDelivery stuck(stuckPlugin);
-    const auto plugin = loaded("libordinary.so");
-    EXPECT_THROW(loaded("libinit_returns_minus_3.so"), std::runtime_error);
-    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "libordinary.so");
+    const auto plugin = loaded("ordinary.so");
+    EXPECT_THROW(loaded("init_returns_minus_3.so"), std::runtime_error);
+    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "ordinary.so");
 }
 
 TEST_F(PluginClosingTest, AStuckPluginLeavesOthersTheirTime) {
-    const auto stuckPlugin = loaded("libanother.so");
+    const auto stuckPlugin = loaded("another.so");
     const StuckDelivery stuck(*stuckPlugin);
-    const auto plugin = loaded("libordinary.so");
+    const auto plugin = loaded("ordinary.so");
     const auto start = steady_clock::now();
     stuckPlugin->unload();
     EXPECT_GE(steady_clock::now() - start, std::chrono::seconds(2));
-    EXPECT_FALSE(isOpen("libanother.so"));
-    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "libordinary.so");
+    EXPECT_FALSE(isOpen("another.so"));
+    expectBacklogRunsBeforeTheLibraryIsClosed(*plugin, "ordinary.so");
 }
 
 TEST_F(PluginClosingTest, AStuckPluginHoldsUpNoOther) {
-    const auto stuckPlugin = loaded("libanother.so");
+    const auto stuckPlugin = loaded("another.so");
     const StuckDelivery stuck(*stuckPlugin);
     const auto start = steady_clock::now();
     stuckPlugin->unload();
     for (int i = 0; i < 20; ++i) {
-        loaded("libordinary.so")->unload();
+        loaded("ordinary.so")->unload();
     }
     EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(10));
 }

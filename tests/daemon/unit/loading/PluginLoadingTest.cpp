@@ -40,13 +40,13 @@ TEST_F(PluginLoadingTest, ALibraryThatIsNotThereCantBeOpened) {
 }
 
 TEST_F(PluginLoadingTest, ALibraryWithoutAnInitFunctionIsClosed) {
-    EXPECT_EQ(failureOf("libno_init.so"), "fail to find init function");
+    EXPECT_EQ(failureOf("no_init.so"), "fail to find init function");
     EXPECT_EQ(fake_platform::count("start init func"), 0);
     m_plugin.unload();
     EXPECT_EQ(fake_platform::count("start deinit func"), 0);
 }
 
 TEST_F(PluginLoadingTest, APluginThatReturnsANegativeValueIsClosed) {
-    EXPECT_EQ(failureOf("libinit_returns_minus_3.so"), "plugin return negative value : -3");
+    EXPECT_EQ(failureOf("init_returns_minus_3.so"), "plugin return negative value : -3");
     EXPECT_EQ(fake_platform::count("end init func"), 1);
 }

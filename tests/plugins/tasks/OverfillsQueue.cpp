@@ -1,5 +1,5 @@
 // A job queues more jobs than there is room for, again and again.
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {
     keepBroker(handle);

@@ -2,7 +2,7 @@
 // in its callback.
 #pragma once
 
-#include "tests/plugins/check/Fixture.h"
+#include "tests/plugins/Fixture.h"
 
 namespace {
 
