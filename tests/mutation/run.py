@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
 """Applies the faults of faults.toml, one at a time, to copies of the tree and runs the tests there.
 
-run.py [NAME...]: those whose names contain one of the texts, all by default. Prints what was
-caught by which tests and what survived; ends with 1 when fewer than 95 % of them are caught, or
-when a fault survives without a reason or is caught in spite of one. Run it from the top of the tree.
+run.py [--check] [TEXT...]: the faults whose names contain one of the texts, by default all. Prints
+which tests caught how many faults, and which faults survived. Exits with 1 if fewer than 95 % are
+caught, if a fault survives without a reason, or if one is caught although it has a reason.
+With --check it only checks that each fault's old text occurs exactly once in its file. Run it from
+the top of the tree.
 """
+import argparse
 import filecmp
 import os
 import shutil
@@ -103,17 +106,28 @@ class Worker:
             file.write_text(text)
 
 
-def misplaced(faults):
-    return [fault["name"] for fault in faults
-            if Path(fault["file"]).read_text().count(fault["old"]) != 1]
+def misplaced(fault):
+    """Why the fault can't be applied, or nothing."""
+    if not Path(fault["file"]).is_file():
+        return f"{fault['name']}: there is no file {fault['file']}"
+    if (count := Path(fault["file"]).read_text().count(fault["old"])) != 1:
+        return f"{fault['name']}: {fault['file']} contains the old text {count} times"
+    return ""
 
 
 def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("texts", nargs="*", metavar="TEXT")
+    parser.add_argument("--check", action="store_true")
+    options = parser.parse_args()
     faults = tomllib.loads(Path("tests/mutation/faults.toml").read_text())["fault"]
-    if sys.argv[1:]:
-        faults = [fault for fault in faults if any(part in fault["name"] for part in sys.argv[1:])]
-    if names := misplaced(faults):
-        sys.exit("the text isn't in the file exactly once: " + ", ".join(names))
+    if options.texts:
+        faults = [fault for fault in faults if any(text in fault["name"] for text in options.texts)]
+    if errors := list(filter(None, map(misplaced, faults))):
+        sys.exit("\n".join(errors))
+    if options.check:
+        print(f"{len(faults)} faults, each old text occurs once")
+        return
     total = len(faults)
     levels = [] if all("by" in fault for fault in faults) else list(LEVELS)
     PLACE.mkdir(parents=True, exist_ok=True)
