@@ -39,7 +39,7 @@ private:
     int m_runs = 0;
 };
 
-/// A line that the proof picks up.
+/// Prints a line that script/prove records.
 inline void printFigure(const std::string& text) {
     std::cout << "figure: " << text << std::endl;
 }
