@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""What the benchmarks have measured: bench.py table|json|page COUNTS.json SIZES.json RESULTS.json...
+"""Shows the benchmarks' results: bench.py [--short] table|json|page COUNTS SIZES RESULTS...
 
-A ratio is between the fastest of all repetitions of both, in one run; where threads contend,
-between the medians. Ends with 0, whatever the figures are."""
+A ratio compares the fastest repetition of both sides in one run; where threads contend, it compares
+the medians. Exits with 1 and names the rows if a figure exceeds what it must be, but not with
+--short: a short run measures nothing."""
+import argparse
 import datetime
 import json
 import re
@@ -15,7 +17,7 @@ from circumstances import commit, machine
 
 PAGE = Path("docs/performance.md")
 STRAND = "Signals2 and an Asio strand"
-# What, against what, the benchmark, its rival, what the ratio must be, what it should be.
+# What, against what, the benchmark, its rival, must (the largest permitted ratio), aim.
 RATIOS = [
     ("fan-out of (int, enum) to 8", STRAND, "fan-out/corvane/8", "fan-out/signals2+strand/8", 1.75,
      1.60),
@@ -36,7 +38,7 @@ RATIOS = [
     ("64 plugins loaded, initialised, unloaded", "the bare loader", "plugins/corvane",
      "plugins/loader", 1.20, 1.06),
 ]
-# What, the count, what it must be, what it should be.
+# What, the count, must (the largest permitted count), aim.
 COUNTS = [
     ("operator new for a delivered (int, enum) event", "allocations of a delivery", 2, 0),
     ("operator new for a hand-off of a two-word task", "allocations of a hand-off", 1, 0),
@@ -103,13 +105,16 @@ def tables(rows, runs):
     return lines
 
 
-def main():
-    form, counts, sizes, *files = sys.argv[1:]
-    runs, boost = read(files)
-    values = json.loads(Path(counts).read_text()) | json.loads(Path(sizes).read_text())
-    rows = list(ratios(runs))
-    rows += [{"name": what, "against": None, "value": values[key], "must": must, "aim": aim}
-             for what, key, must, aim in COUNTS]
+def exceeded(rows):
+    """The rows whose figure is larger than it must be, as lines."""
+    for row in rows:
+        figure = row["ratio"] if "ratio" in row else row["value"]
+        if row["must"] is not None and figure > row["must"]:
+            against = f" against {row['against']}" if row["against"] else ""
+            yield f"missed: {row['name']}{against}: {figure:g}, must be {row['must']:g} or less"
+
+
+def show(form, rows, runs, boost):
     if form == "json":
         print(json.dumps(rows, indent=1))
         return
@@ -123,6 +128,24 @@ def main():
     if not marked.search(page):
         sys.exit(f"{PAGE} has no place for the figures")
     PAGE.write_text(marked.sub(lambda _: text + "\n", page))
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--short", action="store_true")
+    parser.add_argument("form", choices=["table", "json", "page"])
+    parser.add_argument("counts", type=Path)
+    parser.add_argument("sizes", type=Path)
+    parser.add_argument("results", nargs="+")
+    options = parser.parse_args()
+    runs, boost = read(options.results)
+    values = json.loads(options.counts.read_text()) | json.loads(options.sizes.read_text())
+    rows = list(ratios(runs))
+    rows += [{"name": what, "against": None, "value": values[key], "must": must, "aim": aim}
+             for what, key, must, aim in COUNTS]
+    show(options.form, rows, runs, boost)
+    if not options.short and (missed := list(exceeded(rows))):
+        sys.exit("\n".join(missed))
 
 
 main()
