@@ -1,4 +1,4 @@
-"""Under which circumstances figures were found, for the pages that show them."""
+"""The machine and the commit of a measurement, for the pages that show figures."""
 import os
 import platform
 import subprocess
@@ -15,6 +15,6 @@ def machine():
 
 
 def commit(page):
-    """What is checked out, whatever the page itself says by now."""
+    """The commit that is checked out; changes of the page itself don't count."""
     changed = output_of("git", "status", "--porcelain", "--", ".", f":!{page}")
     return output_of("git", "rev-parse", "--short", "HEAD") + (" with changes" if changed else "")

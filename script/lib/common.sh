@@ -1,11 +1,12 @@
-# What the scripts share: packages, and builds that speak only when they fail.
-# Source it from the top of the tree.
+# shellcheck shell=bash disable=SC2034
+# Functions that the scripts share: install packages, run commands, build presets. Source it from the
+# top of the tree.
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
-# install_packages NAME...: those that are missing, with one line about it.
+# install_packages NAME...: installs the packages that are missing.
 install_packages() {
     local missing=() name
     for name in "$@"; do
@@ -14,13 +15,13 @@ install_packages() {
     done
     [ ${#missing[@]} -eq 0 ] && return
     echo "Installing ${missing[*]}"
-    quietly as_root apt-get -q update
-    quietly as_root env DEBIAN_FRONTEND=noninteractive \
+    show_on_failure as_root apt-get -q update
+    show_on_failure as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get -q install -y --no-install-recommends "${missing[@]}"
 }
 
-# quietly COMMAND...: its output only if it fails.
-quietly() {
+# show_on_failure COMMAND...: runs the command and shows its output only if it fails.
+show_on_failure() {
     local log status=0
     log=$(mktemp)
     "$@" >"$log" 2>&1 || status=$?
@@ -32,22 +33,22 @@ quietly() {
     return $status
 }
 
-# build_preset NAME [OPTION...]: configures with the options and builds.
+# build_preset NAME [OPTION...]: configures the preset with the options and builds it.
 build_preset() {
     local preset=$1
     shift
     echo "Building $preset"
-    quietly cmake --preset "$preset" "$@"
-    quietly cmake --build --preset "$preset"
+    show_on_failure cmake --preset "$preset" "$@"
+    show_on_failure cmake --build --preset "$preset"
 }
 
-# socket_directory: the directory for the daemon's socket, created if there is none: in
-# XDG_RUNTIME_DIR or /run if it can be had there, else in TMPDIR or /tmp.
+# socket_directory: prints the directory for the daemon's socket, and creates it if it is missing. It
+# is in XDG_RUNTIME_DIR or /run if this user can create it there, otherwise in TMPDIR or /tmp.
 socket_directory() {
     local directory
     for directory in "${XDG_RUNTIME_DIR:-/run}/corvane" "${TMPDIR:-/tmp}/corvane-$(id -u)"; do
         mkdir -m 700 "$directory" 2>/dev/null || true
-        # As the daemon wants it: nobody else can put another socket there.
+        # The daemon requires this, so that no other user can replace the socket.
         if [ -d "$directory" ] && [ ! -L "$directory" ] && [ -O "$directory" ] &&
             [ -w "$directory" ] && [ -z "$(find "$directory" -maxdepth 0 -perm /022)" ]; then
             echo "$directory"

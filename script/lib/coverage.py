@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Judges what gcovr found: coverage.py GCOVR_JSON REASONS.
+"""Evaluates the output of gcovr: coverage.py GCOVR_JSON PAGE.
 
 Prints the figures of each folder and of the record copies, and compares the lines that were not
-reached with the table of REASONS (file, text of the line, reason). Ends with 1 if a limit is not
-reached, a line has no reason, or a reason no line."""
+reached with the table in PAGE (file, text of the line, reason). Exits with 1 if a limit is not
+reached, if a line has no reason, or if a listed line is reached or does not exist."""
 import json
 import pathlib
 import re
@@ -14,14 +14,13 @@ LEAST_LINES = 95.0
 LEAST_BRANCHES = 85.0
 CALLBACKS = "daemon/src/Callback/"
 COPY_FILES = (CALLBACKS + "DeviceInfoCopy.cpp", CALLBACKS + "RecordBuffers.h")
-# Other lines have no branches but those that the compiler makes for exceptions, of which gcovr
-# can leave out only some.
+# Branches in other lines are those that the compiler makes for exceptions; gcovr excludes only some.
 DECISION = re.compile(r"\b(if|while|for|switch|case)\b|\?|&&|\|\|")
 COPY_MEMBERS = CALLBACKS + "BluetoothCallback.h"
 
 
 def copy_members(text):
-    """The numbers of the lines of the functions named copy."""
+    """The line numbers of the functions named copy."""
     numbers = set()
     inside = False
     for number, line in enumerate(text, 1):

@@ -1,6 +1,6 @@
-# Makes a bash program of a guide: runs its "sh" blocks one after the other in one shell,
-# and expects each line of a "text" block in what the block before it wrote. A text block
-# that begins with a prompt is only shown.
+# Converts a guide to a bash program that runs the "sh" blocks one after the other in one shell. Each
+# line of a "text" block has to occur in the output of the block before it. A text block that begins
+# with a prompt is not compared.
 
 /^```sh$/ { kind = "sh"; print "begin " NR; next }
 /^```text$/ { kind = "text"; shown = 0; first = 1; next }

@@ -21,8 +21,8 @@ from pathlib import Path
 
 PLACE = Path("build/mutations")
 MUST = 0.95
-# Cheapest first: each is a build target, and its programs run whole. A hang is a catch. A fault
-# that names a program and its tests in `by` is left to these.
+# The programs of each level, the cheapest level first. A time-out counts as caught. For a fault with
+# `by` only the program and tests named there are run.
 LEVELS = {
     "unit": ["unit"],
     "model": ["model_task_context"],
@@ -134,7 +134,7 @@ def main():
     lock = threading.Lock()
     caught, survivors, errors = Counter(), [], []
 
-    # Neighbours in the list change one file: a worker takes them from one end.
+    # Neighbours in the list change the same file, so each worker takes faults from its own end.
     def work(number):
         try:
             worker = Worker(number)

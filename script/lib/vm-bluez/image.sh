@@ -1,12 +1,13 @@
-# The guest's kernel and its first file system. Source it after common.sh.
+# shellcheck shell=bash
+# The guest's kernel and initial file system. Source it after common.sh.
 
-# What the guest needs of the kernel's modules: its files, Bluetooth with controllers that
-# exist in software only, and the input devices that BlueZ makes.
+# Kernel modules for the guest: shared files, Bluetooth with virtual controllers, and the input devices
+# that BlueZ creates.
 GUEST_MODULES=(virtio_pci 9pnet_virtio 9p drbg ecb cmac ccm algif_hash algif_skcipher
                bluetooth hci_vhci rfcomm hidp uhid uinput evdev)
 
-# prepare_image DIRECTORY: leaves Debian's kernel there as DIRECTORY/image/kernel and the
-# first file system as DIRECTORY/image/initrd. The kernel is unpacked, never installed.
+# prepare_image DIRECTORY: writes Debian's kernel to DIRECTORY/image/kernel and the initial file system
+# to DIRECTORY/image/initrd. The kernel is unpacked, not installed.
 prepare_image() {
     local directory=$1 package
     package=$(apt-cache depends linux-image-amd64 | awk '/Depends:/ { print $2; exit }')
@@ -14,7 +15,7 @@ prepare_image() {
     echo "Unpacking $package"
     rm -rf "$directory/image" "$directory/new"
     mkdir -p "$directory/new/unpacked"
-    (cd "$directory/new" && quietly apt-get download "$package")
+    (cd "$directory/new" && show_on_failure apt-get download "$package")
     dpkg-deb -x "$directory/new/$package"_*.deb "$directory/new/unpacked"
     cp "$directory"/new/unpacked/boot/vmlinuz-* "$directory/new/kernel"
     make_initrd "$directory/new"
@@ -23,7 +24,7 @@ prepare_image() {
     mv "$directory/new" "$directory/image"
 }
 
-# make_initrd DIRECTORY: from DIRECTORY/unpacked.
+# make_initrd DIRECTORY: makes DIRECTORY/initrd from DIRECTORY/unpacked.
 make_initrd() {
     local root=$1/root
     mkdir -p "$root"/{bin,proc,sys,dev,new,modules}
@@ -36,7 +37,7 @@ make_initrd() {
     (cd "$root" && find . | busybox cpio -o -H newc 2>/dev/null) | gzip -1 >"$1/initrd"
 }
 
-# list_modules DIRECTORY: the files to load, in their order.
+# list_modules DIRECTORY: prints the files to load, in order.
 list_modules() {
     local version module directory
     directory=$(realpath "$1")

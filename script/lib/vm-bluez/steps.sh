@@ -1,4 +1,5 @@
-# The words of the scenario.
+# shellcheck shell=bash disable=SC2034,SC2086
+# The functions that the scenario calls.
 
 serial_port=00001101-0000-1000-8000-00805f9b34fb
 remote_control_target=0000110c-0000-1000-8000-00805f9b34fb
@@ -14,7 +15,7 @@ until_true() {
     done
 }
 
-# start_bluetoothd SETTINGS, one of classic and le.
+# start_bluetoothd SETTINGS: SETTINGS is classic or le.
 start_bluetoothd() {
     /usr/libexec/bluetooth/bluetoothd -n -f "$PWD/$1.conf" >>/run/shared/bluetoothd.log 2>&1 &
     bluetoothd=$!
@@ -33,13 +34,13 @@ powered() {
 # adapter hciN get PROPERTY, adapter hciN set PROPERTY TYPE VALUE, adapter hciN METHOD...
 adapter() { use "/org/bluez/$1" org.bluez.Adapter1 "${@:2}"; }
 
-# device hciN ...: the same for the device that hciN has of the other controller.
+# device hciN ...: the same for the other controller as a device of hciN.
 device() { use "$(device_path "$1")" org.bluez.Device1 "${@:2}"; }
 
-# persist COMMAND...: virtual controllers refuse a connection now and then.
+# persist COMMAND...: repeats the command, because virtual controllers sometimes refuse a connection.
 persist() { until_true 20 "$@"; }
 
-# discover ADDRESS: BlueZ ends the discovery when busctl, who asked for it, has gone.
+# discover ADDRESS: BlueZ stops the discovery when busctl, which requested it, exits.
 discover() {
     adapter hci0 StartDiscovery
     until_true 3 logged bt-adapter-device-discovery-state-changed state=found "$1"
@@ -53,7 +54,7 @@ use() {
     esac
 }
 
-# control hciN LINE...: starts a bluetoothctl; `tell LINE...` says more to it.
+# control hciN LINE...: starts bluetoothctl and sends it the lines; `tell LINE...` sends more.
 control() {
     coproc CONTROL { exec bluetoothctl; }
     exec 9>&"${CONTROL[1]}"
@@ -61,7 +62,7 @@ control() {
     tell "select $(address_of "$1")" "${@:2}"
 }
 
-# One line at a time: some of them are answers to questions that come only then.
+# Sends one line at a time, because some lines answer a question that the line before causes.
 tell() {
     local line
     for line in "$@"; do
@@ -78,13 +79,13 @@ device_path() {
     echo "/org/bluez/$1/dev_$(address_of $other | tr : _)"
 }
 
-# step TEXT: what is expected from here on must come after it.
+# step TEXT: begins a step. What it expects has to occur after its beginning.
 step() {
     echo "step $*"
     first=$(($(wc -l <$events) + 1))
 }
 
-# expect EVENT [FRAGMENT...]: within 20 s there is one line with all of them.
+# expect EVENT [FRAGMENT...]: within 20 s one line has to contain all of them.
 expect() {
     if until_true 20 logged "$@"; then
         echo "ok $*"
@@ -93,7 +94,7 @@ expect() {
     fi
 }
 
-# refuse EVENT [FRAGMENT...]: there is no such line.
+# refuse EVENT [FRAGMENT...]: no line may contain all of them.
 refuse() {
     if logged "$@"; then
         echo "unwanted $*"
