@@ -12,8 +12,7 @@
 class CommonDaemon {
 public:
     CommonDaemon();
-    /// Deletes the plugins still loaded, without their PLUGIN_DEINIT. Ends the process
-    /// without memory.
+    /// Deletes the plugins still loaded, without their PLUGIN_DEINIT.
     ~CommonDaemon();
     CommonDaemon(const CommonDaemon&) = delete;
     CommonDaemon& operator=(const CommonDaemon&) = delete;

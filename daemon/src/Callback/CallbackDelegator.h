@@ -23,7 +23,7 @@
 class CallbackDelegator {
 public:
     CallbackDelegator();
-    /// Ends the process without memory, as the end of a source does.
+    /// Deletes the remaining event sources, which unsets their platform callbacks.
     virtual ~CallbackDelegator();
     CallbackDelegator(const CallbackDelegator&) = delete;
     CallbackDelegator& operator=(const CallbackDelegator&) = delete;
@@ -62,8 +62,8 @@ private:
 };
 
 // The source, and its list with the first subscription, which is still to be put in place. The
-// platform callback is set last: what fails before that leaves nothing to unset, and nothing to
-// trace, which would need memory in its turn.
+// platform callback is set last: what fails before that leaves nothing to unset and
+// nothing to trace.
 template <typename CallbackClass>
 auto CallbackDelegator::makeSource(std::map<CallbackType, std::unique_ptr<ICallback>>& callbacks,
                                    CallbackType type, ITaskInvoker* invoker,

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "daemon/src/Callback/CallbackImpl.h"
-#include "daemon/src/common/ThreadStore.h"
+#include "taskExecutor/ShortLived.h"
 
 namespace event_source {
 
@@ -43,8 +43,8 @@ std::function<void()> makeTask(CallbackFunction fn, void* userData, const Args&.
 
 // Constructor, destructor, registerCallback and unregisterCallback of an event source.
 // A source that is deleted ends for the platform and the log at once; see
-// CallbackImpl. If there is no memory for that, the process ends, as with any destructor;
-// g++ has to be told. The plain operator delete serves a constructor that throws.
+// CallbackImpl. noexcept is explicit because g++ does not infer it here. The plain operator delete
+// serves a constructor that throws.
 #define EVENT_SOURCE(Class, setFunction, unsetFunction)                             \
 public:                                                                             \
     Class() {                                                                       \

@@ -8,8 +8,6 @@
 #include <string>
 #include <utility>
 
-#include "daemon/src/common/ThreadStore.h"
-
 namespace logging {
 
 /// The part of `path` behind its last "/", or all of it. Evaluated at compile time:
@@ -41,28 +39,22 @@ constexpr const char* TAG = "QVX";
 /// function: `ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);`
 class ApiTracker {
 public:
-    /// `name` is the traced function's full signature, `line` where it is traced.
-    ApiTracker(std::string name, int line) : m_name(std::move(name)), m_line(line) {
-        LOGD("IN >> [%s(%d)]", m_name.c_str(), m_line);
+    /// `name` is the traced function's full signature, `line` where it is traced. The text is
+    /// not copied: it is a literal, or outlives the tracker.
+    ApiTracker(const char* name, int line) : m_name(name), m_line(line) {
+        LOGD("IN >> [%s(%d)]", m_name, m_line);
     }
-    /// The same, with a string that the thread has had before.
-    ApiTracker(const char* name, int line) : m_name(nameOf(name)), m_line(line) {
-        LOGD("IN >> [%s(%d)]", m_name.c_str(), m_line);
+    /// The same, with a copy of the name.
+    ApiTracker(std::string name, int line)
+        : m_copy(std::move(name)), m_name(m_copy.c_str()), m_line(line) {
+        LOGD("IN >> [%s(%d)]", m_name, m_line);
     }
-    ~ApiTracker() {
-        LOGD("OUT << [%s(%d)]", m_name.c_str(), m_line);
-        if (REUSES_MEMORY) {
-            ThreadStore::giveString(std::move(m_name));
-        }
-    }
+    ~ApiTracker() { LOGD("OUT << [%s(%d)]", m_name, m_line); }
     ApiTracker(const ApiTracker&) = delete;
     ApiTracker& operator=(const ApiTracker&) = delete;
 
 private:
-    static std::string nameOf(const char* name) {
-        return REUSES_MEMORY ? ThreadStore::takeString(name) : std::string(name);
-    }
-
-    std::string m_name;
+    std::string m_copy;
+    const char* m_name;
     int m_line;
 };

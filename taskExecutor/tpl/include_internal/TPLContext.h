@@ -14,7 +14,7 @@
 #include <utility>
 
 #include "daemon/src/common/Mutex.h"
-#include "daemon/src/common/ThreadStore.h"
+#include "taskExecutor/ShortLived.h"
 #include "taskExecutor/tpl/include_internal/TPLLog.h"
 
 namespace TPL {

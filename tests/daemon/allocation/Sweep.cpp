@@ -5,7 +5,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -16,7 +15,7 @@
 #include <string>
 #include <utility>
 
-#include "daemon/src/common/ThreadStore.h"
+#include "taskExecutor/ShortLived.h"
 #include "tests/daemon/allocation/ProcessEnd.h"
 #include "tests/support/FakePlatform.h"
 
@@ -109,20 +108,6 @@ void atExit() {
     leave();
 }
 
-// What the thread has in store would not fail. It stays out until the process has ended.
-void emptyStore() {
-    if (!REUSES_MEMORY) {
-        return;
-    }
-    for (std::size_t i = 0; i < ThreadStore::BLOCKS; ++i) {
-        ThreadStore::allocate(1);
-    }
-    auto* const strings = new std::array<std::string, ThreadStore::STRINGS>;
-    for (std::string& string : *strings) {
-        string = ThreadStore::takeString("");
-    }
-}
-
 [[noreturn]] void runInChild(const MakeScenario& make, long number, allocations::Failing failing) {
     std::atexit(atExit);
     std::set_terminate(onTerminate);
@@ -131,7 +116,7 @@ void emptyStore() {
     g_intendedBlocks = &intendedBlocks;
     fake_platform::reset();
     fake_platform::recordNothing();
-    emptyStore();
+    ShortLived::stopKeeping();  // memory that the thread has kept would not fail
     g_blocksBefore = allocations::outstandingBlocks();
     {
         const std::unique_ptr<Scenario> scenario = make();

@@ -76,6 +76,6 @@ TEST(TaskAllocationTest, AContextRunsExactlyWhatItAccepted) {
 
 TEST(TaskAllocationTest, APluginsInvokerRunsExactlyWhatItAccepted) {
     // It ends its context in its destructor, which needs a job for that.
-    expectToSurvive("task invoker", [] { return std::make_unique<InvokerScenario>(); }, 12,
+    expectToSurvive("task invoker", [] { return std::make_unique<InvokerScenario>(); }, 11,
                     {"~TaskInvokerImpl"});
 }

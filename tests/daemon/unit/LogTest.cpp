@@ -71,6 +71,16 @@ TEST_F(LogTest, ATracerNamesItselfAndTheTracedFunctionInBrackets) {
     EXPECT_EQ(fake_platform::count("[void CommonDaemon::start()(22)]"), 2);
 }
 
+TEST_F(LogTest, ATracerOwnsANameThatIsAString) {
+    {
+        std::string name = "a name that is too long to be kept within a string object";
+        ApiTracker tracker(name, 22);
+        name.assign(name.size(), 'x');
+    }
+    EXPECT_EQ(
+        fake_platform::count("[a name that is too long to be kept within a string object(22)]"), 2);
+}
+
 TEST_F(LogTest, NestedTracersNest) {
     tracedOuter();
     EXPECT_THAT(

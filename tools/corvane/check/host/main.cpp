@@ -47,7 +47,8 @@ void limitPlugin() {
     constexpr rlim_t mebibyte = 1 << 20;
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);  // or the command couldn't end its children
     limit(RLIMIT_FSIZE, 128 * mebibyte);
-#ifndef CORVANE_SANITIZED  // a sanitizer takes terabytes of addresses
+// A sanitizer reserves terabytes of addresses.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     limit(RLIMIT_DATA, 2048 * mebibyte);
 #endif
 }
