@@ -4,7 +4,6 @@
 
 #include <map>
 #include <memory>
-#include <tuple>
 #include <utility>
 
 #include "daemon/src/Callback/CallbackType.h"
@@ -49,11 +48,6 @@ private:
     void init();
     void deinit();
 
-    template <typename CallbackClass>
-    static auto makeSource(std::map<CallbackType, std::unique_ptr<ICallback>>& callbacks,
-                           CallbackType type, ITaskInvoker* invoker,
-                           typename CallbackClass::Function fn, void* userData);
-
     std::map<CallbackType, std::unique_ptr<ICallback>> m_callbacks GUARDED_BY(m_mutex);
     // Reserved for the other groups of types; always empty.
     std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved2;
@@ -61,45 +55,28 @@ private:
     Mutex m_mutex;
 };
 
-// The source, and its list with the first subscription, which is still to be put in place. The
-// platform callback is set last: what fails before that leaves nothing to unset and
-// nothing to trace.
-template <typename CallbackClass>
-auto CallbackDelegator::makeSource(std::map<CallbackType, std::unique_ptr<ICallback>>& callbacks,
-                                   CallbackType type, ITaskInvoker* invoker,
-                                   typename CallbackClass::Function fn, void* userData) {
-    auto created = std::make_unique<CallbackClass>();
-    CallbackClass* const source = created.get();
-    try {
-        auto list = source->prepare(invoker, fn, userData);
-        callbacks.emplace(type, std::move(created));
-        source->registerCallback();
-        return std::pair(source, std::move(list));
-    } catch (...) {
-        source->abandon();
-        callbacks.erase(type);
-        throw;
-    }
-}
-
+// All that allocates precedes the platform's set call: a first subscription that fails has set no
+// callback, and its source is deleted without a log line.
 template <typename CallbackClass>
 int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker,
                                         typename CallbackClass::Function fn, void* userData) {
     const MutexLock lock(m_mutex);
     auto& callbacks = getCallbackList(type);
-    const auto found = callbacks.find(type);
-    CallbackClass* source = nullptr;
-    std::unique_ptr<typename CallbackClass::List> list;
-    if (found == callbacks.end()) {
+    const bool isFirst = !callbacks.contains(type);
+    std::map<CallbackType, std::unique_ptr<ICallback>> created;
+    if (isFirst) {
         LOGI("no callback, crate callback.");
-        std::tie(source, list) = makeSource<CallbackClass>(callbacks, type, invoker, fn, userData);
-    } else {
-        source = dynamic_cast<CallbackClass*>(found->second.get());
-        list = source->prepare(invoker, fn, userData);
+        created.emplace(type, std::make_unique<CallbackClass>());
+    }
+    auto& source = dynamic_cast<CallbackClass&>(*(isFirst ? created : callbacks).at(type));
+    auto list = source.prepare(invoker, fn, userData);
+    if (isFirst) {
+        source.registerCallback();
+        callbacks.merge(created);
     }
     LOGI("task invoker : %p, callback : %p", static_cast<void*>(invoker),
          reinterpret_cast<void*>(fn));
-    source->add(std::move(list));
+    source.add(std::move(list));
     return 0;
 }
 

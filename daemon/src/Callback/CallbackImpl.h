@@ -50,14 +50,23 @@ public:
     CallbackImpl(const CallbackImpl&) = delete;
     CallbackImpl& operator=(const CallbackImpl&) = delete;
 
+    /// Deleting a source unsets its platform callback immediately, if it has been registered; its
+    /// memory is reclaimed later. noexcept is explicit because g++ does not infer it here.
+    static void operator delete(CallbackImpl* source, std::destroying_delete_t) noexcept {
+        if (source->m_isRegistered) {
+            source->end();
+        }
+        source->m_hasEnded = true;
+        deliveryEpochs.retire(*source);
+    }
+    /// Called when a constructor throws.
+    static void operator delete(void* storage) { ::operator delete(storage); }
+
     /// The task that calls `fn` with copies of the arguments. It outlives this source.
     virtual std::function<void()> getInvokingTask(CallbackFunction fn, Types... args,
                                                   void* userData) = 0;
     virtual void registerCallback() = 0;
     virtual void unregisterCallback() = 0;
-
-    /// For a source that has not been registered: it ends without a trace.
-    void abandon() { m_ended = true; }
 
     /// Appends a subscription; the same invoker may subscribe again.
     void add(ITaskInvoker* invoker, CallbackFunction fn, void* userData) {
@@ -112,17 +121,11 @@ protected:
         (std::index_sequence_for<Types...>{});
     }
 
-    /// What a source's end looks like from outside, under the destructor's name.
-    void end(const char* destructor, int line) {
-        if (std::exchange(m_ended, true)) {
-            return;
-        }
-        ApiTracker tracker(destructor, line);
-        unregisterCallback();
-    }
+    /// Unsets the platform callback, once, under the destructor's name in the log.
+    virtual void end() = 0;
 
-    /// Destroys and frees this, now or when every delivery that had begun has ended.
-    void release() { deliveryEpochs.retire(*this); }
+    bool m_isRegistered = false;
+    bool m_hasEnded = false;
 
 private:
     void replaceList(std::unique_ptr<List> list) {
@@ -136,5 +139,4 @@ private:
     }
 
     std::atomic<List*> m_current;
-    bool m_ended = false;
 };

@@ -1,10 +1,9 @@
-// What the event sources share: the members that differ in names only, and the task
-// that lends owned copies of an event's arguments to a plugin.
+// What the event sources share: the members that differ in names only, and the task that owns
+// copies of an event's arguments and passes pointers into them to a plugin.
 #pragma once
 
 #include <functional>
 #include <memory>
-#include <new>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -26,7 +25,7 @@ Record* lend(const std::shared_ptr<Record>& record) {
     return record.get();
 }
 
-// std::function makes and deletes what it doesn't hold itself by the class's own operators.
+// std::function allocates a callable that is too large for it with the callable's own operator new.
 template <typename Call>
 struct ShortLivedCall : Call, ShortLived {
     explicit ShortLivedCall(Call call) : Call(std::move(call)) {}
@@ -41,33 +40,31 @@ std::function<void()> makeTask(CallbackFunction fn, void* userData, const Args&.
 
 }  // namespace event_source
 
-// Constructor, destructor, registerCallback and unregisterCallback of an event source.
-// A source that is deleted ends for the platform and the log at once; see
-// CallbackImpl. noexcept is explicit because g++ does not infer it here. The plain operator delete
-// serves a constructor that throws.
-#define EVENT_SOURCE(Class, setFunction, unsetFunction)                             \
-public:                                                                             \
-    Class() {                                                                       \
-        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                          \
-    }                                                                               \
-    ~Class() override {                                                             \
-        end("virtual " #Class "::~" #Class "()", __LINE__);                         \
-    }                                                                               \
-    static void operator delete(Class* source, std::destroying_delete_t) noexcept { \
-        source->end("virtual " #Class "::~" #Class "()", __LINE__);                 \
-        source->release();                                                          \
-    }                                                                               \
-    static void operator delete(void* storage) {                                    \
-        ::operator delete(storage);                                                 \
-    }                                                                               \
-    void registerCallback() override {                                              \
-        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                          \
-        setFunction([](auto... args) { onPlatformCallback(args...); },              \
-                    static_cast<CallbackImpl*>(this));                              \
-    }                                                                               \
-    void unregisterCallback() override {                                            \
-        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                          \
-        unsetFunction();                                                            \
-    }                                                                               \
-                                                                                    \
-private:
+// The members of an event source that differ in names only. The signature in end is written out
+// because the log names the end of a source after its destructor.
+#define EVENT_SOURCE(Class, setFunction, unsetFunction)                        \
+public:                                                                        \
+    Class() {                                                                  \
+        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                     \
+    }                                                                          \
+    ~Class() override {                                                        \
+        Class::end();                                                          \
+    }                                                                          \
+    void registerCallback() override {                                         \
+        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                     \
+        setFunction([](auto... args) { onPlatformCallback(args...); },         \
+                    static_cast<CallbackImpl*>(this));                         \
+        m_isRegistered = true;                                                 \
+    }                                                                          \
+    void unregisterCallback() override {                                       \
+        ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);                     \
+        unsetFunction();                                                       \
+    }                                                                          \
+                                                                               \
+private:                                                                       \
+    void end() override {                                                      \
+        if (!std::exchange(m_hasEnded, true)) {                                \
+            ApiTracker tracker("virtual " #Class "::~" #Class "()", __LINE__); \
+            unregisterCallback();                                              \
+        }                                                                      \
+    }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -146,6 +147,24 @@ TEST_F(CallbackDelegatorTest, ATypeMayComeAndGoAnyNumberOfTimes) {
         EXPECT_EQ(fake_platform::slot(SET).sets, i);
         EXPECT_EQ(fake_platform::slot(SET).unsets, i);
     }
+}
+
+TEST_F(CallbackDelegatorTest, AnExceptionAtTheEndOfASourceEndsTheProcess) {
+    subscribe(m_a);
+    EXPECT_DEATH(
+        {
+            fake_platform::onLog([](const fake_platform::Line& line) {
+                if (line.text.find("IN >> [virtual BtAdapterStateChangedCb::~") != line.text.npos) {
+                    throw std::bad_alloc();
+                }
+            });
+            try {
+                unsubscribe(m_a);
+            } catch (const std::bad_alloc&) {
+                std::exit(0);
+            }
+        },
+        "terminate called");
 }
 
 TEST_F(CallbackDelegatorTest, SoundTypesShareTheRegistryOfTheBluetoothTypes) {
