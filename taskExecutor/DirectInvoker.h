@@ -1,11 +1,11 @@
-// How a task context's job loop is entered: directly, on the calling thread.
+// Runs a task context's job loop directly, on the calling thread.
 #pragma once
 
 #include <functional>
 
 namespace TPL {
 
-/// Forwards to an `Impl` of its own.
+/// Owns an `Impl` and forwards to it.
 template <typename Impl>
 class CInvoker {
 public:
@@ -26,7 +26,7 @@ public:
     void Invoke(const std::function<void()>& fn) { fn(); }
 };
 
-/// Process-wide, from the first use until the process exits. Any thread.
+/// One instance for the process, from the first use until exit. Any thread.
 class CDirectInvoker : public CInvoker<CDirectInvokerImpl> {
 public:
     static CDirectInvoker& GetInstance();

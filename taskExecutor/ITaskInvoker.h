@@ -1,4 +1,4 @@
-// What event sources and brokers know of a plugin: something that runs tasks.
+// The interface through which event sources and brokers run a plugin's tasks.
 #pragma once
 
 #include <functional>
@@ -10,6 +10,6 @@ public:
 
     virtual ~ITaskInvoker() = default;
 
-    /// Hands `task`, by copy, to the receiver's task context.
+    /// Queues a copy of `task` in the receiver's task context.
     virtual void invokeTask(const ITaskInvoker::Task& task) = 0;
 };

@@ -1,5 +1,5 @@
-// The identity of the daemon's main thread, for the daemon and its plugins.
-// Set once, on the main thread, before any plugin is loaded; not synchronised.
+// The id of the daemon's main thread, for the daemon and its plugins. It is set once, on the main
+// thread, before any plugin is loaded; it is not synchronised.
 #pragma once
 
 #include <thread>
@@ -8,7 +8,7 @@ namespace MainThreadInvoker {
 
 void setMainThreadId(const std::thread::id& id);
 
-/// The default id, which names no thread, until it has been set.
+/// Returns the default id, which belongs to no thread, until the id is set.
 const std::thread::id& getMainThreadId();
 
 }  // namespace MainThreadInvoker

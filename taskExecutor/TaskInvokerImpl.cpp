@@ -31,7 +31,7 @@ void TaskInvokerImpl::initiateTaskExecutor() {
 void TaskInvokerImpl::terminateTaskExecutor() {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
     if (m_taskExecutor) {
-        // Lets the context go also when the termination finds no room in its queue.
+        // Releases the context also if the queue has no room for the termination.
         struct Release {
             std::shared_ptr<TaskExecutor>& executor;
             ~Release() { executor.reset(); }
@@ -42,7 +42,7 @@ void TaskInvokerImpl::terminateTaskExecutor() {
 
 void TaskInvokerImpl::invokeTask(const ITaskInvoker::Task& task) {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
-    // Keeps the context alive: its owner may let it go while this thread waits for room in it.
+    // Keeps the context alive: its owner may release it while this thread waits for room.
     const std::shared_ptr<TaskExecutor> executor = m_taskExecutor;
     if (!executor || !task) {
         return;
@@ -57,7 +57,7 @@ void TaskInvokerImpl::runLeftTasks(std::chrono::steady_clock::time_point deadlin
         try {
             mayBeMore = executor->RunLeftTasks(deadline);
         } catch (const std::exception&) {
-            // It took one task out of the queue; others may be behind.
+            // The task that threw has left the queue; others may remain.
         }
     }
 }

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Deletes what an exception leaves in the queue.
+/// Deletes the plugins that are left in the queue when an exception is thrown.
 class QueueCleaner {
 public:
     explicit QueueCleaner(PriorityOrder<Plugin>& queue) : m_queue(queue) {}
@@ -94,9 +94,8 @@ void CommonDaemon::loadPlugins() {
             LOGE("Exception : %s", e.what());
             failed = true;
         }
-        // Not in the handler: the exception's own code may lie in the library that
-        // this closes. A plugin that failed stays in the list, inert, and goes through
-        // shut-down like any other.
+        // Outside the handler, because the exception's code may be in the library that this
+        // closes. A failed plugin stays in the list, inactive, and is shut down like the others.
         if (failed) {
             try {
                 plugin->tearDown();

@@ -1,5 +1,5 @@
-// The daemon's life: Bluetooth up, plugins loaded in priority order; plugins, event
-// sources and Bluetooth down again.
+// Starts and stops the daemon: initialises Bluetooth and loads plugins in priority order; unloads
+// the plugins, deletes the event sources and deinitialises Bluetooth.
 #pragma once
 
 #include <list>
@@ -8,7 +8,7 @@
 #include "daemon/src/Plugin.h"
 #include "daemon/src/PluginOrder.h"
 
-/// One, on main's stack. Main thread only.
+/// One instance, on main's stack. Used on the main thread only.
 class CommonDaemon {
 public:
     CommonDaemon();
@@ -17,9 +17,9 @@ public:
     CommonDaemon(const CommonDaemon&) = delete;
     CommonDaemon& operator=(const CommonDaemon&) = delete;
 
-    /// Throws what creating the plugins throws; a plugin that fails to load is logged.
+    /// Logs a plugin that fails to load. Throws what creating the plugins throws.
     void start();
-    /// Also destroys the callback delegator, which is not made again.
+    /// Also destroys the callback delegator, which is not created again.
     void terminate();
 
 private:

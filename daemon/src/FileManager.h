@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+/// Stateless. Errors: the exhaustion of memory.
 class FileManager {
 public:
     enum class Candidacy { Candidate, Unreachable, NotARegularFile, OtherSuffix };
@@ -14,12 +15,12 @@ public:
         Candidacy candidacy;
     };
 
-    /// All that the directory lists, in its own order. Empty, and errno is set, when it
+    /// Returns all entries in the directory's own order, or std::nullopt with errno set if it
     /// can't be opened.
     static std::optional<std::list<Entry>> listDirectory(const std::string& directory);
 
-    /// The names, without the directory, of the regular files (also behind symbolic
-    /// links) that end in ".so", in the directory's own order. Empty, with an error
-    /// line, when the directory can't be read. Main thread.
+    /// Returns the names, without the directory, of the regular files (symbolic links are
+    /// followed) that end in ".so", in the directory's own order. Logs an error and returns an
+    /// empty list if the directory can't be read. Main thread.
     std::list<std::string> getFilesInDirectory(const std::string& directory);
 };

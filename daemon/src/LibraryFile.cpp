@@ -60,7 +60,7 @@ bool LibraryFile::isCutOff(const std::string& path) {
     if (!file.read(segments.data(), segments.size() * sizeof(Segment), header.e_phoff)) {
         return false;
     }
-    // What lies behind the file's end on its last page reads as zeros.
+    // The rest of the file's last page reads as zeros.
     const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     const std::size_t readable = (file.size() + page - 1) / page * page;
     return std::ranges::any_of(segments, [=](const Segment& segment) {

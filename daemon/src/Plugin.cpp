@@ -16,11 +16,11 @@ namespace {
 using InitFunction = int (*)(void*);
 using DeinitFunction = void (*)();
 
-// Its header promises that the loader throws nothing, but what the constructor of a plugin's static
-// object throws passes through it. The compiler must not see who is called.
+// dlopen is declared noexcept, but a plugin's static constructor may throw through it. The volatile
+// pointer hides the callee from the compiler.
 void* (*volatile const openLibrary)(const char*, int) = dlopen;
 
-// How long one library that is to be closed may still be in use.
+// The longest wait for a library that is still in use before it is closed.
 constexpr std::chrono::seconds PATIENCE{2};
 
 }  // namespace
@@ -103,9 +103,9 @@ void Plugin::tearDown() {
     terminateTaskExecutor();
 }
 
-// Other threads may be delivering an event to the plugin although it has unsubscribed, and its
-// context may hold tasks. All of them need the library's code, and perhaps the broker.
-void Plugin::letOthersLeave() {
+// After the plugin has unsubscribed, other threads may still deliver an event to it, and its
+// context may hold tasks. They use the library's code and may use the broker.
+void Plugin::waitForUsers() {
     if (m_handle) {
         const auto deadline = std::chrono::steady_clock::now() + PATIENCE;
         deliveryEpochs.waitForEarlier(deadline);
@@ -114,12 +114,12 @@ void Plugin::letOthersLeave() {
 }
 
 void Plugin::closeLibrary() {
-    letOthersLeave();
+    waitForUsers();
     m_handle.reset();
 }
 
 void Plugin::release() {
-    letOthersLeave();
+    waitForUsers();
     m_broker.reset();
     m_handle.reset();
 }

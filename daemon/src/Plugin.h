@@ -1,5 +1,5 @@
-// One plugin library: how it is opened, started, stopped and closed. A plugin is the
-// task invoker through which its own events and tasks reach it.
+// One plugin library: opens, starts, stops and closes it. A plugin is also the task invoker for its
+// own events and tasks.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@
 #include "daemon/src/broker/RequestBroker.h"
 #include "taskExecutor/TaskInvokerImpl.h"
 
-/// Owned by whoever took it from the priority queue, then by the daemon's list.
-/// Threads: main thread, but for invokeTask.
+/// Owned by the daemon's list of plugins.
+/// Threads: main thread, except invokeTask and runLeftTasks.
 class Plugin : public TaskInvokerImpl {
 public:
     using Compare = ComparePriority<Plugin>;
@@ -18,22 +18,21 @@ public:
     Plugin() = default;
     ~Plugin() override;
 
-    /// Names the library file (without directory), sets the priority and makes the broker.
+    /// Sets the library's file name (without directory) and the priority, and creates the broker.
     void create(const std::string& name);
 
-    /// Opens the library and calls its PLUGIN_INIT with the broker. Throws
-    /// std::runtime_error when that fails, and what PLUGIN_INIT throws.
+    /// Opens the library and calls its PLUGIN_INIT with the broker. Throws std::runtime_error if
+    /// that fails, and what PLUGIN_INIT throws.
     void load();
 
-    /// Calls PLUGIN_DEINIT, closes the library and drops the broker; nothing if the
-    /// library isn't open.
+    /// Calls PLUGIN_DEINIT, closes the library and deletes the broker. Does nothing if the library
+    /// isn't open.
     void unload();
 
-    /// The last step for each plugin at shut-down.
+    /// Called last for each plugin at shut-down. Only logs.
     void destroy();
 
-    /// All that deletion does, but leaves an inert object behind: nothing is open, and
-    /// tasks are ignored.
+    /// Does what deletion does, but keeps the object: the library is closed and tasks are ignored.
     void tearDown();
 
     int getPriority() const { return m_priority; }
@@ -50,7 +49,7 @@ private:
     void loadServicePlugin();
     void unloadServicePlugin();
     void* getRequestBrokerHandle();
-    void letOthersLeave();
+    void waitForUsers();
     void closeLibrary();
     void release();
 

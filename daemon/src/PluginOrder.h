@@ -1,5 +1,5 @@
-// The order in which plugins are loaded: a heap by priority, the highest first. Equal
-// ones come out in the order that follows from the heap and from how they were put in.
+// The order in which plugins are loaded: a heap by priority, the highest first. The order of equal
+// priorities follows from the heap and the order of insertion.
 #pragma once
 
 #include <queue>
@@ -13,6 +13,6 @@ struct ComparePriority {
     }
 };
 
-/// Put in as the directory lists them. Owns nothing.
+/// Plugins are inserted in the directory's order. Not owning.
 template <typename T>
 using PriorityOrder = std::priority_queue<T*, std::vector<T*>, ComparePriority<T>>;

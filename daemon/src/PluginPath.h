@@ -1,4 +1,4 @@
-// Where plugins are loaded from, with a trailing slash. Fixed when the daemon is built.
+// The plugin directory, with a trailing slash. Fixed at build time.
 #pragma once
 
 #include <string>

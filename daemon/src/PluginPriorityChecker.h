@@ -1,5 +1,5 @@
-// The priority of a plugin by its file name. Two names depend on the product: on a file
-// that another application leaves, and on a product type of the platform.
+// The priority of a plugin by its file name. Two names also depend on the product: one on a marker
+// file that another application creates, one on the platform's product type.
 #pragma once
 
 #include <system_info.h>
@@ -11,25 +11,25 @@
 
 namespace PluginPriorityChecker {
 
-/// Whether the product type is one of those that come with the dongle.
+/// Returns true if the product type is one that supports the dongle.
 inline bool isZarnReadySupport() {
-    constexpr const char* key = "com.ondrix/featureconf/product.zarn_product_type";
+    constexpr const char* KEY = "com.ondrix/featureconf/product.zarn_product_type";
     int type = 0;
-    if (system_info_get_custom_int(key, &type) != 0) {
-        LOGE("%s", key);
+    if (system_info_get_custom_int(KEY, &type) != 0) {
+        LOGE("%s", KEY);
     }
     LOGI("product type : %d", type);
     return type == 7 || type == 8;
 }
 
-/// What a priority comes from.
+/// The rule that determined a priority.
 enum class Rule {
-    Ordinary,            // any name without a rule of its own
+    Ordinary,            // any other name
     BleApplication,      // that name
     LiteWithMarker,      // that name, and the marker file exists
-    LiteWithoutMarker,   // that name, and it doesn't
-    DongleSupported,     // that name, and the product type is one with the dongle
-    DongleNotSupported,  // that name, and it isn't, or can't be asked for
+    LiteWithoutMarker,   // that name, and there is no marker file
+    DongleSupported,     // that name, and the product type supports the dongle
+    DongleNotSupported,  // that name, and it does not, or is unknown
 };
 
 struct Decision {
@@ -37,9 +37,10 @@ struct Decision {
     Rule rule;
 };
 
-/// Higher is loaded earlier. Main thread; asks the platform only for the names concerned.
+/// A higher priority is loaded earlier. Queries the platform only for the name concerned. Main
+/// thread.
 inline Decision decide(const std::string& name) {
-    constexpr int ordinary = 5;
+    constexpr int ORDINARY = 5;
     if (name == "libbleapp.so") {
         return {8, Rule::BleApplication};
     }
@@ -49,9 +50,9 @@ inline Decision decide(const std::string& name) {
     }
     if (name == "libZarnDongleDetectNotification.so") {
         return isZarnReadySupport() ? Decision{10, Rule::DongleSupported}
-                                    : Decision{ordinary, Rule::DongleNotSupported};
+                                    : Decision{ORDINARY, Rule::DongleNotSupported};
     }
-    return {ordinary, Rule::Ordinary};
+    return {ORDINARY, Rule::Ordinary};
 }
 
 inline int getPriority(const std::string& name) {

@@ -1,5 +1,5 @@
-// The daemon's whole life on its initial thread. No arguments, no signal handling of
-// its own: the main loop library ends the loop on SIGTERM and SIGINT.
+// Starts the daemon, runs the main loop and stops the daemon. It takes no arguments and handles no
+// signals: the main loop library ends the loop on SIGTERM and SIGINT.
 #include <Ecore.h>
 
 #include <exception>
@@ -21,7 +21,7 @@ int main(int, char**) {
         ecore_shutdown();
         return 0;
     } catch (const std::exception& e) {
-        // Under the task library's tag; watchers of the log look for it there.
+        // Logged under the task library's tag, where existing log filters expect it.
         DAEMON_LOG("QVX_TPL_CONTEXT", DLOG_PRIORITY_ERROR, "exception : %s", e.what());
         return -1;
     }

@@ -1,7 +1,7 @@
-// The Bluetooth event sources: one class for each platform callback, named after it.
-// Owner, threads and errors are CallbackImpl's. getInvokingTask copies each record for
-// each subscriber; a null string ends in std::string's logic error, and only
-// DeviceInfoCopy takes null pointers. Irregular spellings are part of the names.
+// The Bluetooth event sources: one class for each platform callback, named after it. Owner, threads
+// and errors: see CallbackImpl. getInvokingTask copies a record for each subscriber. A null string
+// throws std::logic_error; only DeviceInfoCopy accepts null pointers. Irregular spellings are part
+// of the names.
 #pragma once
 
 #include <bluetooth.h>
@@ -133,11 +133,10 @@ class BtAdapterDeviceDiscoveryStateChangedCb
         return event_source::makeTask(fn, userData, result, state, copy(info));
     }
 
-    // Plugins have been built against a class mask that repeats the major class, and
-    // an appearance of 0.
+    // Existing plugins rely on a class mask that repeats the major class and an appearance of 0.
     static std::shared_ptr<bt_adapter_device_discovery_info_s> copy(
         bt_adapter_device_discovery_info_s* info) {
-        // A literal: a static member's own signature would begin with "static ".
+        // Written out, because __PRETTY_FUNCTION__ of a static member begins with "static ".
         ApiTracker tracker(
             "std::shared_ptr<bt_adapter_device_discovery_info_s> "
             "BtAdapterDeviceDiscoveryStateChangedCb::copy(bt_adapter_device_discovery_info_s*)",
@@ -405,8 +404,8 @@ class BtDeviceConnectionStateChangedCb : public CallbackImpl<bt_device_connectio
             fn(connected, copied.get(), userData);
             free(copied->remote_address);
         };
-        // Once there is a task: it alone frees the address; one that never runs leaves it
-        // allocated.
+        // Copied only when the task exists, because the task frees the address. A task that never
+        // runs leaks it.
         copied->remote_address = record_buffers::copyString(info->remote_address);
         return task;
     }
@@ -505,7 +504,7 @@ class BtHidBatteryStatusReceivedCb
         return event_source::makeTask(fn, userData, copy(status));
     }
 
-    // The platform's address buffer always holds that much, whatever the text's length.
+    // The platform's address buffer always has this size.
     static constexpr int ADDRESS_SIZE = sizeof "00:00:00:00:00:00";
 
     static std::shared_ptr<bt_hid_battery_status_info_s> copy(

@@ -1,5 +1,5 @@
-// The registry of event sources. A source exists, and its platform callback is set,
-// exactly while somebody listens.
+// The registry of event sources. A source exists, and its platform callback is set, exactly while
+// it has a subscriber.
 #pragma once
 
 #include <map>
@@ -13,12 +13,12 @@
 #include "daemon/src/common/log.h"
 #include "taskExecutor/ITaskInvoker.h"
 
-/// One for the process, held by Singleton<CallbackDelegator>; owns every event source.
+/// One instance for the process, held by Singleton<CallbackDelegator>. Owns every event source.
 ///
-/// Threads: registerCallback and unregisterCallback from any thread; one mutex
-/// serialises them, with every platform set and unset call. Delivery never takes it.
-/// Errors: the exhaustion of memory and a mutex that can't be locked; never a platform
-/// call's result.
+/// Threads: registerCallback and unregisterCallback from any thread. One mutex serialises them and
+/// every platform set and unset call; a delivery never locks it.
+/// Errors: the exhaustion of memory and a mutex that can't be locked. Results of platform calls are
+/// ignored.
 class CallbackDelegator {
 public:
     CallbackDelegator();
@@ -27,19 +27,18 @@ public:
     CallbackDelegator(const CallbackDelegator&) = delete;
     CallbackDelegator& operator=(const CallbackDelegator&) = delete;
 
-    /// Subscribes `invoker` to the events of `type`, for the first subscriber by making
-    /// the source and setting the platform callback. Always 0. Without memory nothing has
-    /// changed.
+    /// Subscribes `invoker` to the events of `type`. The first subscription creates the source and
+    /// sets the platform callback. Always returns 0. If memory is exhausted, nothing has changed.
     template <typename CallbackClass>
     int registerCallback(CallbackType type, ITaskInvoker* invoker,
                          typename CallbackClass::Function fn, void* userData) EXCLUDES(m_mutex);
 
-    /// Removes all of `invoker`'s subscriptions to `type`; with the last of anybody the
-    /// platform callback is unset and the source destroyed. Always 0.
+    /// Removes all of `invoker`'s subscriptions to `type`. When no subscriber remains, the platform
+    /// callback is unset and the source deleted. Always returns 0.
     template <typename CallbackClass>
     int unregisterCallback(CallbackType type, ITaskInvoker* invoker) EXCLUDES(m_mutex);
 
-    /// The registry that holds `type`: one for all of them.
+    /// Returns the map that holds `type`: the same map for every type.
     std::map<CallbackType, std::unique_ptr<ICallback>>& getCallbackList(CallbackType type)
         REQUIRES(m_mutex);
     Mutex& mutex() RETURN_CAPABILITY(m_mutex) { return m_mutex; }
@@ -49,14 +48,14 @@ private:
     void deinit();
 
     std::map<CallbackType, std::unique_ptr<ICallback>> m_callbacks GUARDED_BY(m_mutex);
-    // Reserved for the other groups of types; always empty.
+    // Reserved for other groups of types; always empty.
     std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved2;
     std::map<CallbackType, std::unique_ptr<ICallback>> m_reserved3;
     Mutex m_mutex;
 };
 
-// All that allocates precedes the platform's set call: a first subscription that fails has set no
-// callback, and its source is deleted without a log line.
+// Everything that allocates precedes the platform's set call. So if a first subscription fails, no
+// platform callback has been set, and the source is deleted without a log line.
 template <typename CallbackClass>
 int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker,
                                         typename CallbackClass::Function fn, void* userData) {

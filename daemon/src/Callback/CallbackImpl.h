@@ -1,6 +1,6 @@
-// The subscriber list of one kind of event, and the fan-out of an event to it.
-// The list is immutable and replaced as a whole; a fan-out takes the current one as
-// its snapshot, without a lock or a copy. docs/threading.md tells why that is safe.
+// The subscriber list of one kind of event, and the delivery of an event to its subscribers. The
+// list is immutable and replaced as a whole (copy on write), so a delivery reads the current list
+// without a lock or a copy. docs/threading.md explains why that is safe.
 #pragma once
 
 #include <atomic>
@@ -17,11 +17,10 @@
 #include "daemon/src/common/log.h"
 #include "taskExecutor/ITaskInvoker.h"
 
-/// `CallbackFunction` is the platform's callback type, `Types` what its arguments before
-/// the user data travel as: a C string as `const std::string&`, all else as it is.
+/// `CallbackFunction` is the platform's callback type. `Types` are its argument types without the
+/// user data, with `const std::string&` for a C string.
 ///
-/// Owned by the registry. A source let go during its own fan-out ends for the platform
-/// and the log at once; its storage is freed when the deliveries that had begun have ended.
+/// Owned by the registry. A source may be deleted during a delivery; see operator delete.
 ///
 /// Threads: add, remove, registerCallback, unregisterCallback and destruction under the
 /// registry's lock; onCallback and getInvokingTask on any thread, without it.
@@ -32,11 +31,11 @@ public:
     using Function = CallbackFunction;
 
     struct CallbackEntry {
-        ITaskInvoker* invoker;  // not owned; who subscribed
+        ITaskInvoker* invoker;  // the subscriber; not owned
         std::function<void(Types...)> deliver;
     };
 
-    /// Not changed once it is current.
+    /// Immutable once it is the current list.
     struct List final : Retired {
         explicit List(std::vector<CallbackEntry> subscriptions = {})
             : entries(std::move(subscriptions)) {}
@@ -62,19 +61,19 @@ public:
     /// Called when a constructor throws.
     static void operator delete(void* storage) { ::operator delete(storage); }
 
-    /// The task that calls `fn` with copies of the arguments. It outlives this source.
+    /// Returns a task that calls `fn` with copies of the arguments. It may outlive this source.
     virtual std::function<void()> getInvokingTask(CallbackFunction fn, Types... args,
                                                   void* userData) = 0;
     virtual void registerCallback() = 0;
     virtual void unregisterCallback() = 0;
 
-    /// Appends a subscription; the same invoker may subscribe again.
+    /// Appends a subscription. An invoker may have several.
     void add(ITaskInvoker* invoker, CallbackFunction fn, void* userData) {
         add(prepare(invoker, fn, userData));
     }
 
-    /// The two halves of that: what needs memory, and what can't fail. No other change of the
-    /// list may come between them.
+    /// The two steps of add: prepare allocates the new list, the second add can't fail. The list
+    /// must not change in between.
     std::unique_ptr<List> prepare(ITaskInvoker* invoker, CallbackFunction fn, void* userData) {
         auto list = std::make_unique<List>(m_current.load()->entries);
         list->entries.push_back({invoker, [this, invoker, fn, userData](Types... args) {
@@ -86,7 +85,7 @@ public:
     }
     void add(std::unique_ptr<List> list) noexcept { replaceList(std::move(list)); }
 
-    /// Removes every subscription of `invoker`; returns how many of others are left.
+    /// Removes every subscription of `invoker`. Returns the number of remaining subscriptions.
     size_t remove(ITaskInvoker* invoker) {
         ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
         LOGI("remove invoker : %p", static_cast<void*>(invoker));
@@ -98,7 +97,7 @@ public:
         return left;
     }
 
-    /// Delivers one event to every subscription in the order they were made. The caller holds an
+    /// Delivers one event to every subscription, in the order of subscribing. The caller holds an
     /// EpochGuard if the subscriptions may change meanwhile.
     void onCallback(Types... args) {
         for (const CallbackEntry& entry : m_current.load()->entries) {
@@ -108,8 +107,8 @@ public:
     }
 
 protected:
-    /// The platform's call, whose last argument is the source. The guard comes first: the
-    /// conversion of a C string allocates, and the last subscriber may leave meanwhile.
+    /// Called by the platform; the last argument is the source. The guard is created first, because
+    /// the last subscriber may unsubscribe while a C string is converted.
     template <typename... Args>
     static void onPlatformCallback(Args... args) {
         const EpochGuard guard;

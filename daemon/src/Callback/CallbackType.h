@@ -1,5 +1,5 @@
-// Names every platform callback the daemon relays: (group << 24) | index, group 1
-// for Bluetooth, group 3 for the sound manager. Irregular spellings are kept.
+// Identifies every platform callback that the daemon delivers: (group << 24) | index. Group 1 is
+// Bluetooth, group 3 is the sound manager. Irregular spellings are kept.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The deep copy of a device record, shared by the three event sources that carry one.
+// The deep copy of a device record. Three event sources use it.
 #pragma once
 
 #include <bluetooth.h>
@@ -7,7 +7,7 @@
 
 class DeviceInfoCopy {
 public:
-    /// An owned copy of `info`; empty for null. The only record copy that takes null
-    /// pointers, in every place. Any thread; throws std::bad_alloc.
+    /// Returns an owned copy of `info`, or an empty pointer if `info` is null. Accepts null
+    /// pointers in every field; no other record copy does. Any thread; throws std::bad_alloc.
     static std::shared_ptr<bt_device_info_s> copy(bt_device_info_s* info);
 };

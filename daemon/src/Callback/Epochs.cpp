@@ -30,8 +30,8 @@ bool Epochs::waitForEarlier(std::chrono::steady_clock::time_point deadline) {
     return haveEnded;
 }
 
-// Until the thread has published its epoch, which takes memory and the mutex, the counter holds up
-// everything.
+// Joining needs memory and the mutex. While the counter isn't 0, no object is reclaimed: a thread
+// that joins has not published its epoch yet.
 Epochs::Thread& Epochs::join() {
     struct Joining {
         explicit Joining(Epochs& all) : epochs(all) { ++epochs.m_joining; }
@@ -70,8 +70,8 @@ void Epochs::proceed() {
     m_changed.notify_all();
 }
 
-// The flag is set before the threads are looked at: a delivery that ends meanwhile is either seen
-// to have ended or proceeds by itself.
+// The flag is set before the threads' epochs are read. So a delivery that ends meanwhile is either
+// read as ended, or sees the flag and calls proceed.
 void Epochs::reclaim() {
     m_isAwaited = true;
     Epoch oldest = m_joining > 0 ? 0 : OUTSIDE;

@@ -13,15 +13,16 @@
 
 namespace event_source {
 
+// What a plugin's callback gets for a copied argument: a pointer into the copy, or the value.
 template <typename T>
-T lend(T value) {
+T asArgument(T value) {
     return value;
 }
-inline char* lend(std::string& text) {
+inline char* asArgument(std::string& text) {
     return text.data();
 }
 template <typename Record>
-Record* lend(const std::shared_ptr<Record>& record) {
+Record* asArgument(const std::shared_ptr<Record>& record) {
     return record.get();
 }
 
@@ -31,11 +32,11 @@ struct ShortLivedCall : Call, ShortLived {
     explicit ShortLivedCall(Call call) : Call(std::move(call)) {}
 };
 
-/// A task that owns a copy of each argument and calls `fn` with them.
+/// Returns a task that owns a copy of each argument and calls `fn` with the copies.
 template <typename CallbackFunction, typename... Args>
 std::function<void()> makeTask(CallbackFunction fn, void* userData, const Args&... args) {
     return ShortLivedCall(
-        [fn, userData, ... copies = args]() mutable { fn(lend(copies)..., userData); });
+        [fn, userData, ... copies = args]() mutable { fn(asArgument(copies)..., userData); });
 }
 
 }  // namespace event_source

@@ -1,5 +1,5 @@
-// What the registry knows of an event source. Polymorphic, so that the concrete
-// class can be recovered with a checked cast.
+// The registry's view of an event source. It is polymorphic so that the registry can recover the
+// concrete class with dynamic_cast.
 #pragma once
 
 class ICallback {

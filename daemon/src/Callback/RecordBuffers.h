@@ -1,5 +1,5 @@
-// The buffers of a copied record. A string comes from the C library, an array and a
-// byte buffer from new[]; what allocates stands beside what releases.
+// Allocates and releases the buffers of a copied record: strings with the C library, arrays and
+// byte buffers with new[] and delete[].
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace record_buffers {
 
-/// A failed allocation leaves the copy null.
+/// Returns null if the allocation fails.
 inline char* copyString(const char* text) {
     return strndup(text, strlen(text));
 }
@@ -18,12 +18,12 @@ inline void freeString(char*& text) {
     text = nullptr;
 }
 
-/// `count` null strings for the caller to fill; throws std::bad_alloc.
+/// Returns an array of `count` null strings. Throws std::bad_alloc.
 inline char** newStrings(int count) {
     return new char*[static_cast<std::size_t>(count)]();
 }
 
-/// Null where `count` isn't positive; throws std::bad_alloc.
+/// Returns null if `count` isn't positive. Throws std::bad_alloc.
 inline char** copyStrings(char** strings, int count) {
     if (count <= 0) {
         return nullptr;
@@ -45,7 +45,7 @@ inline void freeStrings(char** strings, int count) {
     delete[] strings;
 }
 
-/// `length` bytes without a terminator, null where it isn't positive; throws
+/// Copies `length` bytes, without a terminator. Returns null if `length` isn't positive. Throws
 /// std::bad_alloc.
 inline char* copyBytes(const char* bytes, int length) {
     if (length <= 0) {

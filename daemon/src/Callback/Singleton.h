@@ -1,11 +1,11 @@
-// Holds the one instance of a class: made on first use, never made again.
+// The one instance of a class: created on first use, never created again.
 #pragma once
 
 #include <memory>
 #include <mutex>
 
-/// Threads: getInstance from any thread; instance() is reset on the main thread, when
-/// nobody else uses the object. After that getInstance returns null.
+/// Threads: getInstance from any thread. instance() is reset on the main thread when no other
+/// thread uses the object; getInstance returns null afterwards.
 template <typename T>
 class Singleton {
 public:
@@ -13,7 +13,7 @@ public:
         void operator()(T* object) const { delete object; }
     };
 
-    /// Not owned by the caller. Throws std::system_error if the once-mechanism fails.
+    /// Not owned by the caller. Throws what std::call_once and the constructor throw.
     static T* getInstance() {
         std::call_once(initFlag(), [] { instance().reset(new T); });
         return instance().get();

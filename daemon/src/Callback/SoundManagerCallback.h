@@ -1,4 +1,4 @@
-// The event sources of the sound manager. See BluetoothCallback.h.
+// The event sources of the sound manager, built like those in BluetoothCallback.h.
 #pragma once
 
 #include <sound_manager_tv.h>

@@ -10,64 +10,64 @@
 
 #include <functional>
 
-/// What a plugin can ask of the daemon. An operation with a callback subscribes to one
-/// kind of event; the operation behind it ends that.
+/// The operations that a plugin can call. An operation with a callback subscribes to one kind of
+/// event; the operation after it unsubscribes.
 ///
 /// **Threads.** Every operation may be called from any thread, also in a callback.
-/// Callbacks and requested work run in the plugin's task context: one at a time, in
-/// order, on whichever thread is running that context, often the platform's. It differs
-/// from call to call. PLUGIN_INIT and PLUGIN_DEINIT run on the main thread and not in
-/// the context: a callback may run on another thread at the same time.
+/// Callbacks and requested work run in the plugin's task context: one at a time and in order. The
+/// thread may differ from call to call; often it is one of the platform's. PLUGIN_INIT and
+/// PLUGIN_DEINIT run on the main thread and not in the context: a callback may run on another
+/// thread at the same time.
 ///
-/// **Pointers.** Strings and records given to a callback are copies made for this one
-/// call, and end when it returns. The plugin frees nothing and leaves the pointers in a
-/// record as they are. A string is never null, a record or a pointer in it only where it
-/// is said; an array is null where its count is 0. An address is six hexadecimal pairs
-/// joined by colons, or empty. `userData` comes back as it was given.
+/// **Pointers.** Strings and records passed to a callback are copies for this one call; they are
+/// freed when it returns. The plugin frees nothing and does not change the pointers in a record. A
+/// string is never null. A record, or a pointer in it, is null only where the operation says so; an
+/// array is null if its count is 0. An address is six hexadecimal pairs joined by colons, or empty.
+/// `userData` is passed unchanged.
 ///
 /// **Subscribing.** The platform's callback is set for the first subscriber of all
 /// plugins and unset after the last. Each subscription counts: a plugin that subscribes
 /// twice is called twice. No argument is checked; a null callback crashes at the first
 /// event. `result`, where an event has one, comes from the platform: 0 for success.
 ///
-/// **Unsubscribing** removes all of the plugin's subscriptions to the event, also in its
-/// own callback, and is harmless without one. It waits for no callback: an event that is
-/// being delivered still arrives. The daemon undoes no subscription: a plugin does in
-/// PLUGIN_DEINIT, or before its PLUGIN_INIT fails.
+/// **Unsubscribing** removes all of the plugin's subscriptions to the event. It may be called in
+/// the event's own callback, and does nothing without a subscription. It waits for no callback: an
+/// event that is being delivered still arrives. The daemon removes no subscription itself: a plugin
+/// unsubscribes in PLUGIN_DEINIT, and before its PLUGIN_INIT fails.
 ///
-/// **Results.** Every operation that returns, returns 0, whatever the platform answered:
-/// learn its state from the events. Thrown are only std::bad_alloc, std::system_error
-/// for a mutex that can't be locked, and by the last operation what is said there.
+/// **Results.** Every operation returns 0, whatever the platform returned; use the events to learn
+/// the platform's state. Operations throw std::bad_alloc, or std::system_error if a mutex can't be
+/// locked; the last operation also throws what its description says.
 class IRequestBroker {
 public:
-    /// The daemon's; a plugin never deletes its broker.
+    /// Called by the daemon; a plugin never deletes its broker.
     virtual ~IRequestBroker() = default;
 
     /// @name Shared profiles
-    /// Initialised for the first plugin that asks, deinitialised after the last. Asking is
-    /// subscribing to the profile's connection events: asked twice, called twice, and gone
-    /// with one deinitialise.
+    /// A profile is initialised for its first subscriber and deinitialised after its last. To
+    /// initialise it is to subscribe to its connection events: a plugin that initialises twice is
+    /// called twice, and one deinitialise ends both.
     /// @{
 
     /// Initialises the HID host. Events: a HID device has connected or disconnected, `(result,
     /// connected, address)`.
     virtual int BtHidHostInitialize(bt_hid_host_connection_state_changed_cb callback,
                                     void* userData) = 0;
-    /// Gives the profile up: ends BtHidHostInitialize.
+    /// Releases the profile: ends BtHidHostInitialize.
     virtual int BtHidHostDeinitialize() = 0;
 
     /// Initialises AVRCP control. Events: a device that this one controls has connected or
     /// disconnected, `(connected, address)`.
     virtual int BtAvrcpControlInitialize(bt_avrcp_control_connection_state_changed_cb callback,
                                          void* userData) = 0;
-    /// Gives the profile up: ends BtAvrcpControlInitialize.
+    /// Releases the profile: ends BtAvrcpControlInitialize.
     virtual int BtAvrcpControlDeinitialize() = 0;
 
     /// Initialises the AVRCP target. Events: a device that controls this one has connected or
     /// disconnected, `(connected, address)`.
     virtual int BtAvrcpTargetInitialize(bt_avrcp_target_connection_state_changed_cb callback,
                                         void* userData) = 0;
-    /// Gives the profile up: ends BtAvrcpTargetInitialize.
+    /// Releases the profile: ends BtAvrcpTargetInitialize.
     virtual int BtAvrcpTargetDeinitialize() = 0;
     /// @}
 
@@ -85,12 +85,11 @@ public:
     /// Ends BtAdapterSetNameChangedCb.
     virtual int BtAdapterUnsetNameChangedCb() = 0;
 
-    /// A device asks to pair, without a key: `(result, name, address)`. "Conecnt" is spelled so
-    /// on purpose: part of the ABI.
+    /// A device asks to pair, without a key: `(result, name, address)`. "Conecnt" is part of the
+    /// ABI.
     virtual int BtAdapterSetSspConecntRequestCb(bt_adapter_ssp_consent_req_cb callback,
                                                 void* userData) = 0;
-    /// Ends BtAdapterSetSspConecntRequestCb. "Conecnt" is spelled so on purpose: part of the
-    /// ABI.
+    /// Ends BtAdapterSetSspConecntRequestCb. "Conecnt" is part of the ABI.
     virtual int BtAdapterUnsetSspConecntRequestCb() = 0;
 
     /// A device asks to pair, with a PIN or passkey: `(result, type, name, address, key)`;
@@ -100,8 +99,8 @@ public:
     /// Ends BtAdapterSetAuthenticationReqCb.
     virtual int BtAdapterUnsetAuthenticationReqCb() = 0;
 
-    /// No further device can connect: `(result, address)`. The callback type is spelled so on
-    /// purpose, by the platform.
+    /// No further device can connect: `(result, address)`. The platform spells the
+    /// callback type like this.
     virtual int BtAdapterSetMaxDeviceConnectedCb(bt_adapter_max_conection_reached_cb callback,
                                                  void* userData) = 0;
     /// Ends BtAdapterSetMaxDeviceConnectedCb.
@@ -127,7 +126,7 @@ public:
     /// A hands-free device changed its volume: `(gain)`.
     virtual int BtAgSetSpeakerGainChangedCb(bt_ag_speaker_gain_changed_cb callback,
                                             void* userData) = 0;
-    /// Ends BtAgSetSpeakerGainChangedCb. "UnSet" is spelled so on purpose: part of the ABI.
+    /// Ends BtAgSetSpeakerGainChangedCb. "UnSet" is part of the ABI.
     virtual int BtAgUnSetSpeakerGainChangedCb() = 0;
     /// @}
 
@@ -163,10 +162,10 @@ public:
     /// Ends BtAvrcpSetAbsoluteVolumeChangedCb.
     virtual int BtAvrcpUnsetAbsoluteVolumeChangedCb() = 0;
 
-    /// A device told its volume at the start of the notifications: `(address, volume)`.
+    /// A device reported its volume at the start of the notifications: `(address, volume)`.
     virtual int BtAvrcpSetInterimVolumeNotifyCb(bt_avrcp_interim_volume_notify_cb callback,
                                                 void* userData) = 0;
-    /// Ends BtAvrcpSetInterimVolumeNotifyCb. "Unet" is spelled so on purpose: part of the ABI.
+    /// Ends BtAvrcpSetInterimVolumeNotifyCb. "Unet" is part of the ABI.
     virtual int BtAvrcpUnetInterimVolumeNotifyCb() = 0;
 
     /// A key was pressed or released on a remote device: `(event)`, never null.
@@ -175,15 +174,13 @@ public:
     /// Ends BtAvrcpSetKeyEventReceivedCb.
     virtual int BtAvrcpUnsetKeyEventReceivedCb() = 0;
 
-    /// A device was muted or is heard again: `(address, muted)`. "Shanged" is spelled so on
-    /// purpose: part of the ABI.
+    /// A device was muted or unmuted: `(address, muted)`. "Shanged" is part of the ABI.
     virtual int BtAvrcpSetMuteStateShangedWithAddressCb(
         bt_avrcp_mute_state_changed_with_address_cb callback, void* userData) = 0;
-    /// Ends BtAvrcpSetMuteStateShangedWithAddressCb. "Shanged" is spelled so on purpose: part
-    /// of the ABI.
+    /// Ends BtAvrcpSetMuteStateShangedWithAddressCb. "Shanged" is part of the ABI.
     virtual int BtAvrcpUnsetMuteStateShangedWithAddressCb() = 0;
 
-    /// What a remote device can do is known: `(features)`, never null. The daemon logs it
+    /// The features of a remote device are known: `(features)`, never null. The daemon logs it
     /// before it calls the plugin.
     virtual int BtAvrcpSetRemoteFeaturesCb(bt_avrcp_remote_features_cb callback,
                                            void* userData) = 0;
@@ -201,7 +198,7 @@ public:
     /// Ends BtAvrcpSetVolumeChangedWithAddressCb.
     virtual int BtAvrcpUnsetVolumeChangedWithAddressCb() = 0;
 
-    /// A device asks to be told of the volume: no arguments but the user data.
+    /// A device asks for volume notifications: no arguments but the user data.
     virtual int BtAvrcpSetVolumeNotifyCb(bt_avrcp_volume_notified_cb callback, void* userData) = 0;
     /// Ends BtAvrcpSetVolumeNotifyCb.
     virtual int BtAvrcpUnsetVolumeNotifyCb() = 0;
@@ -254,9 +251,8 @@ public:
     /// @name HID accessories
     /// @{
 
-    /// The accessory switch told its battery level: `(level, charging)`, in percent, and 1
-    /// while the charger is connected. "Brek" is spelled so on purpose here and below: part of
-    /// the ABI.
+    /// The accessory switch reported its battery level: `(level, charging)`, in percent, and 1
+    /// while the charger is connected. "Brek", here and below, is part of the ABI.
     virtual int BtHidSetBrekSwitchChargingStatusReceivedCb(
         bt_hid_notify_battery_charging_status_received_cb callback, void* userData) = 0;
     /// Ends BtHidSetBrekSwitchChargingStatusReceivedCb.
@@ -269,20 +265,20 @@ public:
     /// Ends BtHidSetBrekSwitchConnectionStateChangedCb.
     virtual int BtHidUnsetBrekSwitchConnectionStateChangedCb() = 0;
 
-    /// The update of the switch's firmware went on: `(state)`.
+    /// The firmware update of the switch progressed: `(state)`.
     virtual int BtHidSetBrekSwitchFirmwareUpdateStateChangedCb(
         bt_hid_brek_switch_firmware_update_state_changed_cb callback, void* userData) = 0;
     /// Ends BtHidSetBrekSwitchFirmwareUpdateStateChangedCb.
     virtual int BtHidUnsetBrekSwitchFirmwareUpdateStateChangedCb() = 0;
 
-    /// A HID device told the state of its battery: `(status)`, never null. The address in it is
-    /// cut to 17 characters.
+    /// A HID device reported its battery status: `(status)`, never null. The address in it is
+    /// truncated to 17 characters.
     virtual int BtHidSetBatteryStatusReceivedCb(bt_hid_notify_battery_status_received_cb callback,
                                                 void* userData) = 0;
     /// Ends BtHidSetBatteryStatusReceivedCb.
     virtual int BtHidUnsetBatteryStatusReceivedCb() = 0;
 
-    /// The remote control told its battery level: `(level, charging)`, in percent, and 1 while
+    /// The remote control reported its battery level: `(level, charging)`, in percent, and 1 while
     /// the charger is connected.
     virtual int BtHidSetSmartRcChargingStatusReceivedCb(
         bt_hid_notify_smart_rc_charging_status_received_cb callback, void* userData) = 0;
@@ -296,36 +292,33 @@ public:
     /// Ends BtHidSetSmartRcConnectionCb.
     virtual int BtHidUnsetSmartRcConnectionCb() = 0;
 
-    /// The update of the remote control's firmware went on: `(status, progress)`, in percent.
+    /// The firmware update of the remote control progressed: `(status, progress)`, in percent.
     virtual int BtHidSetSmartRcFwUpdateStatusCb(bt_hid_notify_smart_rc_fw_update_status_cb callback,
                                                 void* userData) = 0;
     /// Ends BtHidSetSmartRcFwUpdateStatusCb.
     virtual int BtHidUnsetSmartRcFwUpdateStatusCb() = 0;
 
-    /// The remote control's grip sensor was found: `(detected)`.
+    /// The remote control's grip sensor was detected: `(detected)`.
     virtual int BtHidSetSmartRcGripSensorDetectedCb(
         bt_hid_smart_rc_grip_sensor_detected_cb callback, void* userData) = 0;
     /// Ends BtHidSetSmartRcGripSensorDetectedCb.
     virtual int BtHidUnsetSmartRcGripSensorDetectedCb() = 0;
 
-    /// The remote control was taken up or put down: `(state)`. "RCgrip" is spelled so on
-    /// purpose: part of the ABI.
+    /// The remote control was picked up or put down: `(state)`. "RCgrip" is part of the ABI.
     virtual int BtHidSetSmartRCgripSensorStateChangedCb(
         bt_hid_smart_rc_grip_sensor_state_changed_cb callback, void* userData) = 0;
-    /// Ends BtHidSetSmartRCgripSensorStateChangedCb. "RCgrip" is spelled so on purpose: part of
-    /// the ABI.
+    /// Ends BtHidSetSmartRCgripSensorStateChangedCb. "RCgrip" is part of the ABI.
     virtual int BtHidUnsetSmartRCgripSensorStateChangedCb() = 0;
     /// @}
 
     /// @name LE audio broadcast
     /// @{
 
-    /// The broadcast was configured, streams or has stopped: `(state, stream_type)`, the record
+    /// The broadcast was configured, started or stopped: `(state, stream_type)`, the record
     /// by value.
     virtual int BtLeAudioBroadcastSetStateChangedCb(bt_le_audio_broadcast_state_changed_cb callback,
                                                     void* userData) = 0;
-    /// Ends BtLeAudioBroadcastSetStateChangedCb. "UnSet" is spelled so on purpose: part of the
-    /// ABI.
+    /// Ends BtLeAudioBroadcastSetStateChangedCb. "UnSet" is part of the ABI.
     virtual int BtLeAudioBroadcastUnSetStateChangedCb() = 0;
     /// @}
 
@@ -340,7 +333,7 @@ public:
     virtual int BtSocketUnsetConnectionStateChangedCb() = 0;
 
     /// A socket received data: `(data)`, never null. It holds `data_size` bytes without a
-    /// terminator, and a null pointer where there are none.
+    /// terminator; its pointer is null if there are none.
     virtual int BtSocketSetDataReceivedCb(bt_socket_data_received_cb callback, void* userData) = 0;
     /// Ends BtSocketSetDataReceivedCb.
     virtual int BtSocketUnsetDataReceivedCb() = 0;
@@ -349,28 +342,28 @@ public:
     /// @name Sound output
     /// @{
 
-    /// Sound goes to other speakers: `(route)`.
+    /// The audio output route changed: `(route)`.
     virtual int SoundManagerSetSpeakerChangedCb(sound_manager_speaker_changed_cb callback,
                                                 void* userData) = 0;
-    /// Ends SoundManagerSetSpeakerChangedCb. "Unet" is spelled so on purpose: part of the ABI.
+    /// Ends SoundManagerSetSpeakerChangedCb. "Unet" is part of the ABI.
     virtual int SoundManagerUnetSpeakerChangedCb() = 0;
 
-    /// Sound of one view of a split screen goes to other speakers: `(route, view)`, counted
-    /// from 0.
+    /// The audio output route of one view of a split screen changed: `(route, view)`. Views are
+    /// counted from 0.
     virtual int SoundManagerSetMultiviewSpeakerChangedCb(
         sound_manager_multiview_speaker_selection_changed_cb callback, void* userData) = 0;
     /// Ends SoundManagerSetMultiviewSpeakerChangedCb.
     virtual int SoundManagerUnsetMultiviewSpeakerChangedCb() = 0;
     /// @}
 
-    /// @name Work of the plugin's own
+    /// @name Tasks of the plugin
     /// @{
 
-    /// Runs a copy of `function` with `userData` in the plugin's task context: before this
-    /// call returns if no thread is running the context, else later on the thread that is.
-    /// At most ten tasks, events among them, wait behind the running one; the next caller
-    /// waits up to 15 s for room. Returns 0. Throws std::domain_error when there was none,
-    /// and what a task throws that this thread runs: std::bad_function_call if empty.
+    /// Runs a copy of `function` with `userData` in the plugin's task context: before this call
+    /// returns if no thread is running the context, otherwise later on the running thread. At most
+    /// ten tasks, including events, are queued behind the running one; the next caller waits up to
+    /// 15 s for room. Returns 0. Throws std::domain_error if there is no room then, and what a task
+    /// on this thread throws: std::bad_function_call if `function` is empty.
     virtual int RequestToInvokeInTaskExecutor(std::function<void(void*)> function,
                                               void* userData) = 0;
     /// @}

@@ -1,5 +1,5 @@
-// The daemon's side of the plugin ABI: binds each operation to the callback delegator
-// or to the plugin's own task context.
+// The implementation of the plugin ABI: forwards each operation to the callback delegator or to the
+// plugin's task context.
 #pragma once
 
 #include <functional>
@@ -8,11 +8,11 @@
 
 class ITaskInvoker;
 
-/// One for each plugin, owned by it. Undoes nothing when destroyed.
+/// One for each plugin, owned by it. Its destructor removes no subscription.
 /// Threads and errors: see IRequestBroker.
 class RequestBroker : public IRequestBroker {
 public:
-    /// `invoker` is the plugin's; not owned, and outlives the broker.
+    /// `invoker` is the plugin's. It is not owned and outlives the broker.
     explicit RequestBroker(ITaskInvoker* invoker) : m_invoker(invoker) {}
 
 #define BROKER_OPERATION(subscribe, unsubscribe, CallbackFunction, type, Source) \

@@ -1,6 +1,6 @@
-// The daemon's log lines: "<source file>: <function>(<line>) > <message>" under the
-// tag QVX in the platform's main log buffer, and the scope tracer that frames
-// nearly every operation. Any thread may log; nothing here keeps state.
+// The daemon's log lines, "<source file>: <function>(<line>) > <message>" under the tag QVX in the
+// platform's main log buffer, and the scope tracer that logs entry and exit of nearly every
+// function. Any thread may log; there is no state.
 #pragma once
 
 #include <dlog.h>
@@ -10,8 +10,8 @@
 
 namespace logging {
 
-/// The part of `path` behind its last "/", or all of it. Evaluated at compile time:
-/// finding it for each line would cost more than all else a line does.
+/// Returns the part of `path` after its last "/". Evaluated at compile time, because a search for
+/// each line would take longer than the rest of the line.
 consteval const char* baseName(const char* path) {
     const char* base = path;
     for (; *path != '\0'; ++path) {

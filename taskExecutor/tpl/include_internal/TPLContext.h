@@ -1,7 +1,6 @@
-// A serialising job queue without a thread of its own: a caller that finds nobody
-// running the context's jobs runs its own and all that are queued meanwhile; a caller
-// that finds somebody running them leaves its job to that thread. Irregular spellings
-// in the messages ("poped", "occured") are part of them.
+// A serialising job queue without its own thread. If no thread is running the context's jobs, a
+// caller becomes the runner: it runs its job and all that are queued meanwhile. Otherwise it leaves
+// its job to the runner. Irregular spellings in the messages ("poped", "occured") are part of them.
 #pragma once
 
 #include <atomic>
@@ -19,21 +18,18 @@
 
 namespace TPL {
 
-/// Owned through std::shared_ptr only, as made by Create. Jobs still queued when the
-/// context is destroyed are neither run nor destroyed.
+/// Created by Create and owned through std::shared_ptr only. Jobs still queued when the context is
+/// destroyed are leaked without being run.
 ///
-/// Threads: the public operations may be called from any thread. Jobs run one at a
-/// time, in the order queued, on the thread that found the context idle; no lock is
-/// held while one runs.
+/// Threads: any. Jobs run one at a time, in the order of queueing, on the runner's thread. No lock
+/// is held while a job runs.
 ///
-/// Errors: std::domain_error when the queue stayed full, std::bad_weak_ptr for a
-/// context not made by Create; an exception thrown by a job reaches the caller whose
-/// thread ran it, and the jobs behind it wait for the next job to be queued. The
-/// exhaustion of memory is thrown before a job is queued.
+/// Errors: std::domain_error if the queue stays full, std::bad_weak_ptr for a context not created
+/// by Create. An exception thrown by a job reaches the caller whose thread runs it; the jobs behind
+/// it wait until the next job is queued. The exhaustion of memory is thrown before a job is queued.
 ///
-/// `MostDerived` has `_Execute(const std::function<void()>&)`, which runs a task.
-/// `Invoker` has `Invoke(const std::function<void()>&)`, which runs the job loop, on any
-/// thread, before it returns.
+/// `MostDerived` has `_Execute(const std::function<void()>&)`, which runs a task. `Invoker` has
+/// `Invoke(const std::function<void()>&)`, which runs the job loop before it returns.
 ///
 ///     state         initiated  terminated  tasks
 ///     created       false      false       skipped
@@ -55,15 +51,15 @@ public:
     bool Initiate(unsigned int timeoutSec, unsigned int maxJobs, Invoker& invoker);
     template <typename Invoker>
     bool InvokeTask(const std::function<void()>& task, Invoker& invoker);
-    /// True once the task's job has been processed, false `timeoutMs` ms later.
+    /// Returns true when the task's job has been processed, false after `timeoutMs` ms.
     template <typename Invoker>
     bool InvokeTaskSync(const std::function<void()>& task, unsigned int timeoutMs,
                         Invoker& invoker);
     template <typename Invoker>
     bool TerminateSync(unsigned int timeoutMs, Invoker& invoker);
-    /// Waits until no other thread runs the job loop, and runs what is queued then. False if
-    /// nothing is, or if the loop still runs at the deadline. The caller holds a reference to the
-    /// context. One thread at a time.
+    /// Waits until no other thread runs the job loop, then runs the queued jobs. Returns false if
+    /// none are queued, or if the loop still runs at the deadline. The caller holds a reference to
+    /// the context. One thread at a time.
     bool RunLeftJobs(std::chrono::steady_clock::time_point deadline);
 
 private:
@@ -75,7 +71,7 @@ private:
     class CTerminateJobSync;
     class CSynchronizer;
 
-    // Aligned to its size, or clang would go through libatomic.
+    // Aligned to its size; otherwise clang calls libatomic.
     struct alignas(2) State {
         bool initiated;
         bool terminated;
@@ -111,7 +107,7 @@ private:
     std::condition_variable m_idle;
 };
 
-/// Work queued on a context; the context owns it from then on.
+/// A unit of work. The context owns it once it is queued.
 template <typename MostDerived>
 class CContext<MostDerived>::CJob : public ShortLived {
 public:
@@ -134,7 +130,7 @@ public:
         m_condition.notify_one();
     }
 
-    /// Whether it has been signalled when the wait ends.
+    /// Returns true if it was signalled before the timeout.
     bool Wait(std::chrono::milliseconds timeout) {
         MutexLock lock(m_mutex);
         const auto deadline = std::chrono::steady_clock::now() + timeout;
@@ -193,7 +189,7 @@ public:
     void Process(CContext& context) const override { context._Terminate(); }
 };
 
-// Its messages carry the class prefix, those of CTaskJobSync don't.
+// Unlike those of CTaskJobSync, its messages begin with the class prefix "C".
 template <typename MostDerived>
 class CContext<MostDerived>::CTerminateJobSync : public CTerminateJob {
 public:
@@ -299,8 +295,8 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
         isRunner = m_running = true;
         lock.unlock();
         TPLLOGD("task is invoked");
-        // Kept alive from here: a loop that holds no more than references needs no memory,
-        // so a job that has been queued is run.
+        // Keeps the context alive. The closure below holds references only, so std::function needs
+        // no memory for it, and a queued job is always run.
         const std::shared_ptr<MostDerived> self(m_self);
         invoker.Invoke([&self, &loopEntered] {
             loopEntered = true;
@@ -309,8 +305,8 @@ bool CContext<MostDerived>::_InvokeJob(CJob* newJob, Invoker& invoker) {
         return true;
     } catch (...) {
         TPLLOGE("_InvokeJob exception has been occured");
-        // The loop clears the flag on its way out. Doing it again could throw out
-        // the next runner, who may already be inside.
+        // If the loop was entered, it has cleared the flag. Clearing it again could clear the flag
+        // of the next runner.
         if (isRunner && !loopEntered) {
             _StopRunning();
         }
@@ -336,8 +332,8 @@ bool CContext<MostDerived>::RunLeftJobs(std::chrono::steady_clock::time_point de
 template <typename MostDerived>
 void CContext<MostDerived>::_ProcessJob() {
     TPLCALLTRACE("_ProcessJob");
-    // Declared before the lock: the running flag is cleared after the unlock. A job
-    // queued in that instant waits for the next one to be queued.
+    // Declared before the lock, so that the running flag is cleared after the unlock. A job that is
+    // queued between the two waits until the next job is queued.
     struct RunningGuard {
         CContext& context;
         ~RunningGuard() { context._StopRunning(); }
@@ -393,7 +389,7 @@ void CContext<MostDerived>::_Terminate() {
     m_onTerminate(std::shared_ptr<MostDerived>(m_self));
 }
 
-// Without the mutex, unless a thread waits for this.
+// Takes the mutex only if a thread waits for the flag.
 template <typename MostDerived>
 void CContext<MostDerived>::_StopRunning() {
     m_running = false;

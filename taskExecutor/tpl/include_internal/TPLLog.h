@@ -1,5 +1,5 @@
-// The task library's log lines: "<source file> : <function>(<line>)  <message>" under
-// a tag of its own, and its scope tracer. Any thread.
+// The task library's log lines, "<source file> : <function>(<line>)  <message>" under its own tag,
+// and its scope tracer. Any thread.
 #pragma once
 
 #include <dlog.h>
@@ -10,7 +10,7 @@ namespace TPL {
 
 constexpr const char* TAG = "QVX_TPL_CONTEXT";
 
-/// Logs entry and exit of an operation on `object`. The two formats differ in the
+/// Logs entry and exit of an operation on `object`. The formats of the two lines differ in the
 /// blank before ">".
 class CCallTrace {
 public:
