@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/Installation.h"
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/Installation.h"
 
 namespace {
 
@@ -21,7 +21,10 @@ using testing::UnorderedElementsAre;
 
 class InstalledTest : public testing::Test {
 protected:
-    static void SetUpTestSuite() { s_installation = std::make_unique<Installation>(); }
+    static void SetUpTestSuite() {
+        s_installation = std::make_unique<Installation>();
+        s_installation->installWhole();
+    }
     static void TearDownTestSuite() { s_installation.reset(); }
     static Installation& installation() { return *s_installation; }
 

@@ -1,7 +1,6 @@
 // corvane new, by the tool itself.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/TemporaryDirectory.h"
 
 namespace {
 
@@ -22,15 +22,6 @@ using testing::Not;
 
 class NewTest : public testing::Test {
 protected:
-    NewTest() {
-        std::string pattern = fs::temp_directory_path() / "corvane-new.XXXXXX";
-        if (mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no temporary directory");
-        }
-        m_directory = pattern;
-    }
-    ~NewTest() override { fs::remove_all(m_directory); }
-
     ChildProcess::Result runNew(const std::vector<std::string>& words,
                                 const std::string& templateDirectory = TEMPLATE) const {
         std::vector<std::string> command{TOOL, "new"};
@@ -53,7 +44,8 @@ protected:
         return names;
     }
 
-    fs::path m_directory;
+    TemporaryDirectory m_temporary;
+    const fs::path m_directory = m_temporary.path();
 };
 
 TEST_F(NewTest, PutsTheNameIn) {

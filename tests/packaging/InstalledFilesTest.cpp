@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/packaging/Installation.h"
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/Installation.h"
 
 namespace {
 

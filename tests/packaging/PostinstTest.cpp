@@ -1,7 +1,6 @@
 // What the package's script does to the plugin directory when it is installed over one.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -9,6 +8,7 @@
 #include <string>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/TemporaryDirectory.h"
 
 namespace {
 
@@ -21,8 +21,6 @@ using testing::Not;
 class PostinstTest : public testing::Test {
 protected:
     PostinstTest() {
-        std::string pattern = testing::TempDir() + "corvane-XXXXXX";
-        m_root = mkdtemp(pattern.data());
         fs::create_directories(plugins());
         fs::permissions(plugins(), fs::perms(0777));
         fs::create_directory(m_root / "programs");
@@ -32,7 +30,6 @@ protected:
         }
         program("dpkg-statoverride", "exit 1");
     }
-    ~PostinstTest() override { fs::remove_all(m_root); }
 
     void program(const std::string& name, const std::string& end) const {
         const auto path = m_root / "programs" / name;
@@ -56,7 +53,8 @@ protected:
     fs::perms permissions() const { return fs::status(plugins()).permissions(); }
     fs::path plugins() const { return m_root / "usr/share/corvane/plugins"; }
 
-    fs::path m_root;
+    TemporaryDirectory m_temporary;
+    const fs::path m_root = m_temporary.path();
 };
 
 TEST_F(PostinstTest, MakesThePluginDirectoryRoots) {

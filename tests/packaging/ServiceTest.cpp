@@ -7,8 +7,8 @@
 #include <iterator>
 #include <string>
 
-#include "tests/packaging/Installation.h"
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/Installation.h"
 
 namespace {
 

@@ -1,7 +1,6 @@
 // The completion of the command in bash, by bash itself.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/TemporaryDirectory.h"
 
 namespace {
 
@@ -71,15 +71,12 @@ TEST(CompletionTest, OffersValues) {
 class FileCompletionTest : public testing::Test {
 protected:
     FileCompletionTest() {
-        std::string pattern = testing::TempDir() + "corvane-XXXXXX";
-        m_directory = mkdtemp(pattern.data());
         std::ofstream(m_directory / "rc") << "source " COMPLETION "\n"
                                           << "corvane() { printf '<%s>' \"$@\"; }\n";
         std::ofstream(m_directory / "a;touch pwned");
         fs::create_directory(m_directory / "d (1) $HOME");
         std::ofstream(m_directory / "d (1) $HOME" / "plugin.so");
     }
-    ~FileCompletionTest() override { fs::remove_all(m_directory); }
 
     // What an interactive shell writes that is given these keys.
     std::string typed(const std::string& keys) const {
@@ -93,7 +90,8 @@ protected:
         return result.output;
     }
 
-    fs::path m_directory;
+    TemporaryDirectory m_temporary;
+    const fs::path m_directory = m_temporary.path();
 };
 
 TEST_F(FileCompletionTest, QuotesWhatTheShellWouldTakeForSyntax) {

@@ -1,21 +1,18 @@
 // Ten thousand injected events in a second, by several peers and from several threads of
 // the platform, up to a plugin of the real daemon.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/DaemonDirectory.h"
 #include "tools/corvane/InjectPeer.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr int senders = 4;
@@ -26,32 +23,13 @@ constexpr auto pace = std::chrono::nanoseconds(1'000'000'000LL * senders / event
 class InjectStormTest : public testing::Test {
 protected:
     InjectStormTest() {
-        char name[] = "/tmp/corvane-storm-XXXXXX";
-        m_directory = mkdtemp(name);
-        fs::create_directory(m_directory / "plugins");
-        fs::copy(COUNTING_PLUGIN, m_directory / "plugins");
-        std::ofstream(m_directory / "platform.conf") << "[inject]\nthreads = 4\n";
-    }
-
-    ~InjectStormTest() override { fs::remove_all(m_directory); }
-
-    std::string socket() const { return m_directory / "inject.sock"; }
-
-    ChildProcess::Options daemon() const {
-        return {{DAEMON},
-                m_directory,
-                {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
-                 {"CORVANE_PLATFORM_CONF", m_directory / "platform.conf"},
-                 {"CORVANE_INJECT_SOCKET", socket()},
-                 {"CORVANE_LOG_LEVEL", "info"},
-                 {"XDG_RUNTIME_DIR", m_directory},
-                 {"HOME", m_directory}},
-                {"ECORE_NO_SYSTEM_MODULES", "PULSE_SERVER"}};
+        m_directory.addPlugin(COUNTING_PLUGIN);
+        m_directory.setSettings("[inject]\nthreads = 4\n");
     }
 
     // One sender's events, at its pace or as fast as the daemon can.
     void send(int sender) const {
-        corvane::tool::InjectPeer peer(socket());
+        corvane::tool::InjectPeer peer(m_directory.socket());
         const auto& event = *corvane::host::findEvent("bt-adapter-name-changed");
         corvane::host::Values values(event);
         const auto start = Clock::now();
@@ -62,11 +40,11 @@ protected:
         }
     }
 
-    fs::path m_directory;
+    DaemonDirectory m_directory;
 };
 
 TEST_F(InjectStormTest, EveryEventArrivesOnceAndInOrder) {
-    ChildProcess daemon(this->daemon());
+    ChildProcess daemon(m_directory.daemon());
     ASSERT_TRUE(daemon.waitForLine("end init func")) << daemon.errors();
     const auto start = Clock::now();
     std::vector<std::thread> running;

@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/DaemonDirectory.h"
 #include "tools/corvane/InjectPeer.h"
 
 namespace {
@@ -60,40 +61,28 @@ std::ostream& operator<<(std::ostream& out, const Heap& heap) {
 class SoakTest : public testing::Test {
 protected:
     SoakTest() {
-        char name[] = "/tmp/corvane-soak-XXXXXX";
-        m_directory = mkdtemp(name);
-        fs::create_directory(m_directory / "plugins");
-        for (const char* const plugin : {"stays", "passes_a", "passes_b"}) {
-            fs::copy(fs::path(PLUGIN_DIRECTORY) / ("soak_" + std::string(plugin) + ".so"),
-                     m_directory / "plugins");
-            mkfifo((m_directory / (std::string(plugin) + ".control")).c_str(), 0600);
+        for (const std::string plugin : {"stays", "passes_a", "passes_b"}) {
+            m_directory.addPlugin(PLUGIN_DIRECTORY "/soak_" + plugin + ".so");
+            mkfifo((m_directory.directory() / (plugin + ".control")).c_str(), 0600);
         }
-        std::ofstream(m_directory / "platform.conf") << "[inject]\nthreads = 4\n";
-        m_daemon = std::make_unique<ChildProcess>(ChildProcess::Options{
-            {DAEMON},
-            m_directory,
-            {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
-             {"CORVANE_PLATFORM_CONF", m_directory / "platform.conf"},
-             {"CORVANE_INJECT_SOCKET", m_directory / "inject.sock"},
-             {"CORVANE_LOG_LEVEL", "error"},
-             {"LD_PRELOAD", HEAP_COUNTER},
-             {"XDG_RUNTIME_DIR", m_directory},
-             {"HOME", m_directory}},
-            {"ECORE_NO_SYSTEM_MODULES", "PULSE_SERVER"}});
+        m_directory.setSettings("[inject]\nthreads = 4\n");
+        m_directory.setEnvironment("CORVANE_LOG_LEVEL", "error");
+        m_directory.setEnvironment("LD_PRELOAD", HEAP_COUNTER);
+        m_daemon = std::make_unique<ChildProcess>(m_directory.daemon());
         for (int i = 0; i < 3; ++i) {
             if (!m_daemon->waitForLine(" is here")) {
                 throw std::runtime_error("the daemon did not start: " + m_daemon->errors());
             }
         }
         for (int i = 0; i < senders; ++i) {
-            m_peers.push_back(std::make_unique<InjectPeer>(m_directory / "inject.sock"));
+            m_peers.push_back(std::make_unique<InjectPeer>(m_directory.socket()));
         }
     }
-    ~SoakTest() override { fs::remove_all(m_directory); }
 
     /// Says a word to a plugin and waits until it has done it. Returns what it answers.
     std::string tell(const std::string& plugin, char word) {
-        const int pipe = open((m_directory / (plugin + ".control")).c_str(), O_WRONLY | O_CLOEXEC);
+        const int pipe =
+            open((m_directory.directory() / (plugin + ".control")).c_str(), O_WRONLY | O_CLOEXEC);
         static_cast<void>(!write(pipe, &word, 1));
         close(pipe);
         return m_daemon->waitForLine(plugin + " did " + word).value_or("");
@@ -108,7 +97,7 @@ protected:
         return heap;
     }
 
-    /// What is in use when nobody is subscribed and nothing is under way: the least for
+    /// What is in use when no plugin is subscribed and nothing is under way: the least for
     /// longer than a look for the sound server takes. Meanwhile there are events that
     /// nobody gets, so that every thread that delivers comes round.
     Heap settledHeap() {
@@ -227,7 +216,7 @@ protected:
         return samples;
     }
 
-    fs::path m_directory;
+    DaemonDirectory m_directory;
     std::unique_ptr<ChildProcess> m_daemon;
     std::vector<std::unique_ptr<InjectPeer>> m_peers;
 };

@@ -2,54 +2,41 @@
 // daemon with a standard error that cannot be written.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/DaemonDirectory.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
 class DaemonLogTest : public testing::Test {
 protected:
-    DaemonLogTest() {
-        char name[] = "/tmp/corvane-journal-XXXXXX";
-        m_directory = mkdtemp(name);
-        fs::create_directory(m_directory / "plugins");
-        fs::copy_file(EVENT_LOG_PLUGIN,
-                      m_directory / "plugins" / fs::path(EVENT_LOG_PLUGIN).filename());
-    }
-
-    ~DaemonLogTest() override { fs::remove_all(m_directory); }
+    DaemonLogTest() { m_directory.addPlugin(EVENT_LOG_PLUGIN); }
 
     ChildProcess::Options daemon(const std::vector<std::string>& command) const {
-        return {command,
-                m_directory,
-                {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
-                 {"XDG_RUNTIME_DIR", m_directory},
-                 {"HOME", m_directory},
-                 {"CORVANE_PLATFORM_CONF", "/dev/null"},
-                 {"CORVANE_INJECT_SOCKET", socket()}},
-                {"ECORE_NO_SYSTEM_MODULES", "CORVANE_LOG_LEVEL", "JOURNAL_STREAM"}};
+        auto options = m_directory.daemon();
+        options.command = command;
+        options.environment.erase("CORVANE_LOG_LEVEL");
+        options.unset.insert(options.unset.end(), {"CORVANE_LOG_LEVEL", "JOURNAL_STREAM"});
+        return options;
     }
 
-    std::string socket() const { return m_directory / "inject.sock"; }
+    std::string socket() const { return m_directory.socket(); }
 
     ChildProcess::Result emit() const {
         return ChildProcess::run(
             {{TOOL, "--socket", socket(), "emit", "bt-adapter-state-changed"}});
     }
 
-    fs::path m_directory;
+    DaemonDirectory m_directory;
 };
 
 class JournalTest : public DaemonLogTest {
@@ -81,7 +68,7 @@ protected:
         if (geteuid() != 0) {
             result.insert(result.end(), {"-U", "--preserve-credentials"});
         }
-        result.push_back("--wd=" + m_directory.string());
+        result.push_back("--wd=" + m_directory.directory().string());
         result.insert(result.end(), command.begin(), command.end());
         return result;
     }

@@ -1,10 +1,7 @@
 // Runs a sound server and the daemon for a test.
 #include "tests/host-platform/sound/SoundFixture.h"
 
-#include <stdlib.h>
-
 #include <cstddef>
-#include <fstream>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -13,24 +10,13 @@ namespace {
 
 const std::string eventHead = "I EVENT_LOG: sound-manager-speaker-changed ";
 
-const std::vector<std::string> foreignVariables{"ECORE_NO_SYSTEM_MODULES", "PULSE_SERVER",
-                                                "PULSE_SINK"};
-
 }  // namespace
 
 SoundFixture::SoundFixture() {
-    char name[] = "/tmp/corvane-sound-XXXXXX";
-    m_directory = mkdtemp(name);
-    fs::create_directories(m_directory / "plugins");
-    fs::create_directories(m_directory / "home");
-    fs::copy_file(EVENT_LOG_PLUGIN,
-                  m_directory / "plugins" / fs::path(EVENT_LOG_PLUGIN).filename());
-}
-
-SoundFixture::~SoundFixture() {
-    m_daemon.reset();
-    m_server.reset();
-    fs::remove_all(m_directory);
+    fs::create_directories(directory() / "home");
+    m_daemonDirectory.addPlugin(EVENT_LOG_PLUGIN);
+    m_daemonDirectory.setEnvironment("HOME", directory() / "home");
+    m_daemonDirectory.setEnvironment("DBUS_SESSION_BUS_ADDRESS", m_daemonDirectory.bus());
 }
 
 void SoundFixture::TearDown() {
@@ -39,23 +25,17 @@ void SoundFixture::TearDown() {
     }
 }
 
-std::map<std::string, std::string> SoundFixture::environment() const {
-    return {{"XDG_RUNTIME_DIR", m_directory},
-            {"HOME", m_directory / "home"},
-            {"CORVANE_LOG_LEVEL", "info"},
-            {"CORVANE_PLATFORM_CONF", m_directory / "platform.conf"},
-            {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
-            {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()}};
+ChildProcess::Options SoundFixture::beside(std::vector<std::string> command) const {
+    auto options = m_daemonDirectory.daemon();
+    options.command = std::move(command);
+    return options;
 }
 
 void SoundFixture::startServer() {
-    m_server = std::make_unique<ChildProcess>(ChildProcess::Options{
+    m_server = std::make_unique<ChildProcess>(beside(
         {"pulseaudio", "--daemonize=no", "--exit-idle-time=-1", "-n", "--log-level=info",
          "--load=module-null-sink sink_name=tv_speaker",
-         "--load=module-null-sink sink_name=bt_headset", "--load=module-native-protocol-unix"},
-        {},
-        environment(),
-        foreignVariables});
+         "--load=module-null-sink sink_name=bt_headset", "--load=module-native-protocol-unix"}));
     ASSERT_TRUE(m_server->waitForLine("Daemon startup complete")) << m_server->errors();
 }
 
@@ -66,9 +46,8 @@ void SoundFixture::waitForFollower(const std::string& sink) {
 }
 
 void SoundFixture::startDaemon(const std::string& settings) {
-    std::ofstream(m_directory / "platform.conf") << settings;
-    m_daemon = std::make_unique<ChildProcess>(
-        ChildProcess::Options{{DAEMON}, m_directory, environment(), foreignVariables});
+    m_daemonDirectory.setSettings(settings);
+    m_daemon = std::make_unique<ChildProcess>(m_daemonDirectory.daemon());
 }
 
 void SoundFixture::waitForPlugin() {
@@ -77,8 +56,7 @@ void SoundFixture::waitForPlugin() {
 
 std::string SoundFixture::pactl(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), "pactl");
-    const auto result =
-        ChildProcess::run({std::move(arguments), {}, environment(), foreignVariables});
+    const auto result = ChildProcess::run(beside(std::move(arguments)));
     EXPECT_EQ(result.status, 0) << result.errors;
     return result.output;
 }

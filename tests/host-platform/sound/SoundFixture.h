@@ -5,17 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/DaemonDirectory.h"
 
 class SoundFixture : public testing::Test {
 protected:
     SoundFixture();
-    ~SoundFixture() override;
 
     /// Expects the daemon to exit with status 0, because the sanitizers report by the exit
     /// status.
@@ -44,12 +43,14 @@ protected:
     /// Returns the rest of the plugin's line for the next speaker-changed event.
     std::string nextSpeaker();
 
-    std::map<std::string, std::string> environment() const;
-    std::filesystem::path directory() const { return m_directory; }
-
-    std::unique_ptr<ChildProcess> m_server;
-    std::unique_ptr<ChildProcess> m_daemon;
+    /// A program in the daemon's environment.
+    ChildProcess::Options beside(std::vector<std::string> command) const;
+    const std::filesystem::path& directory() const { return m_daemonDirectory.directory(); }
 
 private:
-    std::filesystem::path m_directory;
+    DaemonDirectory m_daemonDirectory;
+
+protected:
+    std::unique_ptr<ChildProcess> m_server;
+    std::unique_ptr<ChildProcess> m_daemon;
 };

@@ -56,7 +56,7 @@ class SpeakerCallbackTest : public SoundFixture {
 protected:
     SpeakerCallbackTest() {
         unsetenv("PULSE_SERVER");
-        for (const auto& [name, value] : environment()) {
+        for (const auto& [name, value] : beside({}).environment) {
             setenv(name.c_str(), value.c_str(), 1);
         }
     }

@@ -9,24 +9,18 @@
 #include <fstream>
 #include <string>
 
+#include "tests/support/process/TemporaryDirectory.h"
+
 namespace {
 
 using testing::HasSubstr;
 
 class SystemInfoTest : public testing::Test {
 protected:
-    SystemInfoTest() {
-        char directory[] = "/tmp/corvane-system-info-XXXXXX";
-        m_directory = mkdtemp(directory);
-        setenv("CORVANE_SYSTEM_INFO", path().c_str(), 1);
-    }
+    SystemInfoTest() { setenv("CORVANE_SYSTEM_INFO", path().c_str(), 1); }
+    ~SystemInfoTest() override { unsetenv("CORVANE_SYSTEM_INFO"); }
 
-    ~SystemInfoTest() override {
-        unsetenv("CORVANE_SYSTEM_INFO");
-        std::filesystem::remove_all(m_directory);
-    }
-
-    std::string path() const { return m_directory / "info.conf"; }
+    std::string path() const { return m_directory.path() / "info.conf"; }
 
     void write(const std::string& text) { std::ofstream(path()) << text; }
 
@@ -39,7 +33,7 @@ protected:
     }
 
     static constexpr int untouched = 123456;
-    std::filesystem::path m_directory;
+    TemporaryDirectory m_directory;
 };
 
 TEST_F(SystemInfoTest, FindsIntegersByKeysWithDotsAndSlashes) {

@@ -1,25 +1,17 @@
 // Runs the daemon, a private bus and a mock of BlueZ for a test.
 #include "tests/support/process/HostFixture.h"
 
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
 #include <chrono>
-#include <fstream>
 #include <utility>
 
 namespace fs = std::filesystem;
 
 HostFixture::HostFixture() {
-    char name[] = "/tmp/corvane-host-XXXXXX";
-    m_directory = mkdtemp(name);
-    fs::create_directory(m_directory / "plugins");
-}
-
-HostFixture::~HostFixture() {
-    m_daemon.reset();
-    fs::remove_all(m_directory);
+    m_daemonDirectory.setEnvironment("CORVANE_INJECT_SOCKET", socket());
+    m_daemonDirectory.setEnvironment("CORVANE_EVENT_LOG_PRIVATE", "show");
 }
 
 void HostFixture::TearDown() {
@@ -30,19 +22,8 @@ void HostFixture::TearDown() {
 
 void HostFixture::startDaemon(const std::string& plugin,
                               const std::map<std::string, std::string>& environment) {
-    const auto installed = m_directory / "plugins" / fs::path(plugin).filename();
-    fs::copy_file(plugin, installed, fs::copy_options::overwrite_existing);
-    ChildProcess::Options options{
-        {DAEMON},
-        m_directory,
-        {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()},
-         {"CORVANE_PLATFORM_CONF", "/dev/null"},
-         {"CORVANE_INJECT_SOCKET", socket()},
-         {"CORVANE_LOG_LEVEL", "info"},
-         {"CORVANE_EVENT_LOG_PRIVATE", "show"},
-         {"XDG_RUNTIME_DIR", m_directory},
-         {"HOME", m_directory}},
-        {"ECORE_NO_SYSTEM_MODULES", "PULSE_SERVER"}};
+    m_daemonDirectory.addPlugin(plugin);
+    auto options = m_daemonDirectory.daemon();
     for (const auto& [name, value] : environment) {
         options.environment[name] = value;
     }
@@ -93,16 +74,13 @@ std::unique_ptr<ChildProcess> HostFixture::startTool(
 }
 
 std::map<std::string, std::string> HostFixture::withSettings(const std::string& text) const {
-    const auto path = m_directory / "platform.conf";
-    std::ofstream(path) << text;
-    return {{"CORVANE_PLATFORM_CONF", path}};
+    m_daemonDirectory.setSettings(text);
+    return {{"CORVANE_PLATFORM_CONF", m_daemonDirectory.settings()}};
 }
 
 ChildProcess::Result HostFixture::runAnyhow(std::vector<std::string> command) const {
     return ChildProcess::run(
-        {std::move(command),
-         {},
-         {{"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "bus").string()}}});
+        {std::move(command), {}, {{"DBUS_SYSTEM_BUS_ADDRESS", m_daemonDirectory.bus()}}});
 }
 
 std::string HostFixture::run(std::vector<std::string> command) const {

@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/DaemonDirectory.h"
 
 class HostFixture : public testing::Test {
 protected:
     HostFixture();
-    ~HostFixture() override;
 
     /// A daemon that still runs must end in order: the checkers of memory and threads
     /// report by the exit status.
@@ -50,13 +50,14 @@ protected:
     std::string run(std::vector<std::string> command) const;
     ChildProcess::Result runAnyhow(std::vector<std::string> command) const;
 
-    std::filesystem::path directory() const { return m_directory; }
-    std::filesystem::path socket() const { return m_directory / "run" / "inject.sock"; }
-
-    std::unique_ptr<ChildProcess> m_daemon;
+    const std::filesystem::path& directory() const { return m_daemonDirectory.directory(); }
+    std::filesystem::path socket() const { return directory() / "run" / "inject.sock"; }
 
 private:
-    std::filesystem::path m_directory;
+    DaemonDirectory m_daemonDirectory;
+
+protected:
+    std::unique_ptr<ChildProcess> m_daemon;
 };
 
 /// The same with a private bus and BlueZ on it.

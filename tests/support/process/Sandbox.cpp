@@ -1,13 +1,11 @@
 #include "tests/support/process/Sandbox.h"
 
-#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
-#include <system_error>
 
 namespace {
 
@@ -35,24 +33,17 @@ std::string withOption(const char* variable, const std::string& option) {
 }  // namespace
 
 Sandbox::Sandbox() {
-    auto path = (std::filesystem::temp_directory_path() / "corvane-XXXXXX").string();
-    if (mkdtemp(path.data()) == nullptr) {
-        throw std::system_error(errno, std::generic_category(), path);
-    }
-    m_directory = path;
     m_command = daemonCommand();
     m_preloaded = PLATFORM_RECORDER;
     // The recorder is loaded before the address checker's own library.
     m_checkerOptions = "verify_asan_link_order=0";
-    std::filesystem::create_directory(plugins());
     // A busy machine is slow, and that is no part of what the daemon has to say.
     setSettings("[callbacks]\nslow_ms = 0\n");
-}
-
-Sandbox::~Sandbox() {
-    m_daemon.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(m_directory, ignored);
+    setEnvironment("ECORE_NO_SYSTEM_MODULES", "1");
+    setEnvironment("CORVANE_PLATFORM_CONF", "platform.conf");
+    setEnvironment("CORVANE_SYSTEM_INFO", "system-info.conf");
+    setEnvironment("CORVANE_INJECT_SOCKET", "inject");
+    setEnvironment("CORVANE_LOG_LEVEL", "debug");
 }
 
 std::filesystem::path Sandbox::libraryOf(const std::string& fixture) {
@@ -64,11 +55,11 @@ void Sandbox::addPlugin(const std::string& name, const std::string& fixture) {
 }
 
 void Sandbox::addMarkerFile() {
-    std::ofstream(m_directory / "marker").close();
+    std::ofstream(directory() / "marker").close();
 }
 
 void Sandbox::setSystemInformation(const std::string& text) {
-    std::ofstream(m_directory / "system-info.conf") << text;
+    std::ofstream(directory() / "system-info.conf") << text;
 }
 
 void Sandbox::setProductType(int type) {
@@ -87,14 +78,6 @@ void Sandbox::throwFromPlatformCalls(const std::string& names) {
 void Sandbox::setArguments(const std::vector<std::string>& arguments) {
     m_command = daemonCommand();
     m_command.insert(m_command.end(), arguments.begin(), arguments.end());
-}
-
-void Sandbox::setSettings(const std::string& text) {
-    std::ofstream(m_directory / "platform.conf") << text;
-}
-
-void Sandbox::setEnvironment(const std::string& variable, const std::string& value) {
-    m_environment[variable] = value;
 }
 
 void Sandbox::preload(const std::filesystem::path& library) {
@@ -119,7 +102,7 @@ void Sandbox::start() {
 }
 
 std::string Sandbox::emit(const std::vector<std::string>& words) {
-    ChildProcess::Options options{.command = {CORVANE_COMMAND, "emit"}, .directory = m_directory};
+    ChildProcess::Options options{.command = {CORVANE_COMMAND, "emit"}, .directory = directory()};
     options.command.insert(options.command.end(), words.begin(), words.end());
     options.environment = {{"CORVANE_INJECT_SOCKET", "inject"}};
     const auto result = ChildProcess::run(options, LIMIT);
@@ -150,39 +133,22 @@ Outcome Sandbox::runToItsEnd() {
 }
 
 void Sandbox::launch() {
-    m_daemon = std::make_unique<ChildProcess>(ChildProcess::Options{
-        .command = command(), .directory = m_directory, .environment = environment()});
-}
-
-std::map<std::string, std::string> Sandbox::environment() const {
-    std::map<std::string, std::string> variables{
-        {"ECORE_NO_SYSTEM_MODULES", "1"},
-        {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + (m_directory / "no-bus").string()},
-        {"CORVANE_PLATFORM_CONF", "platform.conf"},
-        {"CORVANE_SYSTEM_INFO", "system-info.conf"},
-        {"CORVANE_INJECT_SOCKET", "inject"},
-        {"CORVANE_LOG_LEVEL", "debug"},
-        {"XDG_RUNTIME_DIR", m_directory},
-        {"ASAN_OPTIONS", withOption("ASAN_OPTIONS", m_checkerOptions)},
-        {"PLATFORM_FAILURES", m_failures},
-        {"PLATFORM_EXCEPTIONS", m_exceptions},
-    };
-    if (m_starter.empty()) {
-        variables["LD_PRELOAD"] = m_preloaded;
-    }
-    for (const auto& [variable, value] : m_environment) {
-        variables[variable] = value;
-    }
-    return variables;
+    m_daemon = std::make_unique<ChildProcess>(options());
 }
 
 // A starter is a program like any other, into which nothing is to be loaded.
-std::vector<std::string> Sandbox::command() const {
+ChildProcess::Options Sandbox::options() const {
+    auto options = DaemonDirectory::daemon();
+    std::erase(options.unset, "ECORE_NO_SYSTEM_MODULES");
+    options.environment["ASAN_OPTIONS"] = withOption("ASAN_OPTIONS", m_checkerOptions);
+    options.environment["PLATFORM_FAILURES"] = m_failures;
+    options.environment["PLATFORM_EXCEPTIONS"] = m_exceptions;
+    options.command = m_starter;
     if (m_starter.empty()) {
-        return m_command;
+        options.environment["LD_PRELOAD"] = m_preloaded;
+    } else {
+        options.command.insert(options.command.end(), {"env", "LD_PRELOAD=" + m_preloaded});
     }
-    std::vector<std::string> command = m_starter;
-    command.insert(command.end(), {"env", "LD_PRELOAD=" + m_preloaded});
-    command.insert(command.end(), m_command.begin(), m_command.end());
-    return command;
+    options.command.insert(options.command.end(), m_command.begin(), m_command.end());
+    return options;
 }

@@ -3,12 +3,12 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "tests/support/process/ChildProcess.h"
+#include "tests/support/process/DaemonDirectory.h"
 #include "tests/support/process/DaemonLog.h"
 
 /// How a daemon ended and what it wrote.
@@ -17,23 +17,17 @@ struct Outcome {
     Log log;
 };
 
-/// Owner: the test, on whose thread everything happens. Removes the directory at its end.
+/// Owner: the test, on whose thread everything happens. The daemon logs at level debug, and slow
+/// callbacks are not reported.
 /// The environment variable CORVANE_DAEMON_WRAPPER names a program to run the daemon in.
 /// Errors: std::runtime_error for a daemon that doesn't start or doesn't end in time.
-class Sandbox {
+class Sandbox : public DaemonDirectory {
 public:
     Sandbox();
-    ~Sandbox();
-    Sandbox(const Sandbox&) = delete;
-    Sandbox& operator=(const Sandbox&) = delete;
-
-    const std::filesystem::path& directory() const { return m_directory; }
-    std::filesystem::path plugins() const { return m_directory / "plugins"; }
 
     /// Where the built library of the fixture `fixture` lies.
     static std::filesystem::path libraryOf(const std::string& fixture);
-    /// Puts a copy of it into the plugin directory: the loader takes two links to one file
-    /// for one library.
+    /// Puts a copy of it into the plugin directory.
     void addPlugin(const std::string& name, const std::string& fixture = "ordinary");
     void addMarkerFile();
     void setSystemInformation(const std::string& text);
@@ -44,9 +38,6 @@ public:
     void setArguments(const std::vector<std::string>& arguments);
     /// The daemon is started by this command, which gets the daemon's own as its arguments.
     void setStarter(const std::vector<std::string>& starter) { m_starter = starter; }
-    /// The settings of the host platform; by default slow callbacks are not reported.
-    void setSettings(const std::string& text);
-    void setEnvironment(const std::string& variable, const std::string& value);
     /// Loaded into the daemon before anything else.
     void preload(const std::filesystem::path& library);
     /// For daemons that are not to shut the main-loop library down: what that allocated for
@@ -64,7 +55,7 @@ public:
     std::string emit(const std::vector<std::string>& words);
     /// Ends the started daemon with SIGTERM.
     Outcome terminate();
-    /// Waits until the daemon, started or not, ends of its own accord.
+    /// Waits until the daemon, started or not, ends by itself.
     Outcome wait();
 
     Outcome startAndTerminate();
@@ -75,13 +66,10 @@ public:
     ChildProcess& daemon() { return *m_daemon; }
 
 private:
-    std::map<std::string, std::string> environment() const;
-    std::vector<std::string> command() const;
+    ChildProcess::Options options() const;
 
-    std::filesystem::path m_directory;
     std::vector<std::string> m_command;
     std::vector<std::string> m_starter;
-    std::map<std::string, std::string> m_environment;
     std::string m_preloaded;
     std::string m_failures;
     std::string m_exceptions;

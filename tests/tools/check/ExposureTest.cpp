@@ -3,13 +3,13 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "tests/support/process/TemporaryDirectory.h"
 #include "tests/tools/check/RunTool.h"
 
 namespace {
@@ -20,12 +20,9 @@ namespace fs = std::filesystem;
 class ExposureTest : public testing::Test {
 protected:
     ExposureTest() {
-        std::string pattern = testing::TempDir() + "corvane-XXXXXX";
-        m_directory = mkdtemp(pattern.data());
         fs::copy_file(fixture("clean"), m_plugin = m_directory / "libclean.so");
         fs::permissions(m_plugin, fs::perms(0644));
     }
-    ~ExposureTest() override { fs::remove_all(m_directory); }
 
     static std::string warning(const fs::path& path, const std::string& what) {
         return "corvane: warning: " + path.string() + what + '\n';
@@ -47,7 +44,8 @@ protected:
         return result.errors;
     }
 
-    fs::path m_directory;
+    TemporaryDirectory m_temporary;
+    const fs::path m_directory = m_temporary.path();
     fs::path m_plugin;
 };
 

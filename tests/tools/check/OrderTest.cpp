@@ -1,11 +1,11 @@
 // `corvane order` tells what the daemon does.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
 
+#include "tests/support/process/TemporaryDirectory.h"
 #include "tests/tools/check/RunTool.h"
 
 namespace {
@@ -20,12 +20,7 @@ using testing::Not;
 /// In a directory of its own.
 class OrderTest : public testing::Test {
 protected:
-    OrderTest() {
-        std::string pattern = testing::TempDir() + "corvane-XXXXXX";
-        m_directory = mkdtemp(pattern.data());
-        fs::create_directory(m_directory / "plugins");
-    }
-    ~OrderTest() override { fs::remove_all(m_directory); }
+    OrderTest() { fs::create_directory(m_directory / "plugins"); }
 
     fs::path plugins() const { return m_directory / "plugins"; }
     void file(const std::string& name) const { std::ofstream(plugins() / name) << "no library"; }
@@ -76,7 +71,8 @@ protected:
         return names;
     }
 
-    fs::path m_directory;
+    TemporaryDirectory m_temporary;
+    const fs::path m_directory = m_temporary.path();
 };
 
 TEST_F(OrderTest, IsTheDaemonsOwnAlsoAmongEquals) {
@@ -152,7 +148,7 @@ TEST_F(OrderTest, EscapesControlCharactersOfFileNames) {
 TEST_F(OrderTest, ReadsTheDaemonsOwnDirectoryIfNoneIsGiven) {
     const auto result = runTool({"order"});
     EXPECT_THAT(result.output, HasSubstr("libadapter-watch.so"));
-    EXPECT_EQ(result.errors, "") << "the build tree is nobody else's";
+    EXPECT_EQ(result.errors, "") << "no other user can write to the build tree";
 }
 
 TEST_F(OrderTest, RefusesWhatIsNoDirectory) {

@@ -16,6 +16,7 @@
 #include "daemon/src/Plugin.h"
 #include "daemon/src/PluginPriorityChecker.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/process/TemporaryDirectory.h"
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
@@ -28,21 +29,19 @@ namespace {
 class PluginDiscoveryTest : public testing::Test {
 protected:
     PluginDiscoveryTest() {
-        std::string pattern = testing::TempDir() + "corvane-XXXXXX";
-        m_directory = mkdtemp(pattern.data());
         fs::current_path(m_directory);
         fs::create_directory("plugins");
         fake_platform::reset();
     }
     ~PluginDiscoveryTest() override {
         fs::current_path("/");
-        fs::remove_all(m_directory);
         fake_platform::reset();
     }
     void file(const std::string& name) { std::ofstream(m_directory / name) << "content"; }
     std::list<std::string> find() { return FileManager().getFilesInDirectory("plugins/"); }
 
-    fs::path m_directory;
+    TemporaryDirectory m_temporary;
+    const fs::path m_directory = m_temporary.path();
 };
 
 }  // namespace

@@ -9,27 +9,23 @@
 #include <string>
 
 #include "platform/host/settings/Settings.h"
+#include "tests/support/process/TemporaryDirectory.h"
 
 class SettingsFixture : public testing::Test {
 protected:
-    SettingsFixture() {
-        char directory[] = "/tmp/corvane-settings-XXXXXX";
-        m_directory = mkdtemp(directory);
-        setenv("CORVANE_PLATFORM_CONF", path().c_str(), 1);
-    }
+    SettingsFixture() { setenv("CORVANE_PLATFORM_CONF", path().c_str(), 1); }
 
     ~SettingsFixture() override {
         setenv("CORVANE_PLATFORM_CONF", "/dev/null", 1);
         unsetenv("CORVANE_LOG_LEVEL");
         unsetenv("CORVANE_INJECT_SOCKET");
-        std::filesystem::remove_all(m_directory);
     }
 
-    std::filesystem::path directory() const { return m_directory; }
-    std::string path() const { return m_directory / "platform.conf"; }
+    const std::filesystem::path& directory() const { return m_directory.path(); }
+    std::string path() const { return directory() / "platform.conf"; }
     void write(const std::string& text) const { std::ofstream(path()) << text; }
     corvane::host::Settings read() const { return corvane::host::readSettings(); }
 
 private:
-    std::filesystem::path m_directory;
+    TemporaryDirectory m_directory;
 };
