@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-/// Whoever gets the events. Owned by the test.
+/// The receiver of the events. Owned by the test.
 struct FrozenListener {
     /// `event` is the arguments as text, as the release's headers see them; it may
     /// contain zeros.

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// Threads: any; reset while nobody else uses the platform.
+/// Threads: any; reset only while no other thread uses the platform.
 namespace fake_platform {
 
 constexpr int NO_LOG_ID = -1;  // dlog_print takes none

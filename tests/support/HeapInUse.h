@@ -1,4 +1,4 @@
-// How many bytes of heap the process has in use, whoever manages it.
+// How many bytes of heap the process has in use, with any allocator.
 #pragma once
 
 #include <malloc.h>

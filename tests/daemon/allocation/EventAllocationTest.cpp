@@ -62,7 +62,7 @@ public:
             if (attempt([this] { subscribe(m_broker); })) {
                 ++m_subscriptions;
             }
-            require(isSet() == (m_subscriptions > 0), "set although nobody listens, or not set");
+            require(isSet() == (m_subscriptions > 0), "set without a subscriber, or not set");
         }
         const bool isDelivered = attempt([this] { deliver(); });
         require(isDelivered ? m_received.events == m_subscriptions

@@ -82,7 +82,7 @@ TEST_F(DeviceFaultDirectoryTest, OnAReadOnlyFileSystemAllIsAsEver) {
     m_sandbox.addPlugin("libfoo.so");
     const auto ordinary = m_sandbox.startAndTerminate().log.transcript();
     if (!setPluginFileSystem("mount -o remount,bind,ro plugins; ! touch plugins/x 2>/dev/null")) {
-        GTEST_SKIP() << "this system lets nobody mount anything";
+        GTEST_SKIP() << "this system does not allow mounts";
     }
     const Outcome outcome = startAndTerminate("Plugin directory on a read-only file system");
     EXPECT_EQ(outcome.log.transcript(), ordinary);
@@ -92,7 +92,7 @@ TEST_F(DeviceFaultDirectoryTest, OnAFullFileSystemAllIsAsEver) {
     m_sandbox.addPlugin("libfoo.so");
     const auto ordinary = m_sandbox.startAndTerminate().log.transcript();
     if (!setPluginFileSystem("! cat /dev/zero 2>/dev/null >plugins/ballast")) {
-        GTEST_SKIP() << "this system lets nobody mount anything";
+        GTEST_SKIP() << "this system does not allow mounts";
     }
     const Outcome outcome = startAndTerminate("Plugin directory on a full file system");
     EXPECT_EQ(outcome.log.transcript(), ordinary);

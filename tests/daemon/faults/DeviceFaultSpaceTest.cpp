@@ -68,7 +68,7 @@ constexpr const char* DELIVERED = "bt-adapter-state-changed: delivered to 1 call
 
 TEST_F(DeviceFaultSpaceTest, AFullDiskLosesLogLinesAndNothingElse) {
     if (!prepare("size=64k", "! cat /dev/zero 2>/dev/null >small/ballast")) {
-        GTEST_SKIP() << "this system lets nobody mount anything";
+        GTEST_SKIP() << "this system does not allow mounts";
     }
     m_sandbox.launch();
     ASSERT_EQ(emitFirst(), DELIVERED);
@@ -93,7 +93,7 @@ TEST_F(DeviceFaultSpaceTest, AFullDiskLosesLogLinesAndNothingElse) {
 
 TEST_F(DeviceFaultSpaceTest, WithoutRoomForALogOrASocketTheDaemonSaysSoAndRuns) {
     if (!prepare("size=64k,nr_inodes=3", "touch small/1 small/2; ! touch small/3 2>/dev/null")) {
-        GTEST_SKIP() << "this system lets nobody mount anything";
+        GTEST_SKIP() << "this system does not allow mounts";
     }
     m_sandbox.start();
     const Outcome outcome = m_sandbox.terminate();

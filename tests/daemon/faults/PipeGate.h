@@ -15,7 +15,7 @@ class PipeGate {
 public:
     explicit PipeGate(const Sandbox& sandbox) {
         const auto path = sandbox.directory() / "gate";
-        // Open for both directions, opening waits for nobody and nobody is missed.
+        // Opened for reading and writing, so that open() does not block and no writer gets EPIPE.
         if (mkfifo(path.c_str(), 0600) != 0 ||
             (m_fd = open(path.c_str(), O_RDWR | O_CLOEXEC)) < 0) {
             throw std::runtime_error("no gate can be made");

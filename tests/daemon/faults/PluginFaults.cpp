@@ -177,7 +177,7 @@ Outcome throwOnAThreadOfThePlatform(Sandbox& sandbox) {
 
 void waitForArrival(Sandbox& sandbox) {
     if (!sandbox.daemon().waitForLine("waits at the gate", std::chrono::seconds(40))) {
-        throw std::runtime_error("nobody came to the gate:\n" + sandbox.daemon().errors());
+        throw std::runtime_error("no plugin reached the gate:\n" + sandbox.daemon().errors());
     }
 }
 

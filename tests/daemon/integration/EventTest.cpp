@@ -14,6 +14,9 @@ namespace {
 constexpr const char* FIRST_PLUGIN = "libbleapp.so";
 constexpr const char* SECOND_PLUGIN = "libbtapp-lite.so";
 
+constexpr const char* DELIVERED = "bt-adapter-state-changed: delivered to 1 callback\n";
+constexpr const char* NOT_DELIVERED = "bt-adapter-state-changed: nobody subscribed\n";
+
 class DaemonEventTest : public testing::Test {
 protected:
     /// An adapter state change; what the sender was told.
@@ -26,19 +29,22 @@ protected:
     }
     static std::string story(const Log& log) { return log.ofTags({"PLATFORM", "FIXTURE"}).texts(); }
 
+    /// The life of a daemon whose adapter goes off and on. The first of these events is delivered;
+    /// `second` is what the command says of the other one.
+    Outcome switchOffAndOn(const char* second) {
+        m_sandbox.start();
+        EXPECT_EQ(changeState("off"), DELIVERED);
+        EXPECT_EQ(changeState("on"), second);
+        return m_sandbox.terminate();
+    }
+
     Sandbox m_sandbox;
 };
-
-constexpr const char* DELIVERED = "bt-adapter-state-changed: delivered to 1 callback\n";
-constexpr const char* NOT_DELIVERED = "bt-adapter-state-changed: nobody subscribed\n";
 
 TEST_F(DaemonEventTest, TwoPluginsReceiveEachEventOnceWithTheirOwnUserData) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "subscriber");
     m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");
-    m_sandbox.start();
-    EXPECT_EQ(changeState("off"), DELIVERED);
-    EXPECT_EQ(changeState("on"), DELIVERED);
-    const Outcome outcome = m_sandbox.terminate();
+    const Outcome outcome = switchOffAndOn(DELIVERED);
     EXPECT_EQ(story(outcome.log),
               "ecore_init\n"
               "bt_product_init\n"
@@ -105,10 +111,7 @@ TEST_F(DaemonEventTest, APluginThatSubscribedTwiceIsCalledTwiceAndUnsubscribesOn
 
 TEST_F(DaemonEventTest, NobodyIsSubscribedAfterUnsubscribingInTheCallback) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "unsubscribes_in_callback");
-    m_sandbox.start();
-    EXPECT_EQ(changeState("off"), DELIVERED);
-    EXPECT_EQ(changeState("on"), NOT_DELIVERED);
-    const Outcome outcome = m_sandbox.terminate();
+    const Outcome outcome = switchOffAndOn(NOT_DELIVERED);
     EXPECT_EQ(story(whileRunning(outcome.log)),
               "ecore_main_loop_begin\n"
               "libbleapp.so: subscription 0: result 0, state 0\n"
@@ -122,10 +125,7 @@ TEST_F(DaemonEventTest, NobodyIsSubscribedAfterUnsubscribingInTheCallback) {
 // ends the source.
 TEST_F(DaemonEventTest, UnsubscribingInTheCallbackTakesEffectFromTheNextEventOn) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "subscribed_twice_unsubscribes_in_callback");
-    m_sandbox.start();
-    EXPECT_EQ(changeState("off"), DELIVERED);
-    EXPECT_EQ(changeState("on"), NOT_DELIVERED);
-    const Outcome outcome = m_sandbox.terminate();
+    const Outcome outcome = switchOffAndOn(NOT_DELIVERED);
     EXPECT_EQ(story(whileRunning(outcome.log)),
               "ecore_main_loop_begin\n"
               "libbleapp.so: subscription 0: result 0, state 0\n"
@@ -141,10 +141,7 @@ TEST_F(DaemonEventTest, UnsubscribingInTheCallbackTakesEffectFromTheNextEventOn)
 TEST_F(DaemonEventTest, TheCallbackStaysSetWhileAnotherPluginIsSubscribed) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "unsubscribes_in_callback");
     m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");
-    m_sandbox.start();
-    EXPECT_EQ(changeState("off"), DELIVERED);
-    EXPECT_EQ(changeState("on"), DELIVERED);
-    const Outcome outcome = m_sandbox.terminate();
+    const Outcome outcome = switchOffAndOn(DELIVERED);
     EXPECT_EQ(story(whileRunning(outcome.log)),
               "ecore_main_loop_begin\n"
               "libbleapp.so: subscription 0: result 0, state 0\n"
@@ -155,7 +152,7 @@ TEST_F(DaemonEventTest, TheCallbackStaysSetWhileAnotherPluginIsSubscribed) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-// Its library is closed: whoever called it would call nothing.
+// Its library is closed, so its callback must not be called.
 TEST_F(DaemonEventTest, TheSubscriptionOfAPluginThatFailedReachesNobody) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "subscribes_then_fails");
     m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");

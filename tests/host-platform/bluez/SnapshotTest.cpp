@@ -30,7 +30,16 @@ protected:
         update(adapter, "org.bluez.Adapter1", "{'Discovering': <true>}");
     }
 
-    // The lines of the event log, without the adapter's state and the markers.
+    // Ends BlueZ and starts it with the adapter alone.
+    void restartBluez() {
+        m_bluez->terminate();
+        EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=off");
+        startTvBluez();
+        mock({"AddAdapter", "ss", "hci0", "desk"});
+        EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=on");
+    }
+
+    // The lines of the event log except the adapter's state and the markers.
     std::string events() const {
         std::string found;
         const auto log = m_daemon->errors();
@@ -104,11 +113,7 @@ TEST_F(SnapshotTest, AStrangerThatComesConnectedLaterIsConnected) {
 
 TEST_F(SnapshotTest, DevicesThatComeWithARestartedBluezAreSilent) {
     startAll();
-    m_bluez->terminate();
-    EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=off");
-    startTvBluez();
-    mock({"AddAdapter", "ss", "hci0", "desk"});
-    EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=on");
+    restartBluez();
     addInterface("/org/bluez/hci0/dev_AA_BB_CC_DD_EE_02", deviceInterface,
                  std::string("{'Address': <'AA:BB:CC:DD:EE:02'>, 'Adapter': <objectpath '") +
                      adapter +
@@ -120,11 +125,7 @@ TEST_F(SnapshotTest, DevicesThatComeWithARestartedBluezAreSilent) {
 
 TEST_F(SnapshotTest, EverythingWorksAgainAfterARestart) {
     startAll();
-    m_bluez->terminate();
-    EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=off");
-    startTvBluez();
-    mock({"AddAdapter", "ss", "hci0", "desk"});
-    EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=on");
+    restartBluez();
     addDevice();
     updateDevice("{'Connected': <true>}");
     EXPECT_THAT(nextEvent("bt-device-connection-state-changed"), HasSubstr("connected=true"));

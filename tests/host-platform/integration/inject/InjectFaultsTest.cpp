@@ -1,4 +1,4 @@
-// Requests that nobody in his right mind would make.
+// Requests with nonsensical content.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
