@@ -1,6 +1,6 @@
-# Makes Debian's changelog of CHANGELOG.md, whose sections are "## Unreleased" or
-# "## VERSION - YYYY-MM-DD". Needs -v version=, maintainer= and now= (seconds, for what is
-# unreleased), LC_ALL=C and TZ=UTC. The newest section must be the project's version.
+# Converts CHANGELOG.md to Debian's changelog. Its sections are "## Unreleased" or
+# "## VERSION - YYYY-MM-DD", and the newest one must be the project's version. Needs -v version=,
+# maintainer= and now= (the date of unreleased changes, in seconds), LC_ALL=C and TZ=UTC.
 
 function fail(text) {
     print "CHANGELOG.md:" NR ": " text > "/dev/stderr"
@@ -8,7 +8,7 @@ function fail(text) {
     exit 1
 }
 
-# Lines of at most 79 characters, the first with a prefix of its own.
+# Prints the text in lines of at most 79 characters, the first line after the prefix.
 function wrapped(text, prefix, indent,    words, count, line, i) {
     count = split(text, words, " ")
     line = prefix words[1]
@@ -40,7 +40,7 @@ function endSection() {
 function beginSection(name, seconds) {
     endSection()
     if (name in seen) {
-        fail("there is a section of version " name " already; is project(VERSION) to be raised?")
+        fail("there are two sections of version " name "; raise project(VERSION)")
     }
     seen[name] = 1
     headed = 0
@@ -51,14 +51,14 @@ function beginSection(name, seconds) {
 /^## Unreleased$/ { beginSection(version, now); next }
 /^## [0-9.]+ - [0-9]+-[0-9]+-[0-9]+$/ {
     if (date == "" && $2 != version) {
-        fail("the newest section is of " $2 ", but project(VERSION) is " version)
+        fail("the newest section is " $2 ", but project(VERSION) is " version)
     }
     day = $4
     gsub("-", " ", day)
     beginSection($2, mktime(day " 12 00 00"))
     next
 }
-/^## / { fail("a section is \"## Unreleased\" or \"## VERSION - YYYY-MM-DD\"") }
+/^## / { fail("a section must be \"## Unreleased\" or \"## VERSION - YYYY-MM-DD\"") }
 /^### / {
     endItem()
     print (headed ? "\n" : "") "  [ " substr($0, 5) " ]"

@@ -1,4 +1,4 @@
-# The Debian packages, by `cpack -G DEB` or script/package.
+# Settings of the Debian packages, which `cpack -G DEB` or script/package builds.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "${CORVANE_MAINTAINER}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own, as its first line
