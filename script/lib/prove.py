@@ -52,6 +52,7 @@ def run(step, log, only):
         reports = FORBIDDEN.findall(output)
         return step.read(output) + reports, not reports
     except subprocess.CalledProcessError as error:
+        print(*log.read_text(errors="replace").splitlines()[-30:], sep="\n", file=sys.stderr)
         return [f"failed: {error.cmd[-1].splitlines()[0]}"], False
     except ValueError as error:
         return [str(error)], False

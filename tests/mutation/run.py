@@ -123,6 +123,8 @@ def main():
     faults = tomllib.loads(Path("tests/mutation/faults.toml").read_text())["fault"]
     if options.texts:
         faults = [fault for fault in faults if any(text in fault["name"] for text in options.texts)]
+    if not faults:
+        sys.exit(f"no fault's name contains {' or '.join(options.texts)}")
     if errors := list(filter(None, map(misplaced, faults))):
         sys.exit("\n".join(errors))
     if options.check:
