@@ -14,7 +14,7 @@
 #include "platform/host/inject/MessageValues.h"
 #include "tests/fuzz/EventWords.h"
 #include "tests/fuzz/Input.h"
-#include "tools/corvane/EmitMessage.h"
+#include "tools/corvane/events/EmitMessage.h"
 
 namespace {
 

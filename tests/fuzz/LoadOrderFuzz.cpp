@@ -14,7 +14,7 @@
 #include "daemon/src/FileManager.h"
 #include "tests/fuzz/Input.h"
 #include "tests/support/FakePlatform.h"
-#include "tools/corvane/LoadOrder.h"
+#include "tools/corvane/order/LoadOrder.h"
 
 namespace fs = std::filesystem;
 

@@ -9,7 +9,7 @@
 
 #include "tests/fuzz/EventWords.h"
 #include "tests/fuzz/Input.h"
-#include "tools/corvane/Scenario.h"
+#include "tools/corvane/play/Scenario.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "platform/host/events/EventArguments.h"
 #include "platform/host/events/Values.h"
-#include "tools/corvane/InjectPeer.h"
+#include "tools/corvane/events/InjectClient.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/corvane/Scenario.h"
+#include "tools/corvane/play/Scenario.h"
 
 namespace {
 

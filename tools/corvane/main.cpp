@@ -4,16 +4,16 @@
 #include <iostream>
 #include <string>
 
-#include "tools/corvane/CompleteCommand.h"
-#include "tools/corvane/EmitCommand.h"
-#include "tools/corvane/ListCommand.h"
-#include "tools/corvane/NewCommand.h"
-#include "tools/corvane/OrderCommand.h"
-#include "tools/corvane/PlayCommand.h"
-#include "tools/corvane/Scenario.h"
-#include "tools/corvane/WatchCommand.h"
 #include "tools/corvane/check/CheckCommand.h"
-#include "tools/corvane/check/CheckError.h"
+#include "tools/corvane/check/findings/CheckError.h"
+#include "tools/corvane/events/CompleteCommand.h"
+#include "tools/corvane/events/EmitCommand.h"
+#include "tools/corvane/events/ListCommand.h"
+#include "tools/corvane/events/WatchCommand.h"
+#include "tools/corvane/new/NewCommand.h"
+#include "tools/corvane/order/OrderCommand.h"
+#include "tools/corvane/play/PlayCommand.h"
+#include "tools/corvane/play/Scenario.h"
 
 int main(int argc, char** argv) {
     CLI::App app{"Tries out Corvane and its plugins without a device.", "corvane"};

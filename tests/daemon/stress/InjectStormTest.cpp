@@ -9,7 +9,7 @@
 
 #include "tests/support/process/ChildProcess.h"
 #include "tests/support/process/DaemonDirectory.h"
-#include "tools/corvane/InjectPeer.h"
+#include "tools/corvane/events/InjectClient.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include "platform/host/events/EventTable.h"
 #include "platform/host/events/ValueText.h"
 #include "platform/host/events/Values.h"
-#include "tools/corvane/EventJson.h"
-#include "tools/corvane/ListCommand.h"
+#include "tools/corvane/events/EventJson.h"
+#include "tools/corvane/events/ListCommand.h"
 
 namespace {
 

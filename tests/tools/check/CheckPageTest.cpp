@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/corvane/check/Findings.h"
+#include "tools/corvane/check/findings/Findings.h"
 
 namespace {
 

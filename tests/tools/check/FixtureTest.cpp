@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tests/tools/check/RunTool.h"
-#include "tools/corvane/check/Findings.h"
+#include "tools/corvane/check/findings/Findings.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tools/corvane/Printable.h"
+#include "tools/corvane/common/Printable.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include <memory>
 #include <string>
 
-#include "tools/corvane/Exposure.h"
-#include "tools/corvane/Printable.h"
 #include "tools/corvane/check/CheckResult.h"
-#include "tools/corvane/check/RunningCheck.h"
-#include "tools/corvane/check/StaticCheck.h"
-#include "tools/corvane/check/Workplace.h"
+#include "tools/corvane/check/process/RunningCheck.h"
+#include "tools/corvane/check/process/WorkDirectory.h"
+#include "tools/corvane/check/static/StaticCheck.h"
+#include "tools/corvane/common/Exposure.h"
+#include "tools/corvane/common/Printable.h"
 
 namespace corvane::tool {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "tools/corvane/Printable.h"
+#include "tools/corvane/common/Printable.h"
 
 namespace corvane::check {
 

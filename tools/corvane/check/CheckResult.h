@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/corvane/check/Findings.h"
-#include "tools/corvane/check/RunningCheck.h"
+#include "tools/corvane/check/findings/Findings.h"
+#include "tools/corvane/check/process/RunningCheck.h"
 
 namespace corvane::check {
 

@@ -10,7 +10,7 @@
 
 #include "tests/host-platform/integration/inject/RandomValues.h"
 #include "tests/support/process/HostFixture.h"
-#include "tools/corvane/InjectPeer.h"
+#include "tools/corvane/events/InjectClient.h"
 
 namespace {
 

@@ -1,0 +1,144 @@
+// The daemon's plugin, with an eye on what runs in its task context.
+#include "tools/corvane/check/runner/CheckedPlugin.h"
+
+#include <memory>
+#include <utility>
+
+#include "tools/corvane/check/runner/CheckedBroker.h"
+#include "tools/corvane/check/runner/Report.h"
+
+namespace corvane::check {
+
+namespace {
+
+thread_local std::string origin;
+// The task this thread runs, in words; empty: none.
+thread_local std::string running;
+// Whether this thread hands in a task, and so may be the one that runs the context.
+thread_local bool isInside = false;
+
+std::string wordsFor(const std::string& taskOrigin) {
+    return taskOrigin.empty() ? "a job of the plugin" : "the callback of " + taskOrigin;
+}
+
+}  // namespace
+
+TaskOrigin::TaskOrigin(std::string event) : m_before(std::exchange(origin, std::move(event))) {}
+
+TaskOrigin::~TaskOrigin() {
+    origin = std::move(m_before);
+}
+
+const std::string& TaskOrigin::current() {
+    return origin;
+}
+
+int CheckedBroker::RequestToInvokeInTaskExecutor(std::function<void(void*)> function,
+                                                 void* userData) {
+    const TaskOrigin ofPlugin("");
+    return RequestBroker::RequestToInvokeInTaskExecutor(std::move(function), userData);
+}
+
+void CheckedPlugin::create(const std::string& name, Ledger& ledger) {
+    Plugin::create(name);
+    m_broker = std::make_unique<CheckedBroker>(this, ledger);
+}
+
+bool CheckedPlugin::wasSlow(const std::string& event) {
+    const std::lock_guard lock(m_mutex);
+    return m_slow.contains(event);
+}
+
+void CheckedPlugin::invokeTask(const ITaskInvoker::Task& task) {
+    // So it is between two tasks, too: what the first one held is destroyed then.
+    const bool isRunner = isInside;
+    if (!isRunner) {
+        awaitRoom();
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        if (isRunner && m_waiting >= QUEUE_CAPACITY) {
+            report::finding("queue-full", "by " + (running.empty() ? "what a task held" : running));
+            return;
+        }
+        ++m_waiting;
+    }
+    handIn([this, task, from = TaskOrigin::current()] { run(task, from); });
+}
+
+void CheckedPlugin::handIn(const ITaskInvoker::Task& task) {
+    struct Scope {
+        const bool before = std::exchange(isInside, true);
+        ~Scope() { isInside = before; }
+    } scope;
+    Plugin::invokeTask(task);
+}
+
+// Several threads that meet a full queue wait for 15 s, all but one, even if there is room
+// again soon. That is the daemon's business, so here no queue gets full but by a task.
+void CheckedPlugin::awaitRoom() {
+    std::unique_lock lock(m_mutex);
+    const auto hasRoom = [this] { return m_waiting < QUEUE_CAPACITY / 2; };
+    while (!m_changed.wait_for(lock, std::chrono::milliseconds(100), hasRoom) && m_isRunning) {
+    }
+}
+
+bool CheckedPlugin::hasWaiting() {
+    const std::lock_guard lock(m_mutex);
+    return m_waiting > 0;
+}
+
+void CheckedPlugin::drain() {
+    for (unsigned i = 0; i < QUEUE_CAPACITY && hasWaiting(); ++i) {
+        try {
+            handIn([] {});
+        } catch (...) {
+            report::finding("callback-exception", report::currentException());
+        }
+    }
+}
+
+void CheckedPlugin::run(const ITaskInvoker::Task& task, const std::string& from) {
+    using std::chrono::steady_clock;
+    struct Scope {
+        CheckedPlugin& plugin;
+        const std::string& origin;
+        const steady_clock::time_point start = steady_clock::now();
+        ~Scope() {
+            running.clear();
+            const std::lock_guard lock(plugin.m_mutex);
+            plugin.m_isRunning = false;
+            plugin.onEnd(origin, std::chrono::duration_cast<std::chrono::milliseconds>(
+                                     steady_clock::now() - start));
+        }
+    } scope{*this, from};
+    {
+        const std::lock_guard lock(m_mutex);
+        --m_waiting;
+        m_isRunning = true;
+        m_changed.notify_all();
+    }
+    if (from.empty()) {
+        ++m_jobs;
+    }
+    running = wordsFor(from);
+    task();
+}
+
+// Under the mutex.
+void CheckedPlugin::onEnd(const std::string& from, std::chrono::milliseconds duration) {
+    auto slowest = m_slowestMs.load();
+    while (duration.count() > slowest &&
+           !m_slowestMs.compare_exchange_weak(slowest, duration.count())) {
+    }
+    if (duration <= m_slowLimit) {
+        return;
+    }
+    if (m_slow.insert(from).second) {
+        report::finding(from.empty() ? "slow-job" : "slow-callback",
+                        wordsFor(from) + ": " + std::to_string(duration.count()) +
+                            " ms; the limit is " + std::to_string(m_slowLimit.count()) + " ms");
+    }
+}
+
+}  // namespace corvane::check

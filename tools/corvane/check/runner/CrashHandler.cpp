@@ -1,0 +1,110 @@
+// Tells the command where a thread was when a signal ended it. The command names the
+// frames: it can read the libraries' symbols in peace.
+#include "tools/corvane/check/runner/CrashHandler.h"
+
+#include <execinfo.h>
+#include <signal.h>
+#include <ucontext.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+#include "tools/corvane/check/runner/HangSignal.h"
+#include "tools/corvane/check/runner/Report.h"
+
+namespace corvane::check::crash {
+
+namespace {
+
+constexpr std::size_t stackSize = 131072;
+constexpr int mostFrames = 64;
+
+// Where the thread was interrupted; null where the machine isn't known.
+void* interruptedAt([[maybe_unused]] void* context) {
+#if defined(__x86_64__)
+    const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a register is what it is
+    return reinterpret_cast<void*>(machine->gregs[REG_RIP]);
+#elif defined(__aarch64__)
+    const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
+    return reinterpret_cast<void*>(machine->pc);
+#else
+    return nullptr;
+#endif
+}
+
+void onSignal(int number, siginfo_t* info, void* context) {
+    static std::atomic<bool> isTold = false;
+    while (isTold.exchange(true)) {
+        pause();  // another thread tells already, and the command ends the process
+    }
+    std::array<void*, mostFrames> frames;
+    const int count = backtrace(frames.data(), mostFrames);
+    // Above the interrupted function are this handler and what called it.
+    int first = 0;
+    while (first < count && frames[first] != interruptedAt(context)) {
+        ++first;
+    }
+    first = first == count ? 0 : first;
+    std::array<char, 2048> text;
+    // cppcheck-suppress invalidPrintfArgType_uint ; std::uintmax_t is uintmax_t
+    int size = std::snprintf(text.data(), text.size(),
+                             "\n{\"signal\":%d,\"thread\":%d,\"address\":%ju,\"frames\":[", number,
+                             gettid(), reinterpret_cast<std::uintmax_t>(info->si_addr));
+    for (int i = first; i < count; ++i) {
+        // cppcheck-suppress invalidPrintfArgType_uint ; the same
+        size += std::snprintf(text.data() + size, text.size() - size, "%s%ju", i > first ? "," : "",
+                              reinterpret_cast<std::uintmax_t>(frames[i]));
+    }
+    size += std::snprintf(text.data() + size, text.size() - size, "]}\n");
+    if (write(report::fd(), text.data(), size) != size) {
+        _exit(EXIT_FAILURE);
+    }
+    while (true) {
+        pause();
+    }
+}
+
+[[noreturn]] void onTerminate() {
+    report::finding("uncaught-exception", report::currentException());
+    std::abort();
+}
+
+}  // namespace
+
+SignalStack::SignalStack() : m_memory(new char[stackSize]) {
+    stack_t stack{};
+    stack.ss_sp = m_memory;
+    stack.ss_size = stackSize;
+    sigaltstack(&stack, nullptr);
+}
+
+SignalStack::~SignalStack() {
+    stack_t none{};
+    none.ss_flags = SS_DISABLE;
+    sigaltstack(&none, nullptr);
+    delete[] m_memory;
+}
+
+void install() {
+    static SignalStack forMainThread;
+    // The first call loads a library, for which a handler is no place.
+    void* frame = nullptr;
+    backtrace(&frame, 1);
+    struct sigaction action {};
+    action.sa_sigaction = &onSignal;
+    action.sa_flags = SA_SIGINFO | SA_ONSTACK;
+    sigfillset(&action.sa_mask);
+    for (const int number :
+         {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS, SIGXFSZ, hangSignal}) {
+        sigaction(number, &action, nullptr);
+    }
+    std::set_terminate(&onTerminate);
+}
+
+}  // namespace corvane::check::crash

@@ -1,0 +1,169 @@
+// A plugin's whole life, as the daemon would lead it, under observation.
+#include "tools/corvane/check/runner/PluginRun.h"
+
+#include <Ecore.h>
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+#include "daemon/src/PluginPath.h"
+#include "tools/corvane/check/runner/Report.h"
+
+namespace corvane::check {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::set<std::string> runningThreads() {
+    std::set<std::string> ids;
+    for (const auto& entry : fs::directory_iterator("/proc/self/task")) {
+        ids.insert(entry.path().filename());
+    }
+    return ids;
+}
+
+std::string nameOfThread(const std::string& id) {
+    std::string name;
+    std::getline(std::ifstream("/proc/self/task/" + id + "/comm"), name);
+    return name;
+}
+
+void iterateMainLoop() {
+    for (int i = 0; i < 5; ++i) {
+        ecore_main_loop_iterate();
+    }
+}
+
+}  // namespace
+
+Rehearsal::Rehearsal(const std::string& name, std::chrono::milliseconds slowLimit)
+    : m_name(name),
+      m_threadsBefore(runningThreads()),
+      m_plugin(slowLimit),
+      m_deliverer(m_plugin, m_ledger) {}
+
+pid_t Rehearsal::run() {
+    m_plugin.create(m_name, m_ledger);
+    // A handle of our own: what the plugin left behind can be looked at before it is unloaded.
+    report::step("the opening of the library");
+    void* const handle = dlopen((PLUGIN_PATH + "/" + m_name).c_str(), RTLD_LAZY);
+    if (handle == nullptr) {
+        throw std::runtime_error(dlerror());
+    }
+    const bool isLoaded = load();
+    if (isLoaded) {
+        playEvents();
+    }
+    unload(isLoaded);
+    RequestBroker broker(&m_plugin);
+    m_ledger.settle(broker);
+    const pid_t thread = findLeftThread();
+    if (thread == 0) {
+        close(handle);
+    }
+    return thread;
+}
+
+bool Rehearsal::load() {
+    report::step("PLUGIN_INIT");
+    try {
+        m_plugin.load();
+        report::step("");
+    } catch (const std::exception& error) {
+        // The library is closed when PLUGIN_INIT said no, but not when it threw.
+        report::finding(m_plugin.isOpen() ? "init-exception" : "init-failed",
+                        m_plugin.isOpen() ? report::currentException() : error.what());
+        return false;
+    } catch (...) {
+        report::finding("init-exception", report::currentException());
+        return false;
+    }
+    std::string events;
+    for (const auto& event : m_ledger.events()) {
+        events += (events.empty() ? "" : " ") + event;
+    }
+    report::fact("events", events);
+    return true;
+}
+
+void Rehearsal::playEvents() {
+    const auto play = [](void* self) {
+        auto& rehearsal = *static_cast<Rehearsal*>(self);
+        rehearsal.m_deliverer.deliverAll();
+        rehearsal.m_deliverer.deliverOnThreads(
+            [](void* data) {
+                ecore_main_loop_thread_safe_call_async(
+                    [](void* owner) {
+                        static_cast<Rehearsal*>(owner)->m_played = true;
+                        ecore_main_loop_quit();
+                    },
+                    data);
+            },
+            self);
+    };
+    ecore_job_add(play, this);
+    while (!m_played) {  // also where the plugin quits the loop
+        ecore_main_loop_begin();
+    }
+    m_deliverer.joinThreads();
+    report::step("the tasks that still wait");
+    m_plugin.drain();
+    report::step("");
+    report::fact("delivered", m_deliverer.delivered());
+}
+
+void Rehearsal::unload(bool isLoaded) {
+    if (!isLoaded) {
+        report::step("the end of the task context");
+        m_plugin.tearDown();
+        report::step("");
+        return;
+    }
+    report::step("PLUGIN_DEINIT");
+    try {
+        m_plugin.unload();
+    } catch (...) {
+        report::finding("deinit-exception", report::currentException());
+    }
+    report::step("");
+    report::fact("jobs", m_plugin.jobs());
+    report::fact("slowest", m_plugin.slowestMs());
+}
+
+pid_t Rehearsal::findLeftThread() {
+    // A thread that was joined or is on its way out may still be listed for a moment.
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+    std::set<std::string> left;
+    do {
+        left = runningThreads();
+        for (const auto& id : m_threadsBefore) {
+            left.erase(id);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(left.empty() ? 0 : 10));
+    } while (!left.empty() && std::chrono::steady_clock::now() < limit);
+    for (const auto& id : left) {
+        report::finding("leftover-threads", "thread " + id + " \"" + nameOfThread(id) + '"');
+    }
+    return left.empty() ? 0 : std::stoi(*left.begin());
+}
+
+void Rehearsal::close(void* handle) {
+    report::step("the unloading of the library");
+    dlclose(handle);
+    // Has PLUGIN_DEINIT thrown, the daemon's handle is still open.
+    report::step("the end of the task context");
+    m_plugin.tearDown();
+    report::step("the main loop, after the library was unloaded");
+    iterateMainLoop();
+    report::step("");
+    if (void* const still = dlopen((PLUGIN_PATH + "/" + m_name).c_str(), RTLD_LAZY | RTLD_NOLOAD)) {
+        dlclose(still);
+        report::finding("stays-loaded", "");
+    }
+}
+
+}  // namespace corvane::check

@@ -1,0 +1,142 @@
+// The daemon's stand-in for one plugin that is to be checked, in a process and a
+// directory of its own. `corvane check` starts it:
+//     corvane-check-host open FILE FD          can the loader open it?
+//     corvane-check-host run NAME FD SLOW_MS   lead plugins/NAME through its life
+//     corvane-check-host drop NAME FD          drop tasks that its callbacks request
+#include <Ecore.h>
+#include <bluetooth.h>
+#include <bluetooth_tv.h>
+#include <dlfcn.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <thread>
+
+#include "daemon/src/Callback/CallbackDelegator.h"
+#include "taskExecutor/MainThreadInvoker.h"
+#include "tools/corvane/check/runner/CrashHandler.h"
+#include "tools/corvane/check/runner/Deliverer.h"
+#include "tools/corvane/check/runner/DroppingPlugin.h"
+#include "tools/corvane/check/runner/HangSignal.h"
+#include "tools/corvane/check/runner/PluginRun.h"
+#include "tools/corvane/check/runner/Report.h"
+#include "tools/corvane/check/runner/Subscriptions.h"
+
+namespace {
+
+using namespace corvane::check;
+
+void limit(decltype(RLIMIT_DATA) resource, rlim_t most) {
+    rlimit limits{};
+    getrlimit(resource, &limits);
+    limits.rlim_max = std::min(limits.rlim_max, most);
+    limits.rlim_cur = std::min(limits.rlim_cur, limits.rlim_max);
+    setrlimit(resource, &limits);
+}
+
+// For this process and its children, and for good.
+void limitPlugin() {
+    constexpr rlim_t mebibyte = 1 << 20;
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);  // or the command couldn't end its children
+    limit(RLIMIT_FSIZE, 128 * mebibyte);
+// A sanitizer reserves terabytes of addresses.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    limit(RLIMIT_DATA, 2048 * mebibyte);
+#endif
+}
+
+// As the daemon opens it.
+void open(const std::string& path) {
+    report::step("the opening of the library");
+    if (void* const handle = dlopen(path.c_str(), RTLD_LAZY)) {
+        report::step("the unloading of the library");
+        dlclose(handle);
+    } else {
+        report::fact("refusal", dlerror());
+    }
+    report::done();
+}
+
+void startPlatform() {
+    if (ecore_init() == 0) {
+        throw std::runtime_error("the main loop can't be had");
+    }
+    bt_product_init();
+    bt_audio_initialize();
+    MainThreadInvoker::setMainThreadId(std::this_thread::get_id());
+}
+
+void run(const std::string& name, std::chrono::milliseconds slowLimit) {
+    startPlatform();
+    // With the first thread a thread checker starts one of its own, which is not the plugin's.
+    std::thread([] {}).join();
+    {
+        Rehearsal rehearsal(name, slowLimit);
+        if (const pid_t thread = rehearsal.run()) {
+            report::done();
+            // It tells where it is, and the command ends the process. It may not listen.
+            syscall(SYS_tgkill, getpid(), thread, hangSignal);
+            sleep(1);
+            _exit(EXIT_SUCCESS);
+        }
+    }
+    Singleton<CallbackDelegator>::getInstance();
+    Singleton<CallbackDelegator>::instance().reset();
+    bt_product_deinit();
+    bt_audio_deinitialize();
+    ecore_shutdown();
+    report::done();
+}
+
+// Without PLUGIN_DEINIT, which may wait for a task that was dropped.
+[[noreturn]] void drop(const std::string& name) {
+    startPlatform();
+    Ledger ledger;
+    DroppingPlugin plugin;
+    plugin.create(name, ledger);
+    report::step("PLUGIN_INIT");
+    try {
+        plugin.load();
+        Deliverer(plugin, ledger).deliverAll();
+    } catch (const std::exception&) {
+        // It may not succeed a second time.
+    }
+    report::step("");
+    report::done();
+    _exit(EXIT_SUCCESS);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const std::string mode = argc > 3 ? argv[1] : "";
+    if (!((mode == "open" || mode == "drop") && argc == 4) && !(mode == "run" && argc == 5)) {
+        std::cerr << "corvane-check-host is started by `corvane check`\n";
+        return 2;
+    }
+    try {
+        limitPlugin();
+        report::open(std::stoi(argv[3]));
+        crash::install();
+        if (mode == "open") {
+            open(argv[2]);
+        } else if (mode == "drop") {
+            drop(argv[2]);
+        } else {
+            run(argv[2], std::chrono::milliseconds(std::stoi(argv[4])));
+        }
+        return EXIT_SUCCESS;
+    } catch (const std::exception& error) {
+        std::cerr << "corvane-check-host: " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}

@@ -1,0 +1,107 @@
+// What can be told of a plugin without running it.
+#include "tools/corvane/check/static/StaticCheck.h"
+
+#include <IRequestBroker.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <sstream>
+#include <string_view>
+
+#include "daemon/src/FileManager.h"
+#include "tools/corvane/check/findings/CheckError.h"
+#include "tools/corvane/check/process/Frames.h"
+#include "tools/corvane/check/process/PluginProcess.h"
+#include "tools/corvane/check/process/RunningCheck.h"
+#include "tools/corvane/check/process/Spawn.h"
+#include "tools/corvane/check/static/ElfFile.h"
+
+namespace corvane::check {
+
+namespace {
+
+void checkName(const Workplace& workplace, Findings& findings) {
+    const auto entries = FileManager::listDirectory(workplace.plugins());
+    const auto isTaken = [&](const FileManager::Entry& entry) {
+        return entry.name == workplace.name() &&
+               entry.candidacy == FileManager::Candidacy::Candidate;
+    };
+    if (!entries || std::ranges::none_of(*entries, isTaken)) {
+        findings.add("not-a-candidate", workplace.name());
+    }
+}
+
+// By the loader itself, which then lists everything that is missing and runs nothing. The
+// symbols of the host are the daemon's.
+std::vector<std::string> missingSymbols(const Workplace& workplace) {
+    std::filesystem::create_symlink(workplace.copy(), workplace.directory() / "traced.so");
+    const auto output = workplace.directory() / "traced";
+    auto environment = workplace.environment();
+    environment.insert({{"LD_TRACE_LOADED_OBJECTS", "1"},
+                        {"LD_WARN", "yes"},
+                        {"LD_BIND_NOW", "yes"},
+                        {"LD_PRELOAD", "./traced.so"}});
+    const auto id = spawn({{findHost()}, workplace.directory(), environment, output});
+    waitpid(id, nullptr, 0);
+    std::istringstream lines(tailOf(output));
+    std::vector<std::string> missing;
+    constexpr std::string_view head = "undefined symbol: ";
+    for (std::string line; std::getline(lines, line);) {
+        const auto library = line.find("\t(./traced.so)");
+        if (line.starts_with(head) && library != std::string::npos) {
+            missing.push_back(demangled(line.substr(head.size(), library - head.size()).c_str()));
+        }
+    }
+    return missing;
+}
+
+void addAll(Findings& findings, const char* id, const std::vector<std::string>& details) {
+    for (const auto& detail : details) {
+        findings.add(id, detail);
+    }
+}
+
+// Whether it opens.
+bool checkOpening(const Workplace& workplace, std::chrono::milliseconds limit, Findings& findings) {
+    const auto path = "plugins/" + workplace.name();
+    const auto outcome = Host(workplace).run("open", path, {}, limit);
+    addOutcome(outcome, workplace.name(), findings);
+    if (const auto refusal = outcome.texts.find("refusal"); refusal != outcome.texts.end()) {
+        findings.add("not-loadable", refusal->second);
+        addAll(findings, "not-loadable", missingSymbols(workplace));
+        return false;
+    }
+    return outcome.isDone;
+}
+
+}  // namespace
+
+bool checkStatically(const Workplace& workplace, std::chrono::milliseconds limit,
+                     Findings& findings) {
+    checkName(workplace, findings);
+    if (!checkOpening(workplace, limit, findings)) {
+        return false;
+    }
+    addAll(findings, "unresolved-symbols", missingSymbols(workplace));
+    const auto library = readLibrary(workplace.copy());
+    if (!library.hasInit) {
+        findings.add("no-init");
+    }
+    if (!library.hasDeinit) {
+        findings.add("no-deinit");
+    }
+    if (library.operationCount > corvaneOperationCount) {
+        findings.add("newer-interface", std::to_string(library.operationCount) +
+                                            " operations; this daemon has " +
+                                            std::to_string(corvaneOperationCount));
+    }
+    addAll(findings, "exported-symbols", library.exported);
+    addAll(findings, "unique-symbols", library.unique);
+    if (library.isNodelete) {
+        findings.add("nodelete");
+    }
+    return library.hasInit && !findings.has("unresolved-symbols") &&
+           !findings.has("newer-interface");
+}
+
+}  // namespace corvane::check

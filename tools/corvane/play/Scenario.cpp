@@ -1,0 +1,158 @@
+// What `corvane play` plays, read from a file.
+#include "tools/corvane/play/Scenario.h"
+
+#include <charconv>
+#include <cstddef>
+#include <system_error>
+#include <utility>
+
+#include "platform/host/events/EventArguments.h"
+
+namespace corvane::tool {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+constexpr int longestTime = 24 * 60 * 60 * 1000;
+constexpr int mostTimes = 1000000;
+constexpr std::size_t deepest = 16;
+
+[[noreturn]] void fail(const std::string& text) {
+    throw std::runtime_error(text);
+}
+
+int number(const std::string& text, const char* what, int least, int most) {
+    int value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || stop != end || value < least || value > most) {
+        fail(std::string(what) + " can't be \"" + text + "\"; it must be a number from " +
+             std::to_string(least) + " to " + std::to_string(most));
+    }
+    return value;
+}
+
+std::chrono::milliseconds milliseconds(const std::string& text) {
+    return std::chrono::milliseconds(number(text, "a time in milliseconds", 0, longestTime));
+}
+
+EmitStep parseEmit(const Words& words) {
+    if (words.size() < 2) {
+        fail("emit needs an event: emit EVENT key=value...");
+    }
+    const auto& event = host::eventNamed(words[1]);
+    return {&event, host::parseArguments(event, {words.begin() + 2, words.end()})};
+}
+
+ExpectStep parseExpect(Words words) {
+    constexpr const char* form =
+        "it must be of the form\n  expect EVENT delivered COUNT [within MS]\n"
+        "  expect EVENT set [within MS]\n  expect EVENT unset [within MS]";
+    if (words.size() < 3) {
+        fail(std::string("the expectation isn't complete; ") + form);
+    }
+    ExpectStep step{&host::eventNamed(words[1]), ExpectStep::State::Set};
+    if (words.size() >= 5 && words[words.size() - 2] == "within") {
+        step.within = milliseconds(words.back());
+        words.resize(words.size() - 2);
+    }
+    if (words.size() == 4 && words[2] == "delivered") {
+        step.state = ExpectStep::State::Delivered;
+        step.count = static_cast<unsigned>(number(words[3], "a count", 0, mostTimes));
+    } else if (words.size() == 3 && (words[2] == "set" || words[2] == "unset")) {
+        step.state = words[2] == "set" ? ExpectStep::State::Set : ExpectStep::State::Unset;
+    } else {
+        fail(std::string("the expectation isn't clear; ") + form);
+    }
+    return step;
+}
+
+const std::string& onlyArgument(const Words& words, const char* form) {
+    if (words.size() != 2) {
+        fail(words[0] + " must be of the form " + form);
+    }
+    return words[1];
+}
+
+class Parser {
+public:
+    void read(const Words& words, int line) {
+        if (words[0] == "emit") {
+            add(line, parseEmit(words));
+        } else if (words[0] == "wait") {
+            add(line, WaitStep{milliseconds(onlyArgument(words, "wait MS"))});
+        } else if (words[0] == "expect") {
+            add(line, parseExpect(words));
+        } else if (words[0] == "repeat") {
+            if (m_open.size() > deepest) {
+                fail("there are more than " + std::to_string(deepest) + " repeats in one another");
+            }
+            const auto& times = onlyArgument(words, "repeat COUNT");
+            m_open.push_back(
+                {line, RepeatStep{number(times, "the count of repeat", 1, mostTimes), {}}});
+        } else if (words[0] == "end") {
+            closeRepeat(words);
+        } else {
+            fail("there is no step \"" + words[0] +
+                 "\"; the steps are emit, wait, expect, repeat and end");
+        }
+    }
+
+    // The line of a repeat without an end, or 0.
+    int unfinished() const { return m_open.size() == 1 ? 0 : m_open.back().line; }
+
+    std::vector<Step> take() { return std::move(innermost()); }
+
+private:
+    std::vector<Step>& innermost() { return std::get<RepeatStep>(m_open.back().action).steps; }
+
+    template <typename Action>
+    void add(int line, Action action) {
+        innermost().push_back({line, std::move(action)});
+    }
+
+    void closeRepeat(const Words& words) {
+        if (words.size() != 1) {
+            fail("end must be alone in its line");
+        }
+        if (m_open.size() == 1) {
+            fail("there is no repeat that could end here");
+        }
+        auto done = std::move(m_open.back());
+        m_open.pop_back();
+        innermost().push_back(std::move(done));
+    }
+
+    // The scenario itself, then the repeats that haven't ended.
+    std::vector<Step> m_open{{0, RepeatStep{1, {}}}};
+};
+
+[[noreturn]] void failAt(const std::string& name, int line, const std::string& text) {
+    throw ScenarioError(name + ':' + std::to_string(line) + ": " + text);
+}
+
+}  // namespace
+
+std::vector<Step> parseScenario(std::istream& input, const std::string& name) {
+    Parser parser;
+    std::string text;
+    for (int line = 1; std::getline(input, text); ++line) {
+        try {
+            if (text.find('\0') != text.npos) {
+                fail("there is a zero byte in this line");
+            }
+            if (const auto words = splitWords(text); !words.empty()) {
+                parser.read(words, line);
+            }
+        } catch (const std::runtime_error& error) {
+            failAt(name, line, error.what());
+        }
+    }
+    if (const int line = parser.unfinished(); line != 0) {
+        failAt(name, line, "this repeat has no end");
+    }
+    return parser.take();
+}
+
+}  // namespace corvane::tool
