@@ -29,7 +29,7 @@ protected:
 
     // One sender's events, at its pace or as fast as the daemon can.
     void send(int sender) const {
-        corvane::tool::InjectPeer peer(m_directory.socket());
+        corvane::tool::InjectClient peer(m_directory.socket());
         const auto& event = *corvane::host::findEvent("bt-adapter-name-changed");
         corvane::host::Values values(event);
         const auto start = Clock::now();

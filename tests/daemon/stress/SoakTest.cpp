@@ -32,7 +32,7 @@ using Clock = std::chrono::steady_clock;
 using corvane::host::allEvents;
 using corvane::host::Event;
 using corvane::host::Values;
-using corvane::tool::InjectPeer;
+using corvane::tool::InjectClient;
 
 constexpr int senders = 4;
 constexpr int aimedAtPerSecond = 6000;  // so that 5000 are reached
@@ -75,7 +75,7 @@ protected:
             }
         }
         for (int i = 0; i < senders; ++i) {
-            m_peers.push_back(std::make_unique<InjectPeer>(m_directory.socket()));
+            m_peers.push_back(std::make_unique<InjectClient>(m_directory.socket()));
         }
     }
 
@@ -218,7 +218,7 @@ protected:
 
     DaemonDirectory m_directory;
     std::unique_ptr<ChildProcess> m_daemon;
-    std::vector<std::unique_ptr<InjectPeer>> m_peers;
+    std::vector<std::unique_ptr<InjectClient>> m_peers;
 };
 
 long numberBehind(const std::string& line, const std::string& text) {

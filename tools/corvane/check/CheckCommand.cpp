@@ -32,11 +32,11 @@ CheckResult check(const Words& words) {
     using std::chrono::milliseconds;
     const Limits limits{milliseconds(words.slowMs),
                         milliseconds(static_cast<long long>(words.timeoutSec * 1000))};
-    const Workplace workplace(words.file);
+    const WorkDirectory workDirectory(words.file);
     CheckResult result{words.file, {}, words.isStaticOnly, {}, exposureOfFile(words.file)};
-    const bool canRun = checkStatically(workplace, limits.whole, result.findings);
+    const bool canRun = checkStatically(workDirectory, limits.whole, result.findings);
     if (canRun && !words.isStaticOnly) {
-        result.facts = checkRunning(workplace, limits, result.findings);
+        result.facts = checkRunning(workDirectory, limits, result.findings);
     }
     return result;
 }

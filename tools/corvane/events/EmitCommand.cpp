@@ -20,7 +20,7 @@ struct Words {
 void emit(const std::string& socket, const Words& words) {
     const auto& event = host::eventNamed(words.event);
     const auto values = host::parseArguments(event, words.arguments);
-    InjectPeer daemon(socketPath(socket));
+    InjectClient daemon(socketPath(socket));
     const unsigned called = daemon.emit(event, values);
     std::cout << event.name << ": " << deliveredText(called) << '\n';
 }

@@ -102,7 +102,7 @@ MessagePtr call(sd_bus* bus, sd_bus_message* message) {
 }
 
 // Milliseconds for poll(), rounded up.
-int remaining(InjectPeer::Limit limit) {
+int remaining(InjectClient::Limit limit) {
     if (!limit) {
         return -1;
     }
@@ -124,7 +124,7 @@ std::string socketPath(const std::string& given) {
     return std::string(runtime == nullptr ? "/run" : runtime) + "/corvane/inject.sock";
 }
 
-InjectPeer::InjectPeer(const std::string& path) {
+InjectClient::InjectClient(const std::string& path) {
     constexpr const char* failure = "no connection can be made";
     sd_bus* made = nullptr;
     check(sd_bus_new(&made), failure);
@@ -132,7 +132,7 @@ InjectPeer::InjectPeer(const std::string& path) {
     const int fd = connectTo(path);
     check(sd_bus_set_fd(made, fd, fd), failure);
     requireOwnUser(fd, path);
-    check(sd_bus_add_filter(made, nullptr, &InjectPeer::onMessage, this), failure);
+    check(sd_bus_add_filter(made, nullptr, &InjectClient::onMessage, this), failure);
     int result = sd_bus_start(made);
     while (result >= 0 && sd_bus_is_ready(made) == 0) {
         result = sd_bus_process(made, nullptr);
@@ -146,7 +146,7 @@ InjectPeer::InjectPeer(const std::string& path) {
     check(result, failure);
 }
 
-unsigned InjectPeer::emit(const Event& event, const Values& values) {
+unsigned InjectClient::emit(const Event& event, const Values& values) {
     const auto message = newCall(m_bus.get(), methodName(event).c_str());
     appendArguments(message.get(), event.arguments, values);
     const auto reply = call(m_bus.get(), message.get());
@@ -155,7 +155,7 @@ unsigned InjectPeer::emit(const Event& event, const Values& values) {
     return called;
 }
 
-std::vector<std::string> InjectPeer::watch() {
+std::vector<std::string> InjectClient::watch() {
     const auto reply = call(m_bus.get(), newCall(m_bus.get(), "Watch").get());
     std::vector<std::string> events;
     check(sd_bus_message_enter_container(reply.get(), SD_BUS_TYPE_ARRAY, "s"),
@@ -167,7 +167,7 @@ std::vector<std::string> InjectPeer::watch() {
     return events;
 }
 
-std::optional<Notice> InjectPeer::nextNotice(Limit limit, int stop) {
+std::optional<Notice> InjectClient::nextNotice(Limit limit, int stop) {
     while (true) {
         int result = 1;
         while (m_notices.empty() && result > 0) {
@@ -192,11 +192,11 @@ std::optional<Notice> InjectPeer::nextNotice(Limit limit, int stop) {
     }
 }
 
-int InjectPeer::onMessage(sd_bus_message* message, void* data, sd_bus_error*) {
+int InjectClient::onMessage(sd_bus_message* message, void* data, sd_bus_error*) {
     const auto isSignal = [&](const char* name) {
         return sd_bus_message_is_signal(message, interfaceName, name) > 0;
     };
-    auto& notices = static_cast<InjectPeer*>(data)->m_notices;
+    auto& notices = static_cast<InjectClient*>(data)->m_notices;
     const char* event = nullptr;
     std::uint32_t called = 0;
     if (isSignal("Delivered")) {

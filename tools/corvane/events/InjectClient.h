@@ -34,12 +34,12 @@ struct BusCloser {
 
 /// A connection to a daemon. Owner: the command, on one thread. All operations throw
 /// std::runtime_error with what went wrong and what to do about it.
-class InjectPeer {
+class InjectClient {
 public:
     /// Connects to the daemon that listens on `path`.
-    explicit InjectPeer(const std::string& path);
-    InjectPeer(const InjectPeer&) = delete;
-    InjectPeer& operator=(const InjectPeer&) = delete;
+    explicit InjectClient(const std::string& path);
+    InjectClient(const InjectClient&) = delete;
+    InjectClient& operator=(const InjectClient&) = delete;
 
     /// Makes the daemon deliver the event. Returns the number of callbacks called.
     unsigned emit(const corvane::host::Event& event, const corvane::host::Values& values);

@@ -52,7 +52,7 @@ void watch(const std::string& path, bool asJson) {
         std::cout << (asJson ? jsonOf(notice) : lineOf(notice)) << std::endl;
     };
     const StopSignals stop;
-    InjectPeer daemon(path);
+    InjectClient daemon(path);
     for (const auto& event : daemon.watch()) {
         show({Notice::Change::Set, event});
     }

@@ -76,7 +76,7 @@ void Player::note(const Notice& notice) {
     }
 }
 
-void Player::noteUntil(InjectPeer::Limit limit) {
+void Player::noteUntil(InjectClient::Limit limit) {
     while (const auto notice = m_daemon.nextNotice(limit)) {
         note(*notice);
     }

@@ -11,7 +11,7 @@
 
 namespace corvane::tool {
 
-/// Owner: the command, on one thread. Errors: those of InjectPeer. An expectation that fails
+/// Owner: the command, on one thread. Errors: those of InjectClient. An expectation that fails
 /// is told on the standard error, and the scenario goes on.
 class Player {
 public:
@@ -30,13 +30,13 @@ private:
     void play(const ExpectStep& step, int line);
 
     void note(const Notice& notice);
-    void noteUntil(InjectPeer::Limit limit);
+    void noteUntil(InjectClient::Limit limit);
     bool holds(const ExpectStep& step);
     bool isDecided(const ExpectStep& step);
     std::string found(const ExpectStep& step);
 
     const std::string m_name;
-    InjectPeer m_daemon;
+    InjectClient m_daemon;
     std::set<std::string> m_isSet;
     std::map<std::string, unsigned> m_called;  // since the expectation before
     unsigned m_expected = 0;

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 using corvane::host::allEvents;
 using corvane::host::findEvent;
 using corvane::host::Values;
-using corvane::tool::InjectPeer;
+using corvane::tool::InjectClient;
 
 class InjectFaultsTest : public HostFixture, public testing::WithParamInterface<unsigned> {
 protected:
@@ -37,7 +37,7 @@ TEST_P(InjectFaultsTest, RandomRequestsAreDeliveredOrRefused) {
     startDaemon(EVENT_LOG_PLUGIN,
                 withSettings("[inject]\nthreads = " + std::to_string(GetParam()) + '\n'));
     const int before = lines();
-    InjectPeer daemon(socket());
+    InjectClient daemon(socket());
     std::mt19937 random(GetParam());
     int delivered = 0;
     int refused = 0;

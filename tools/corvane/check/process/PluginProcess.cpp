@@ -37,24 +37,24 @@ int millisecondsUntil(steady_clock::time_point limit) {
 
 }  // namespace
 
-fs::path findHost() {
+fs::path findRunner() {
     const auto tool = fs::read_symlink("/proc/self/exe").parent_path();
-    for (const auto& place : {tool / "corvane-check-host",
-                              tool / CORVANE_CHECK_HOST_FROM_TOOL / "corvane-check-host"}) {
+    for (const auto& place : {tool / "corvane-check-runner",
+                              tool / CORVANE_CHECK_RUNNER_FROM_TOOL / "corvane-check-runner"}) {
         if (fs::exists(place)) {
             return fs::canonical(place);
         }
     }
-    throw CheckError("corvane-check-host is neither in " + tool.string() + " nor in " +
-                     (tool / CORVANE_CHECK_HOST_FROM_TOOL).lexically_normal().string() +
+    throw CheckError("corvane-check-runner is neither in " + tool.string() + " nor in " +
+                     (tool / CORVANE_CHECK_RUNNER_FROM_TOOL).lexically_normal().string() +
                      "; install all of the developer's kit");
 }
 
-Host::Host(const Workplace& workplace)
-    : m_workplace(workplace),
+PluginProcess::PluginProcess(const WorkDirectory& workDirectory)
+    : m_workDirectory(workDirectory),
       m_results([this](const nlohmann::json& message) { onMessage(message); }) {}
 
-Host::~Host() {
+PluginProcess::~PluginProcess() {
     for (const int fd : {m_pipe, m_process}) {
         if (fd >= 0) {
             close(fd);
@@ -62,19 +62,20 @@ Host::~Host() {
     }
 }
 
-HostOutcome Host::run(const std::string& mode, const std::string& file,
-                      const std::vector<std::string>& more, std::chrono::milliseconds limit) {
-    std::vector<std::string> command{findHost(), mode, file, "3"};
+ProcessOutcome PluginProcess::run(const std::string& mode, const std::string& file,
+                                  const std::vector<std::string>& more,
+                                  std::chrono::milliseconds limit) {
+    std::vector<std::string> command{findRunner(), mode, file, "3"};
     command.insert(command.end(), more.begin(), more.end());
     const auto deadline = steady_clock::now() + limit;
     start(command);
     watch(deadline);
     end();
-    m_outcome.output = tailOf(m_workplace.directory() / "output");
+    m_outcome.output = tailOf(m_workDirectory.path() / "output");
     return std::move(m_outcome);
 }
 
-void Host::start(const std::vector<std::string>& command) {
+void PluginProcess::start(const std::vector<std::string>& command) {
     std::array<int, 2> ends;
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw CheckError(std::string("no pipe can be made: ") + std::strerror(errno));
@@ -82,8 +83,8 @@ void Host::start(const std::vector<std::string>& command) {
     m_pipe = ends[0];
     fcntl(m_pipe, F_SETFL, O_NONBLOCK);
     try {
-        m_id = spawn({command, m_workplace.directory(), m_workplace.environment(),
-                      m_workplace.directory() / "output", ends[1]});
+        m_id = spawn({command, m_workDirectory.path(), m_workDirectory.environment(),
+                      m_workDirectory.path() / "output", ends[1]});
     } catch (...) {
         close(ends[1]);
         throw;
@@ -96,7 +97,7 @@ void Host::start(const std::vector<std::string>& command) {
 }
 
 // Until the process ends, is held or hangs.
-void Host::watch(Time deadline) {
+void PluginProcess::watch(Time deadline) {
     while (!m_isHeld) {
         std::array<pollfd, 3> fds{pollfd{m_pipe, POLLIN, 0}, pollfd{m_process, POLLIN, 0},
                                   pollfd{m_stop.fd(), POLLIN, 0}};
@@ -122,12 +123,12 @@ void Host::watch(Time deadline) {
 
 // All that the process has written is in the pipe by now. What its children may add is limited
 // by the reader.
-void Host::readRest() {
+void PluginProcess::readRest() {
     while (m_pipe >= 0 && m_results.readFrom(m_pipe) == ResultReader::Outcome::Read) {
     }
 }
 
-void Host::onMessage(const nlohmann::json& message) {
+void PluginProcess::onMessage(const nlohmann::json& message) {
     if (message.contains("step")) {
         m_steps[message.at("thread").get<pid_t>()] = message.at("step").get<std::string>();
     } else if (message.contains("signal")) {
@@ -142,7 +143,7 @@ void Host::onMessage(const nlohmann::json& message) {
     }
 }
 
-void Host::onFact(const std::string& name, const nlohmann::json& value) {
+void PluginProcess::onFact(const std::string& name, const nlohmann::json& value) {
     if (name == "events" || name == "refusal") {
         m_outcome.texts[name] = value.get<std::string>();
     } else if (name == "delivered" || name == "jobs" || name == "slowest") {
@@ -152,7 +153,7 @@ void Host::onFact(const std::string& name, const nlohmann::json& value) {
     }
 }
 
-void Host::onSignal(const nlohmann::json& message) {
+void PluginProcess::onSignal(const nlohmann::json& message) {
     const auto thread = message.at("thread").get<pid_t>();
     const auto number = message.at("signal").get<int>();
     m_outcome.frames = namesOfFrames(m_id, message.at("frames").get<std::vector<std::uint64_t>>());
@@ -163,7 +164,7 @@ void Host::onSignal(const nlohmann::json& message) {
     }
 }
 
-bool Host::askWhereItHangs() {
+bool PluginProcess::askWhereItHangs() {
     m_outcome.timedOut = true;
     const auto busy =
         std::ranges::find_if(m_steps, [](const auto& step) { return !step.second.empty(); });
@@ -174,7 +175,7 @@ bool Host::askWhereItHangs() {
     return syscall(SYS_tgkill, m_id, busy->first, hangSignal) == 0;
 }
 
-void Host::end() {
+void PluginProcess::end() {
     if (!m_isHeld && !m_outcome.timedOut) {
         int status = 0;
         waitpid(m_id, &status, 0);

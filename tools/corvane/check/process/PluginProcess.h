@@ -19,11 +19,11 @@
 
 namespace corvane::check {
 
-/// Where corvane-check-host is. Throws CheckError if it isn't installed.
-std::filesystem::path findHost();
+/// Where corvane-check-runner is. Throws CheckError if it isn't installed.
+std::filesystem::path findRunner();
 
 /// What became of a run.
-struct HostOutcome {
+struct ProcessOutcome {
     std::vector<std::pair<std::string, std::string>> findings;  // id and detail
     std::map<std::string, long long> numbers;                   // facts of these two kinds,
     std::map<std::string, std::string> texts;                   // as the host names them
@@ -38,17 +38,17 @@ struct HostOutcome {
 
 /// Owner: the command, on its thread. One object for each run. No process of the plugin survives
 /// it. Errors: CheckError, also when the user stops the command.
-class Host {
+class PluginProcess {
 public:
-    explicit Host(const Workplace& workplace);
-    ~Host();
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
+    explicit PluginProcess(const WorkDirectory& workDirectory);
+    ~PluginProcess();
+    PluginProcess(const PluginProcess&) = delete;
+    PluginProcess& operator=(const PluginProcess&) = delete;
 
     /// Runs the host with `arguments`: mode, file, and what follows the pipe. The process is
     /// ended after the limit at the latest.
-    HostOutcome run(const std::string& mode, const std::string& file,
-                    const std::vector<std::string>& more, std::chrono::milliseconds limit);
+    ProcessOutcome run(const std::string& mode, const std::string& file,
+                       const std::vector<std::string>& more, std::chrono::milliseconds limit);
 
 private:
     using Time = std::chrono::steady_clock::time_point;
@@ -62,7 +62,7 @@ private:
     bool askWhereItHangs();
     void end();
 
-    const Workplace& m_workplace;
+    const WorkDirectory& m_workDirectory;
     const tool::StopSignals m_stop;
     Descendants m_descendants;
     ResultReader m_results;
@@ -71,7 +71,7 @@ private:
     int m_process = -1;
     bool m_isHeld = false;                 // by its own signal handler
     std::map<pid_t, std::string> m_steps;  // by thread
-    HostOutcome m_outcome;
+    ProcessOutcome m_outcome;
 };
 
 }  // namespace corvane::check

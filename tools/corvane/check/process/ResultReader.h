@@ -10,7 +10,8 @@
 
 namespace corvane::check {
 
-/// Owner: Host, on its thread. Errors: CheckError for what the host never sends, and for too much.
+/// Owner: PluginProcess, on its thread. Errors: CheckError for what the host never sends, and for
+/// too much.
 class ResultReader {
 public:
     using OnMessage = std::function<void(const nlohmann::json&)>;

@@ -39,12 +39,12 @@ std::vector<std::string> lastLines(const std::string& text) {
     return lines;
 }
 
-std::string during(const HostOutcome& outcome) {
+std::string during(const ProcessOutcome& outcome) {
     return outcome.step.empty() ? "" : "during " + outcome.step;
 }
 
 // What lies below the plugin's outermost function is the daemon's and the same for all.
-void addFrames(const char* id, const HostOutcome& outcome, const std::string& plugin,
+void addFrames(const char* id, const ProcessOutcome& outcome, const std::string& plugin,
                Findings& findings) {
     const auto isOfPlugin = [&](const std::string& frame) {
         return frame.ends_with(" in " + plugin);
@@ -63,7 +63,7 @@ std::string nameOfSignal(int number) {
     return name == nullptr ? "signal " + std::to_string(number) : std::string("SIG") + name;
 }
 
-void addEnd(const HostOutcome& outcome, Findings& findings) {
+void addEnd(const ProcessOutcome& outcome, Findings& findings) {
     // From "==4711==ERROR: AddressSanitizer: ..." or "file:1:2: runtime error: ..." on.
     const auto& output = outcome.output;
     const auto report = std::min(output.find("Sanitizer: "), output.find(": runtime error: "));
@@ -87,7 +87,7 @@ void addEnd(const HostOutcome& outcome, Findings& findings) {
 
 }  // namespace
 
-void addOutcome(const HostOutcome& outcome, const std::string& plugin, Findings& findings) {
+void addOutcome(const ProcessOutcome& outcome, const std::string& plugin, Findings& findings) {
     for (const auto& [id, detail] : outcome.findings) {
         findings.add(id, detail);
     }
@@ -117,24 +117,25 @@ namespace {
 
 // Whether the plugin is ready for tasks that are dropped. Only where nothing else is wrong: the
 // events are delivered once more.
-void checkDropping(const Workplace& workplace, const Limits& limits, Findings& findings) {
+void checkDropping(const WorkDirectory& workDirectory, const Limits& limits, Findings& findings) {
     const auto isHarmless = [](const Finding& finding) {
         return finding.kind->id == std::string_view("stays-loaded");
     };
     if (std::ranges::all_of(findings.list(), isHarmless)) {
-        addOutcome(Host(workplace).run("drop", workplace.name(), {}, limits.whole),
-                   workplace.name(), findings);
+        addOutcome(PluginProcess(workDirectory).run("drop", workDirectory.name(), {}, limits.whole),
+                   workDirectory.name(), findings);
     }
 }
 
 }  // namespace
 
-Facts checkRunning(const Workplace& workplace, const Limits& limits, Findings& findings) {
+Facts checkRunning(const WorkDirectory& workDirectory, const Limits& limits, Findings& findings) {
     Findings found;
-    const auto outcome = Host(workplace).run("run", workplace.name(),
-                                             {std::to_string(limits.slow.count())}, limits.whole);
-    addOutcome(outcome, workplace.name(), found);
-    checkDropping(workplace, limits, found);
+    const auto outcome =
+        PluginProcess(workDirectory)
+            .run("run", workDirectory.name(), {std::to_string(limits.slow.count())}, limits.whole);
+    addOutcome(outcome, workDirectory.name(), found);
+    checkDropping(workDirectory, limits, found);
     Facts facts{{}, {}, 0, 0, outcome.output};
     if (outcome.texts.contains("events")) {
         facts.events = words(outcome.texts.at("events"));

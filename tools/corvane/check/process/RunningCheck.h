@@ -27,9 +27,9 @@ struct Limits {
 };
 
 /// Adds to `findings`.
-Facts checkRunning(const Workplace& workplace, const Limits& limits, Findings& findings);
+Facts checkRunning(const WorkDirectory& workDirectory, const Limits& limits, Findings& findings);
 
 /// Adds what the end of the process tells. `plugin` is the name of the library's file.
-void addOutcome(const HostOutcome& outcome, const std::string& plugin, Findings& findings);
+void addOutcome(const ProcessOutcome& outcome, const std::string& plugin, Findings& findings);
 
 }  // namespace corvane::check

@@ -12,7 +12,7 @@ namespace corvane::check {
 
 namespace fs = std::filesystem;
 
-Workplace::Workplace(const fs::path& library) : m_name(library.filename()) {
+WorkDirectory::WorkDirectory(const fs::path& library) : m_name(library.filename()) {
     std::error_code error;
     if (!fs::is_regular_file(library, error)) {
         throw CheckError(library.string() + " can't be checked: " +
@@ -34,12 +34,12 @@ Workplace::Workplace(const fs::path& library) : m_name(library.filename()) {
         << "[sound]\nserver = unix:" << (m_directory / "no-sound").string() << '\n';
 }
 
-Workplace::~Workplace() {
+WorkDirectory::~WorkDirectory() {
     std::error_code ignored;
     fs::remove_all(m_directory, ignored);
 }
 
-std::map<std::string, std::string> Workplace::environment() const {
+std::map<std::string, std::string> WorkDirectory::environment() const {
     const auto nowhere = "unix:path=" + (m_directory / "no-bus").string();
     return {{"DBUS_SYSTEM_BUS_ADDRESS", nowhere},
             {"DBUS_SESSION_BUS_ADDRESS", nowhere},

@@ -9,15 +9,15 @@ namespace corvane::check {
 
 /// Owner: the command. Removes the directory at its end. Throws CheckError and what the
 /// file system throws.
-class Workplace {
+class WorkDirectory {
 public:
     /// Copies the library into plugins/ below a new directory.
-    explicit Workplace(const std::filesystem::path& library);
-    ~Workplace();
-    Workplace(const Workplace&) = delete;
-    Workplace& operator=(const Workplace&) = delete;
+    explicit WorkDirectory(const std::filesystem::path& library);
+    ~WorkDirectory();
+    WorkDirectory(const WorkDirectory&) = delete;
+    WorkDirectory& operator=(const WorkDirectory&) = delete;
 
-    const std::filesystem::path& directory() const { return m_directory; }
+    const std::filesystem::path& path() const { return m_directory; }
     /// The name of the library's file.
     const std::string& name() const { return m_name; }
     std::filesystem::path plugins() const { return m_directory / "plugins"; }

@@ -1,4 +1,4 @@
-// The daemon's broker, with a ledger of what the plugin does.
+// The daemon's broker, which records the plugin's subscriptions.
 #pragma once
 
 #include <functional>
@@ -8,20 +8,20 @@
 
 namespace corvane::check {
 
-/// Owner: the plugin's object; the ledger outlives it. Threads: as IRequestBroker.
+/// Owner: the plugin's object; the subscriptions outlive it. Threads: as IRequestBroker.
 class CheckedBroker : public RequestBroker {
 public:
-    CheckedBroker(ITaskInvoker* invoker, Ledger& ledger)
-        : RequestBroker(invoker), m_ledger(ledger) {}
+    CheckedBroker(ITaskInvoker* invoker, Subscriptions& subscriptions)
+        : RequestBroker(invoker), m_subscriptions(subscriptions) {}
 
 #define BROKER_OPERATION(subscribe_, unsubscribe_, CallbackFunction, type, Source) \
     int subscribe_(CallbackFunction callback, void* userData) override {           \
-        return m_ledger.subscribe(type, callback != nullptr)                       \
+        return m_subscriptions.subscribe(type, callback != nullptr)                \
                    ? RequestBroker::subscribe_(callback, userData)                 \
                    : 0;                                                            \
     }                                                                              \
     int unsubscribe_() override {                                                  \
-        m_ledger.unsubscribe(type);                                                \
+        m_subscriptions.unsubscribe(type);                                         \
         return RequestBroker::unsubscribe_();                                      \
     }
 #include "daemon/src/broker/BrokerOperations.def"
@@ -30,7 +30,7 @@ public:
     int RequestToInvokeInTaskExecutor(std::function<void(void*)> function, void* userData) override;
 
 private:
-    Ledger& m_ledger;
+    Subscriptions& m_subscriptions;
 };
 
 }  // namespace corvane::check

@@ -39,9 +39,9 @@ int CheckedBroker::RequestToInvokeInTaskExecutor(std::function<void(void*)> func
     return RequestBroker::RequestToInvokeInTaskExecutor(std::move(function), userData);
 }
 
-void CheckedPlugin::create(const std::string& name, Ledger& ledger) {
+void CheckedPlugin::create(const std::string& name, Subscriptions& subscriptions) {
     Plugin::create(name);
-    m_broker = std::make_unique<CheckedBroker>(this, ledger);
+    m_broker = std::make_unique<CheckedBroker>(this, subscriptions);
 }
 
 bool CheckedPlugin::wasSlow(const std::string& event) {

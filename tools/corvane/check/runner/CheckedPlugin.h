@@ -33,8 +33,8 @@ class CheckedPlugin : public Plugin {
 public:
     explicit CheckedPlugin(std::chrono::milliseconds slowLimit) : m_slowLimit(slowLimit) {}
 
-    /// As Plugin::create, with a broker that keeps `ledger`.
-    void create(const std::string& name, Ledger& ledger);
+    /// As Plugin::create, with a broker that keeps `subscriptions`.
+    void create(const std::string& name, Subscriptions& subscriptions);
 
     bool isOpen() const { return m_handle != nullptr; }
     /// Whether a callback of that event was slow.

@@ -33,7 +33,7 @@ void Deliverer::deliver(const Event& event, const EventVariant& variant) {
 }
 
 void Deliverer::deliverAll() {
-    for (const auto& name : m_ledger.events()) {
+    for (const auto& name : m_subscriptions.events()) {
         const auto& event = eventNamed(name);
         for (const auto& variant : variantsOf(event)) {
             deliver(event, variant);
@@ -66,7 +66,7 @@ void Deliverer::joinThreads() {
 void Deliverer::deliverRounds() {
     const crash::SignalStack stack;
     for (unsigned round = 0; round < rounds; ++round) {
-        for (const auto& name : m_ledger.events()) {
+        for (const auto& name : m_subscriptions.events()) {
             if (round > 0 && m_plugin.wasSlow(name)) {
                 continue;
             }

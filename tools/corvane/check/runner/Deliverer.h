@@ -16,7 +16,8 @@ namespace corvane::check {
 /// Owner: the rehearsal. Threads: deliverAll any, the other the main thread.
 class Deliverer {
 public:
-    Deliverer(CheckedPlugin& plugin, const Ledger& ledger) : m_plugin(plugin), m_ledger(ledger) {}
+    Deliverer(CheckedPlugin& plugin, const Subscriptions& subscriptions)
+        : m_plugin(plugin), m_subscriptions(subscriptions) {}
 
     /// On this thread, every event in all its forms. A slow one only in its first.
     void deliverAll();
@@ -32,7 +33,7 @@ private:
     void deliverRounds();
 
     CheckedPlugin& m_plugin;
-    const Ledger& m_ledger;
+    const Subscriptions& m_subscriptions;
     std::atomic<unsigned> m_delivered = 0;
     std::atomic<unsigned> m_active = 0;
     std::vector<std::thread> m_threads;

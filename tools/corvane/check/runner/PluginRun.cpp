@@ -40,14 +40,14 @@ void iterateMainLoop() {
 
 }  // namespace
 
-Rehearsal::Rehearsal(const std::string& name, std::chrono::milliseconds slowLimit)
+PluginRun::PluginRun(const std::string& name, std::chrono::milliseconds slowLimit)
     : m_name(name),
       m_threadsBefore(runningThreads()),
       m_plugin(slowLimit),
-      m_deliverer(m_plugin, m_ledger) {}
+      m_deliverer(m_plugin, m_subscriptions) {}
 
-pid_t Rehearsal::run() {
-    m_plugin.create(m_name, m_ledger);
+pid_t PluginRun::run() {
+    m_plugin.create(m_name, m_subscriptions);
     // A handle of our own: what the plugin left behind can be looked at before it is unloaded.
     report::step("the opening of the library");
     void* const handle = dlopen((PLUGIN_PATH + "/" + m_name).c_str(), RTLD_LAZY);
@@ -60,7 +60,7 @@ pid_t Rehearsal::run() {
     }
     unload(isLoaded);
     RequestBroker broker(&m_plugin);
-    m_ledger.settle(broker);
+    m_subscriptions.settle(broker);
     const pid_t thread = findLeftThread();
     if (thread == 0) {
         close(handle);
@@ -68,7 +68,7 @@ pid_t Rehearsal::run() {
     return thread;
 }
 
-bool Rehearsal::load() {
+bool PluginRun::load() {
     report::step("PLUGIN_INIT");
     try {
         m_plugin.load();
@@ -83,22 +83,22 @@ bool Rehearsal::load() {
         return false;
     }
     std::string events;
-    for (const auto& event : m_ledger.events()) {
+    for (const auto& event : m_subscriptions.events()) {
         events += (events.empty() ? "" : " ") + event;
     }
     report::fact("events", events);
     return true;
 }
 
-void Rehearsal::playEvents() {
+void PluginRun::playEvents() {
     const auto play = [](void* self) {
-        auto& rehearsal = *static_cast<Rehearsal*>(self);
+        auto& rehearsal = *static_cast<PluginRun*>(self);
         rehearsal.m_deliverer.deliverAll();
         rehearsal.m_deliverer.deliverOnThreads(
             [](void* data) {
                 ecore_main_loop_thread_safe_call_async(
                     [](void* owner) {
-                        static_cast<Rehearsal*>(owner)->m_played = true;
+                        static_cast<PluginRun*>(owner)->m_played = true;
                         ecore_main_loop_quit();
                     },
                     data);
@@ -116,7 +116,7 @@ void Rehearsal::playEvents() {
     report::fact("delivered", m_deliverer.delivered());
 }
 
-void Rehearsal::unload(bool isLoaded) {
+void PluginRun::unload(bool isLoaded) {
     if (!isLoaded) {
         report::step("the end of the task context");
         m_plugin.tearDown();
@@ -134,7 +134,7 @@ void Rehearsal::unload(bool isLoaded) {
     report::fact("slowest", m_plugin.slowestMs());
 }
 
-pid_t Rehearsal::findLeftThread() {
+pid_t PluginRun::findLeftThread() {
     // A thread that was joined or is on its way out may still be listed for a moment.
     const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
     std::set<std::string> left;
@@ -151,7 +151,7 @@ pid_t Rehearsal::findLeftThread() {
     return left.empty() ? 0 : std::stoi(*left.begin());
 }
 
-void Rehearsal::close(void* handle) {
+void PluginRun::close(void* handle) {
     report::step("the unloading of the library");
     dlclose(handle);
     // Has PLUGIN_DEINIT thrown, the daemon's handle is still open.

@@ -14,10 +14,10 @@
 namespace corvane::check {
 
 /// Owner: main, on the main thread. Everything found goes into the report.
-class Rehearsal {
+class PluginRun {
 public:
     /// `name` is that of the file in the plugin directory.
-    Rehearsal(const std::string& name, std::chrono::milliseconds slowLimit);
+    PluginRun(const std::string& name, std::chrono::milliseconds slowLimit);
 
     /// The id of a thread of the plugin's that goes on; 0: none does. Where one does, the
     /// library is left open, and the process is to be ended at once.
@@ -32,7 +32,7 @@ private:
 
     const std::string m_name;
     const std::set<std::string> m_threadsBefore;
-    Ledger m_ledger;
+    Subscriptions m_subscriptions;
     CheckedPlugin m_plugin;
     Deliverer m_deliverer;
     bool m_played = false;

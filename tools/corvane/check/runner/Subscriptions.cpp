@@ -49,7 +49,7 @@ bool isProfile(const Row& row) {
 
 }  // namespace
 
-bool Ledger::subscribe(CallbackType type, bool hasCallback) {
+bool Subscriptions::subscribe(CallbackType type, bool hasCallback) {
     const auto& row = rowOf(type);
     if (!hasCallback) {
         report::finding("null-callback", std::string(row.subscribe) + "(nullptr, ...)");
@@ -62,7 +62,7 @@ bool Ledger::subscribe(CallbackType type, bool hasCallback) {
     return true;
 }
 
-void Ledger::unsubscribe(CallbackType type) {
+void Subscriptions::unsubscribe(CallbackType type) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_counts.find(type);
     if (found == m_counts.end()) {
@@ -72,7 +72,7 @@ void Ledger::unsubscribe(CallbackType type) {
     }
 }
 
-std::vector<std::string> Ledger::events() const {
+std::vector<std::string> Subscriptions::events() const {
     const std::lock_guard lock(m_mutex);
     std::vector<std::string> names;
     for (const auto& [type, count] : m_counts) {
@@ -83,7 +83,7 @@ std::vector<std::string> Ledger::events() const {
     return names;
 }
 
-void Ledger::settle(RequestBroker& broker) {
+void Subscriptions::settle(RequestBroker& broker) {
     const std::lock_guard lock(m_mutex);
     for (auto& [type, count] : m_counts) {
         if (count == 0) {

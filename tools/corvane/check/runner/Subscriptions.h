@@ -12,7 +12,7 @@
 namespace corvane::check {
 
 /// Owner: the rehearsal. Threads: any. Reports what is wrong with an operation.
-class Ledger {
+class Subscriptions {
 public:
     /// False if the subscription is not to be made.
     bool subscribe(CallbackType type, bool hasCallback);

@@ -1,8 +1,8 @@
 // The daemon's stand-in for one plugin that is to be checked, in a process and a
 // directory of its own. `corvane check` starts it:
-//     corvane-check-host open FILE FD          can the loader open it?
-//     corvane-check-host run NAME FD SLOW_MS   lead plugins/NAME through its life
-//     corvane-check-host drop NAME FD          drop tasks that its callbacks request
+//     corvane-check-runner open FILE FD          can the loader open it?
+//     corvane-check-runner run NAME FD SLOW_MS   lead plugins/NAME through its life
+//     corvane-check-runner drop NAME FD          drop tasks that its callbacks request
 #include <Ecore.h>
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
@@ -79,7 +79,7 @@ void run(const std::string& name, std::chrono::milliseconds slowLimit) {
     // With the first thread a thread checker starts one of its own, which is not the plugin's.
     std::thread([] {}).join();
     {
-        Rehearsal rehearsal(name, slowLimit);
+        PluginRun rehearsal(name, slowLimit);
         if (const pid_t thread = rehearsal.run()) {
             report::done();
             // It tells where it is, and the command ends the process. It may not listen.
@@ -99,13 +99,13 @@ void run(const std::string& name, std::chrono::milliseconds slowLimit) {
 // Without PLUGIN_DEINIT, which may wait for a task that was dropped.
 [[noreturn]] void drop(const std::string& name) {
     startPlatform();
-    Ledger ledger;
+    Subscriptions subscriptions;
     DroppingPlugin plugin;
-    plugin.create(name, ledger);
+    plugin.create(name, subscriptions);
     report::step("PLUGIN_INIT");
     try {
         plugin.load();
-        Deliverer(plugin, ledger).deliverAll();
+        Deliverer(plugin, subscriptions).deliverAll();
     } catch (const std::exception&) {
         // It may not succeed a second time.
     }
@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const std::string mode = argc > 3 ? argv[1] : "";
     if (!((mode == "open" || mode == "drop") && argc == 4) && !(mode == "run" && argc == 5)) {
-        std::cerr << "corvane-check-host is started by `corvane check`\n";
+        std::cerr << "corvane-check-runner is started by `corvane check`\n";
         return 2;
     }
     try {
@@ -136,7 +136,7 @@ int main(int argc, char** argv) {
         }
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
-        std::cerr << "corvane-check-host: " << error.what() << '\n';
+        std::cerr << "corvane-check-runner: " << error.what() << '\n';
         return EXIT_FAILURE;
     }
 }

@@ -45,7 +45,7 @@ bool isOfTheLinker(std::string_view name) {
     return std::ranges::find(names, name) != names.end();
 }
 
-void addSymbol(LibraryFile& library, const GElf_Sym& symbol, const char* name) {
+void addSymbol(ElfFile& library, const GElf_Sym& symbol, const char* name) {
     const auto binding = GELF_ST_BIND(symbol.st_info);
     const auto visibility = GELF_ST_VISIBILITY(symbol.st_other);
     if (symbol.st_shndx == SHN_UNDEF || symbol.st_shndx == SHN_ABS || binding == STB_LOCAL ||
@@ -63,7 +63,7 @@ void addSymbol(LibraryFile& library, const GElf_Sym& symbol, const char* name) {
     }
 }
 
-void readSymbols(LibraryFile& library, Elf* elf, Elf_Scn* section, const GElf_Shdr& header) {
+void readSymbols(ElfFile& library, Elf* elf, Elf_Scn* section, const GElf_Shdr& header) {
     auto* const data = elf_getdata(section, nullptr);
     const auto count = header.sh_entsize == 0 ? 0 : header.sh_size / header.sh_entsize;
     for (std::size_t i = 0; data != nullptr && i < count; ++i) {
@@ -77,7 +77,7 @@ void readSymbols(LibraryFile& library, Elf* elf, Elf_Scn* section, const GElf_Sh
     }
 }
 
-void readDynamic(LibraryFile& library, Elf_Scn* section, const GElf_Shdr& header) {
+void readDynamic(ElfFile& library, Elf_Scn* section, const GElf_Shdr& header) {
     auto* const data = elf_getdata(section, nullptr);
     const auto count = header.sh_entsize == 0 ? 0 : header.sh_size / header.sh_entsize;
     for (std::size_t i = 0; data != nullptr && i < count; ++i) {
@@ -92,7 +92,7 @@ void readDynamic(LibraryFile& library, Elf_Scn* section, const GElf_Shdr& header
 }
 
 // One number for each source file that includes the interface.
-void readOperationCount(LibraryFile& library, Elf_Scn* section) {
+void readOperationCount(ElfFile& library, Elf_Scn* section) {
     auto* const data = elf_getdata(section, nullptr);
     for (std::size_t i = 0; data != nullptr && i + sizeof(int) <= data->d_size; i += sizeof(int)) {
         int count = 0;
@@ -110,14 +110,14 @@ std::string_view nameOf(Elf* elf, const GElf_Shdr& section) {
 
 }  // namespace
 
-LibraryFile readLibrary(const std::filesystem::path& path) {
+ElfFile readElfFile(const std::filesystem::path& path) {
     elf_version(EV_CURRENT);
     const File file(path);
     const std::unique_ptr<Elf, ElfEnd> elf(elf_begin(file.fd(), ELF_C_READ, nullptr));
     if (elf == nullptr || elf_kind(elf.get()) != ELF_K_ELF) {
         throw CheckError(path.filename().string() + " is no ELF file");
     }
-    LibraryFile library;
+    ElfFile library;
     for (Elf_Scn* section = nullptr; (section = elf_nextscn(elf.get(), section)) != nullptr;) {
         GElf_Shdr header;
         if (gelf_getshdr(section, &header) == nullptr) {

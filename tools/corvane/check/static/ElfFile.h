@@ -7,7 +7,7 @@
 
 namespace corvane::check {
 
-struct LibraryFile {
+struct ElfFile {
     bool hasInit = false;
     bool hasDeinit = false;
     bool isNodelete = false;
@@ -17,6 +17,6 @@ struct LibraryFile {
 };
 
 /// Throws CheckError for a file that can't be read as a library.
-LibraryFile readLibrary(const std::filesystem::path& file);
+ElfFile readElfFile(const std::filesystem::path& file);
 
 }  // namespace corvane::check

@@ -20,28 +20,28 @@ namespace corvane::check {
 
 namespace {
 
-void checkName(const Workplace& workplace, Findings& findings) {
-    const auto entries = FileManager::listDirectory(workplace.plugins());
+void checkName(const WorkDirectory& workDirectory, Findings& findings) {
+    const auto entries = FileManager::listDirectory(workDirectory.plugins());
     const auto isTaken = [&](const FileManager::Entry& entry) {
-        return entry.name == workplace.name() &&
+        return entry.name == workDirectory.name() &&
                entry.candidacy == FileManager::Candidacy::Candidate;
     };
     if (!entries || std::ranges::none_of(*entries, isTaken)) {
-        findings.add("not-a-candidate", workplace.name());
+        findings.add("not-a-candidate", workDirectory.name());
     }
 }
 
 // By the loader itself, which then lists everything that is missing and runs nothing. The
 // symbols of the host are the daemon's.
-std::vector<std::string> missingSymbols(const Workplace& workplace) {
-    std::filesystem::create_symlink(workplace.copy(), workplace.directory() / "traced.so");
-    const auto output = workplace.directory() / "traced";
-    auto environment = workplace.environment();
+std::vector<std::string> missingSymbols(const WorkDirectory& workDirectory) {
+    std::filesystem::create_symlink(workDirectory.copy(), workDirectory.path() / "traced.so");
+    const auto output = workDirectory.path() / "traced";
+    auto environment = workDirectory.environment();
     environment.insert({{"LD_TRACE_LOADED_OBJECTS", "1"},
                         {"LD_WARN", "yes"},
                         {"LD_BIND_NOW", "yes"},
                         {"LD_PRELOAD", "./traced.so"}});
-    const auto id = spawn({{findHost()}, workplace.directory(), environment, output});
+    const auto id = spawn({{findRunner()}, workDirectory.path(), environment, output});
     waitpid(id, nullptr, 0);
     std::istringstream lines(tailOf(output));
     std::vector<std::string> missing;
@@ -62,13 +62,14 @@ void addAll(Findings& findings, const char* id, const std::vector<std::string>& 
 }
 
 // Whether it opens.
-bool checkOpening(const Workplace& workplace, std::chrono::milliseconds limit, Findings& findings) {
-    const auto path = "plugins/" + workplace.name();
-    const auto outcome = Host(workplace).run("open", path, {}, limit);
-    addOutcome(outcome, workplace.name(), findings);
+bool checkOpening(const WorkDirectory& workDirectory, std::chrono::milliseconds limit,
+                  Findings& findings) {
+    const auto path = "plugins/" + workDirectory.name();
+    const auto outcome = PluginProcess(workDirectory).run("open", path, {}, limit);
+    addOutcome(outcome, workDirectory.name(), findings);
     if (const auto refusal = outcome.texts.find("refusal"); refusal != outcome.texts.end()) {
         findings.add("not-loadable", refusal->second);
-        addAll(findings, "not-loadable", missingSymbols(workplace));
+        addAll(findings, "not-loadable", missingSymbols(workDirectory));
         return false;
     }
     return outcome.isDone;
@@ -76,14 +77,14 @@ bool checkOpening(const Workplace& workplace, std::chrono::milliseconds limit, F
 
 }  // namespace
 
-bool checkStatically(const Workplace& workplace, std::chrono::milliseconds limit,
+bool checkStatically(const WorkDirectory& workDirectory, std::chrono::milliseconds limit,
                      Findings& findings) {
-    checkName(workplace, findings);
-    if (!checkOpening(workplace, limit, findings)) {
+    checkName(workDirectory, findings);
+    if (!checkOpening(workDirectory, limit, findings)) {
         return false;
     }
-    addAll(findings, "unresolved-symbols", missingSymbols(workplace));
-    const auto library = readLibrary(workplace.copy());
+    addAll(findings, "unresolved-symbols", missingSymbols(workDirectory));
+    const auto library = readElfFile(workDirectory.copy());
     if (!library.hasInit) {
         findings.add("no-init");
     }

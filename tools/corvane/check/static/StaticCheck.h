@@ -10,7 +10,7 @@ namespace corvane::check {
 
 /// Adds to `findings`. Returns whether the plugin can be run. Opens the library in a process
 /// of its own, so its static constructors run there.
-bool checkStatically(const Workplace& workplace, std::chrono::milliseconds limit,
+bool checkStatically(const WorkDirectory& workDirectory, std::chrono::milliseconds limit,
                      Findings& findings);
 
 }  // namespace corvane::check
