@@ -51,7 +51,7 @@ TEST(ScenarioTest, ReadsStepsWithTheirLines) {
 
 TEST(ScenarioTest, RefusesALineWithAZeroByteWhichNoMessageCarries) {
     EXPECT_EQ(complaint(std::string("wait 1\nemit bt-adapter-name-changed name=a\0b", 44)),
-              "file:2: there is a zero byte in this line");
+              "file:2: this line contains a zero byte");
 }
 
 TEST(ScenarioTest, ReadsRepeatsInOneAnother) {
@@ -87,7 +87,7 @@ TEST(ScenarioTest, NamesTheLineAndWhatIsAllowed) {
     EXPECT_EQ(complaint("wait long\n"),
               "file:1: a time in milliseconds can't be \"long\"; it must be a number from 0 to "
               "86400000");
-    EXPECT_EQ(complaint("wait\n"), "file:1: wait must be of the form wait MS");
+    EXPECT_EQ(complaint("wait\n"), "file:1: wait must have the form wait MS");
     EXPECT_EQ(complaint("repeat 0\nend\n"),
               "file:1: the count of repeat can't be \"0\"; it must be a number from 1 to 1000000");
     EXPECT_EQ(complaint("emit bt-adapter-state-changed state=blue\n"),
@@ -95,7 +95,7 @@ TEST(ScenarioTest, NamesTheLineAndWhatIsAllowed) {
     EXPECT_THAT(complaint("emit bt-nothing\n"), HasSubstr("the nearest names are"));
     EXPECT_THAT(complaint("emit\n"), StartsWith("file:1: emit needs an event"));
     EXPECT_EQ(complaint("emit x=\"\n"),
-              "file:1: a quote has no end; a quote inside quotes is written \\\"");
+              "file:1: a quote isn't closed; a quote inside quotes is written \\\"");
 }
 
 TEST(ScenarioTest, RefusesExpectationsOfAnotherForm) {
@@ -110,8 +110,8 @@ TEST(ScenarioTest, RefusesExpectationsOfAnotherForm) {
 
 TEST(ScenarioTest, WantsAnEndForEachRepeat) {
     EXPECT_EQ(complaint("wait 1\nrepeat 2\nwait 1\n"), "file:2: this repeat has no end");
-    EXPECT_EQ(complaint("end\n"), "file:1: there is no repeat that could end here");
-    EXPECT_EQ(complaint("repeat 2\nend it\n"), "file:2: end must be alone in its line");
+    EXPECT_EQ(complaint("end\n"), "file:1: this end has no repeat");
+    EXPECT_EQ(complaint("repeat 2\nend it\n"), "file:2: end takes no arguments");
 }
 
 TEST(ScenarioTest, LimitsRepeatsInOneAnother) {
@@ -121,7 +121,7 @@ TEST(ScenarioTest, LimitsRepeatsInOneAnother) {
     }
     EXPECT_EQ(complaint(text), "");
     EXPECT_EQ(complaint("repeat 1\n" + text + "end\n"),
-              "file:17: there are more than 16 repeats in one another");
+              "file:17: repeats can be nested at most 16 deep");
 }
 
 }  // namespace

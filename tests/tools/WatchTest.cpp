@@ -49,7 +49,7 @@ TEST_F(WatchTest, ShowsWhatIsSetThenWhatHappens) {
     expectLine("unset sound-manager-speaker-changed");
     expectLine("delivered bt-adapter-name-changed: 1 callback");
     tool({"emit", "sound-manager-speaker-changed"});
-    expectLine("delivered sound-manager-speaker-changed: nobody subscribed");
+    expectLine("delivered sound-manager-speaker-changed: no plugin has subscribed");
 }
 
 TEST_F(WatchTest, WritesTheObjectOfTheListWithWhatHappened) {
@@ -86,7 +86,8 @@ TEST_F(WatchTest, ShowsWhatComesFromBluez) {
     startWatch();
     expectLine("set bt-adapter-name-changed");
     mock({"AddAdapter", "ss", "hci0", "desk"});
-    EXPECT_TRUE(m_watch->waitForLine("delivered bt-adapter-state-changed: nobody subscribed"));
+    EXPECT_TRUE(
+        m_watch->waitForLine("delivered bt-adapter-state-changed: no plugin has subscribed"));
 }
 
 TEST_F(WatchTest, EndsInOrderOnCtrlC) {
@@ -105,7 +106,7 @@ TEST_F(WatchTest, ShowsTheEndOfTheDaemon) {
     EXPECT_EQ(m_daemon->terminate(), 0);
     EXPECT_TRUE(m_watch->waitForLine("unset bt-adapter-name-changed"));
     EXPECT_EQ(m_watch->wait(), 1);
-    EXPECT_EQ(m_watch->errors(), "corvane: the daemon has gone\n");
+    EXPECT_EQ(m_watch->errors(), "corvane: the daemon closed the connection\n");
 }
 
 TEST_F(WatchTest, DisconnectsAWatcherThatDoesNotRead) {

@@ -1,32 +1,25 @@
-// The developer's command of Corvane.
+// corvane: the command for developers of plugins.
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
 #include <string>
 
-#include "tools/corvane/check/CheckCommand.h"
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/check/findings/CheckError.h"
-#include "tools/corvane/events/CompleteCommand.h"
-#include "tools/corvane/events/EmitCommand.h"
-#include "tools/corvane/events/ListCommand.h"
-#include "tools/corvane/events/WatchCommand.h"
-#include "tools/corvane/new/NewCommand.h"
-#include "tools/corvane/order/OrderCommand.h"
-#include "tools/corvane/play/PlayCommand.h"
 #include "tools/corvane/play/Scenario.h"
 
 int main(int argc, char** argv) {
-    CLI::App app{"Tries out Corvane and its plugins without a device.", "corvane"};
+    CLI::App app{"Develop and try Corvane plugins without a device.", "corvane"};
     app.require_subcommand(1);
     app.failure_message(CLI::FailureMessage::help);
     app.footer(
-        "Start the daemon with a socket for injection, then make events:\n"
+        "Start the daemon with an injection socket, then emit events:\n"
         "  CORVANE_INJECT_SOCKET=/tmp/corvane/inject.sock corvaned &\n"
         "  corvane --socket /tmp/corvane/inject.sock emit bt-adapter-state-changed state=off");
     std::string socket;
     app.add_option("--socket", socket,
-                   "Socket of the daemon; else CORVANE_INJECT_SOCKET, else\n"
-                   "$XDG_RUNTIME_DIR/corvane/inject.sock, else /run/corvane/inject.sock")
+                   "Socket of the daemon. The default is CORVANE_INJECT_SOCKET, or\n"
+                   "$XDG_RUNTIME_DIR/corvane/inject.sock, or /run/corvane/inject.sock")
         ->type_name("PATH");
     corvane::tool::addListCommand(app);
     corvane::tool::addEmitCommand(app, socket);

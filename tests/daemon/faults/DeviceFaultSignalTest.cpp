@@ -127,7 +127,7 @@ TEST_F(DeviceFaultSignalTest, AfterSigkillAtAnyMomentTheDaemonStartsAgain) {
         EXPECT_LT(Longest::Clock::now() - start, HANG);
         longest.add(start);
         EXPECT_EQ(m_sandbox.emit({"bt-adapter-name-changed"}),
-                  "bt-adapter-name-changed: nobody subscribed\n");
+                  "bt-adapter-name-changed: no plugin has subscribed\n");
         const Outcome outcome = m_sandbox.terminate();
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.log.transcript(), m_transcript);

@@ -15,7 +15,7 @@ constexpr const char* FIRST_PLUGIN = "libbleapp.so";
 constexpr const char* SECOND_PLUGIN = "libbtapp-lite.so";
 
 constexpr const char* DELIVERED = "bt-adapter-state-changed: delivered to 1 callback\n";
-constexpr const char* NOT_DELIVERED = "bt-adapter-state-changed: nobody subscribed\n";
+constexpr const char* NOT_DELIVERED = "bt-adapter-state-changed: no plugin has subscribed\n";
 
 class DaemonEventTest : public testing::Test {
 protected:

@@ -56,19 +56,19 @@ TEST_F(ExposureTest, NothingIsSaidOfWhatItsOwnerAloneMayWrite) {
 
 TEST_F(ExposureTest, AFileThatEveryoneMayWriteIsNamed) {
     fs::permissions(m_plugin, fs::perms(0666));
-    EXPECT_EQ(warningsOf("order"), warning(m_plugin, " may be written by everyone"));
-    EXPECT_EQ(warningsOf("check"), warning(m_plugin, " may be written by everyone"));
+    EXPECT_EQ(warningsOf("order"), warning(m_plugin, " is writable by everyone"));
+    EXPECT_EQ(warningsOf("check"), warning(m_plugin, " is writable by everyone"));
 }
 
 TEST_F(ExposureTest, ADirectoryThatEveryoneMayWriteIsNamed) {
     fs::permissions(m_directory, fs::perms(0777));
-    EXPECT_EQ(warningsOf("order"), warning(m_directory, " may be written by everyone"));
-    EXPECT_EQ(warningsOf("check"), warning(m_directory, " may be written by everyone"));
+    EXPECT_EQ(warningsOf("order"), warning(m_directory, " is writable by everyone"));
+    EXPECT_EQ(warningsOf("check"), warning(m_directory, " is writable by everyone"));
 }
 
 TEST_F(ExposureTest, AStickyDirectoryAddsPluginsButReplacesNone) {
     fs::permissions(m_directory, fs::perms(01777));
-    EXPECT_EQ(warningsOf("order"), warning(m_directory, " may be written by everyone"));
+    EXPECT_EQ(warningsOf("order"), warning(m_directory, " is writable by everyone"));
     EXPECT_EQ(warningsOf("check"), "");
 }
 
@@ -90,7 +90,7 @@ TEST_F(ExposureTest, AGroupIsNamedIfOthersBelongToIt) {
     fs::permissions(m_plugin, fs::perms(0664));
     EXPECT_EQ(warningsOf("order"), "") << "root is alone in its group";
     ASSERT_EQ(chown(m_plugin.c_str(), -1, group), 0);
-    EXPECT_EQ(warningsOf("order"), warning(m_plugin, std::string(" may be written by the group ") +
+    EXPECT_EQ(warningsOf("order"), warning(m_plugin, std::string(" is writable by the group ") +
                                                          getgrgid(group)->gr_name));
 }
 

@@ -1,11 +1,10 @@
-// corvane check: tries a plugin out before it goes into a daemon.
-#include "tools/corvane/check/CheckCommand.h"
-
+// corvane check: finds the faults of a plugin before a daemon loads it.
 #include <chrono>
 #include <iostream>
 #include <memory>
 #include <string>
 
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/check/CheckResult.h"
 #include "tools/corvane/check/process/RunningCheck.h"
 #include "tools/corvane/check/process/WorkDirectory.h"
@@ -57,23 +56,27 @@ void run(const Words& words, int& status) {
 
 void addCheckCommand(CLI::App& app, int& status) {
     const auto words = std::make_shared<Words>();
-    auto* const command = app.add_subcommand("check", "Try a plugin out in a process of its own");
-    command->add_option("PLUGIN", words->file, "The plugin's library")->required()->type_name("");
-    command->add_flag("--json", words->asJson, "As a JSON object");
+    auto* const command =
+        app.add_subcommand("check", "Find the faults of a plugin in a separate process");
+    command->add_option("PLUGIN", words->file, "Library of the plugin")->required()->type_name("");
+    command->add_flag("--json", words->asJson, "Print a JSON object");
     command->add_flag("--static-only", words->isStaticOnly, "Don't run the plugin");
-    command->add_flag("--log", words->showsLog, "Also what plugin and daemon log, as errors");
-    command->add_option("--slow-ms", words->slowMs, "Limit for a callback or job")
+    command->add_flag("--log", words->showsLog,
+                      "Print the log of plugin and daemon to the standard error");
+    command->add_option("--slow-ms", words->slowMs, "Time limit for a callback or job")
         ->capture_default_str()
         ->check(CLI::Range(0, 3600000))
         ->type_name("MS");
-    command->add_option("--timeout", words->timeoutSec, "Limit for the whole run")
+    command->add_option("--timeout", words->timeoutSec, "Time limit for each run of the plugin")
         ->capture_default_str()
         ->check(CLI::Range(0.1, 3600.0))
         ->type_name("SECONDS");
     command->footer(
-        "The plugin is loaded, gets every event it subscribes to in all legal forms, also from\n"
-        "several threads, and is unloaded. Neither bus nor sound server is used.\n"
-        "Status 0: clean; 1: something was found; 2: it can't be checked. Example:\n"
+        "Loads the plugin, delivers every event to which it subscribes with each legal value, "
+        "also\n"
+        "from several threads, and unloads it. The plugin can reach neither a bus nor a sound\n"
+        "server. The status is 0 without findings, 1 with findings, and 2 if the plugin can't be\n"
+        "checked. Example:\n"
         "  corvane check --slow-ms 50 build/libmy-plugin.so");
     command->callback([words, &status] { run(*words, status); });
 }

@@ -1,4 +1,4 @@
-// The result of a check, for people and for programs.
+// The result of a check as text and as JSON.
 #include "tools/corvane/check/CheckResult.h"
 
 #include <algorithm>
@@ -10,8 +10,8 @@ namespace corvane::check {
 
 namespace {
 
-// More symbols or the like aren't shown to people.
-constexpr std::size_t mostDetails = 20;
+// Of one finding in the text; JSON has all.
+constexpr std::size_t maxShownDetails = 20;
 
 const char* wordFor(Severity severity) {
     return severity == Severity::Error ? "error" : "warning";
@@ -30,11 +30,11 @@ std::string textOf(const Finding& finding) {
     const auto& kind = *finding.kind;
     std::string text = std::string("  ") + wordFor(kind.severity) + ": " + kind.id + "\n    " +
                        kind.explanation + '\n';
-    for (std::size_t i = 0; i < std::min(finding.details.size(), mostDetails); ++i) {
+    for (std::size_t i = 0; i < std::min(finding.details.size(), maxShownDetails); ++i) {
         text += "      " + tool::printable(finding.details[i]) + '\n';
     }
-    if (finding.details.size() > mostDetails) {
-        text += "      and " + std::to_string(finding.details.size() - mostDetails) + " more\n";
+    if (finding.details.size() > maxShownDetails) {
+        text += "      and " + std::to_string(finding.details.size() - maxShownDetails) + " more\n";
     }
     return text + "    " + kind.advice + '\n';
 }
@@ -57,8 +57,9 @@ std::string textOf(const Facts& facts) {
     }
     if (facts.delivered) {
         text += "  " + counted(*facts.delivered, "event") +
-                " delivered, on the main thread and on four others; " + counted(facts.jobs, "job") +
-                " of its own; the slowest took " + std::to_string(facts.slowestMs) + " ms\n";
+                " delivered, on the main thread and on four other threads; the plugin ran " +
+                counted(facts.jobs, "job") + "; the slowest task took " +
+                std::to_string(facts.slowestMs) + " ms\n";
     }
     return text;
 }
@@ -68,16 +69,17 @@ std::string textOf(const Facts& facts) {
 std::string textOf(const CheckResult& result) {
     auto text = tool::printable(result.file) + "\n\nStatic\n";
     const auto before = textOf(result.findings, Stage::Static);
-    text += before.empty() ? "  can be loaded here; has its entry points and nothing to hide\n"
-                           : before;
+    text +=
+        before.empty() ? "  the library can be loaded and exports only its entry points\n" : before;
     text += "\nRunning\n";
     const auto during = textOf(result.findings, Stage::Running);
     if (result.facts) {
         text += textOf(*result.facts);
-        text +=
-            during.empty() ? "  PLUGIN_DEINIT left nothing behind; the library was unloaded\n" : "";
+        text += during.empty() ? "  PLUGIN_DEINIT undid everything, and the library was unloaded\n"
+                               : "";
     } else {
-        text += result.isStaticOnly ? "  not wanted\n" : "  not run because of the above\n";
+        text += result.isStaticOnly ? "  skipped: --static-only\n"
+                                    : "  skipped because of the findings above\n";
     }
     text += during + "\nResult\n";
     if (result.findings.list().empty()) {

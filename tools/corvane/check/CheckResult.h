@@ -1,4 +1,4 @@
-// The result of a check, for people and for programs.
+// The result of a check as text and as JSON.
 #pragma once
 
 #include <optional>
@@ -14,8 +14,8 @@ struct CheckResult {
     std::string file;
     Findings findings;
     bool isStaticOnly = false;
-    std::optional<Facts> facts;        // if it was run
-    std::vector<std::string> exposed;  // that others may change the file, in sentences
+    std::optional<Facts> facts;        // if the plugin was run
+    std::vector<std::string> exposed;  // sentences from exposureOfFile()
 };
 
 std::string textOf(const CheckResult& result);

@@ -1,4 +1,4 @@
-// Who else may change what a daemon runs.
+// Finds files and directories that other users can change.
 #include "tools/corvane/common/Exposure.h"
 
 #include <grp.h>
@@ -27,7 +27,7 @@ std::string nameOfGroup(gid_t id) {
     return found == nullptr ? std::to_string(id) : found->gr_name;
 }
 
-// As the group that many systems make for each user, to which nobody else belongs.
+// True for the private group that many systems create for each user.
 bool isOfOneUser(gid_t id, uid_t user) {
     const group* const found = getgrgid(id);
     if (found == nullptr) {
@@ -61,9 +61,9 @@ std::vector<std::string> exposureOf(const fs::path& path) {
         sentences.push_back(name + " belongs to " + nameOfUser(status.st_uid));
     }
     if ((status.st_mode & S_IWOTH) != 0) {
-        sentences.push_back(name + " may be written by everyone");
+        sentences.push_back(name + " is writable by everyone");
     } else if ((status.st_mode & S_IWGRP) != 0 && !isOfOneUser(status.st_gid, status.st_uid)) {
-        sentences.push_back(name + " may be written by the group " + nameOfGroup(status.st_gid));
+        sentences.push_back(name + " is writable by the group " + nameOfGroup(status.st_gid));
     }
     return sentences;
 }

@@ -1,4 +1,4 @@
-// Text of unknown origin for a terminal.
+// Escapes text of unknown origin for a terminal.
 #include "tools/corvane/common/Printable.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Text of unknown origin for a terminal.
+// Escapes text of unknown origin for a terminal.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace corvane::tool {
 
-/// The text with every byte as \xNN that isn't part of a well-formed UTF-8 character, and those of
-/// control characters and of characters that change the direction of writing. Characters in
-/// `kept` stay as they are.
+/// Returns the text with these bytes written as \xNN: bytes that aren't well-formed UTF-8, control
+/// characters, and characters that change the text direction. Characters in `kept` stay as they
+/// are.
 std::string printable(std::string_view text, std::string_view kept = "");
 
 }  // namespace corvane::tool

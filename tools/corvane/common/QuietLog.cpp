@@ -1,5 +1,5 @@
-// The platform log of the command itself. It runs code of the daemon, whose lines are
-// for the daemon's log; the command says what there is to say on its own.
+// Replaces the platform log inside the command. The daemon's code that the command uses writes log
+// lines; they are discarded, because the command prints its own messages.
 #include <dlog.h>
 
 int __dlog_print(int, int, const char*, const char*, ...) {

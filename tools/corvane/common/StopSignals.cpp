@@ -1,4 +1,4 @@
-// Ctrl+C and its like as a file descriptor.
+// SIGINT and SIGTERM as a file descriptor.
 #include "tools/corvane/common/StopSignals.h"
 
 #include <sys/signalfd.h>
@@ -21,7 +21,7 @@ StopSignals::StopSignals() {
     pthread_sigmask(SIG_BLOCK, &stopping, &m_before);
 }
 
-// What has come is taken: unblocked it would end the process after all.
+// Consumes pending signals: they would end the process once they are unblocked.
 StopSignals::~StopSignals() {
     sigset_t pending;
     sigpending(&pending);

@@ -1,12 +1,12 @@
-// Ctrl+C and its like as a file descriptor, so that a command can wait for them
-// together with other things and end in order.
+// SIGINT and SIGTERM as a file descriptor, so that a command can poll for them together with
+// other descriptors and clean up before it ends.
 #pragma once
 
 #include <signal.h>
 
 namespace corvane::tool {
 
-/// Owner: the command. Threads: one. The signals are blocked as long as the object lives.
+/// Owner: the command. Threads: one. The signals are blocked while the object lives.
 class StopSignals {
 public:
     /// Throws std::system_error.
@@ -15,7 +15,7 @@ public:
     StopSignals(const StopSignals&) = delete;
     StopSignals& operator=(const StopSignals&) = delete;
 
-    /// Can be read once a signal has come.
+    /// Becomes readable when a signal arrives.
     int fd() const { return m_fd; }
 
 private:

@@ -1,12 +1,11 @@
-// corvane complete: what the shell's completion asks.
-#include "tools/corvane/events/CompleteCommand.h"
-
+// corvane complete: prints the words that the shell completion offers.
 #include <iostream>
 #include <memory>
 #include <span>
 #include <utility>
 
 #include "platform/host/events/EventTable.h"
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/events/EventJson.h"
 
 namespace corvane::tool {
@@ -25,8 +24,8 @@ void addKeys(std::vector<std::string>& words, std::span<const Field> fields) {
     }
 }
 
-}  // namespace
-
+// Without an event: the names of all events. With an event: its "key=" words. With both: the
+// values of that argument. Nothing for unknown names.
 std::vector<std::string> completions(const std::string& eventName, const std::string& key) {
     std::vector<std::string> words;
     if (eventName.empty()) {
@@ -47,9 +46,11 @@ std::vector<std::string> completions(const std::string& eventName, const std::st
     return words;
 }
 
+}  // namespace
+
 void addCompleteCommand(CLI::App& app) {
-    auto* const command = app.add_subcommand("complete", "Words for the shell's completion");
-    command->group("");  // for no person to type
+    auto* const command = app.add_subcommand("complete", "Print words for the shell completion");
+    command->group("");  // not shown in the help
     const auto words = std::make_shared<std::pair<std::string, std::string>>();
     command->add_option("EVENT", words->first);
     command->add_option("KEY", words->second);

@@ -1,11 +1,10 @@
 // corvane emit: makes a running daemon deliver an event.
-#include "tools/corvane/events/EmitCommand.h"
-
 #include <iostream>
 #include <memory>
 #include <vector>
 
 #include "platform/host/events/EventArguments.h"
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/events/InjectClient.h"
 
 namespace corvane::tool {
@@ -27,13 +26,6 @@ void emit(const std::string& socket, const Words& words) {
 
 }  // namespace
 
-std::string deliveredText(unsigned called) {
-    if (called == 0) {
-        return "nobody subscribed";
-    }
-    return "delivered to " + std::to_string(called) + (called == 1 ? " callback" : " callbacks");
-}
-
 void addEmitCommand(CLI::App& app, const std::string& socket) {
     const auto words = std::make_shared<Words>();
     auto* const command = app.add_subcommand("emit", "Make a running daemon deliver an event");
@@ -43,7 +35,7 @@ void addEmitCommand(CLI::App& app, const std::string& socket) {
         ->type_name("");
     command
         ->add_option("ARGUMENTS", words->arguments,
-                     "key=value for each argument or record field that is not to have its default")
+                     "key=value for an argument or record field that differs from its default")
         ->type_name("");
     command->footer(
         "Example:\n"

@@ -1,4 +1,4 @@
-// The arguments of an event as a D-Bus message.
+// Appends the arguments of an event to a D-Bus message.
 #include "tools/corvane/events/EmitMessage.h"
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// The arguments of an event as a D-Bus message.
+// Appends the arguments of an event to a D-Bus message.
 #pragma once
 
 #include <systemd/sd-bus.h>
@@ -10,7 +10,7 @@
 
 namespace corvane::tool {
 
-/// Throws std::runtime_error, which names the argument that can't be sent.
+/// Throws std::runtime_error that names the argument that can't be sent.
 void appendArguments(sd_bus_message* message, std::span<const corvane::host::Field> fields,
                      const corvane::host::Values& values);
 

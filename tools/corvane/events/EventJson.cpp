@@ -1,4 +1,4 @@
-// The events that can be injected as JSON.
+// Describes events in JSON.
 #include "tools/corvane/events/EventJson.h"
 
 #include <span>

@@ -1,4 +1,4 @@
-// The events that can be injected as JSON, for programs that make events.
+// Describes events in JSON, for programs that emit them.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -7,14 +7,15 @@
 
 namespace corvane::tool {
 
-/// What a field takes: "integer", "byte", ... The list in text uses the same words.
+/// Returns the type of a field: "integer", "byte", ... The text output of `corvane list` uses the
+/// same words.
 const char* typeName(corvane::host::Kind kind);
 
-/// The values a field may have if there are few: those of an enumeration or of a boolean.
+/// Returns the values of an enumeration or a boolean; nothing for other types.
 std::vector<std::string> valueNames(const corvane::host::Field& field);
 
-/// An object with name, callback, meaning and arguments. Fields of records are arguments
-/// with the name of their record.
+/// Returns an object with name, callback, meaning and arguments. A field of a record is listed as
+/// an argument that names its record.
 nlohmann::ordered_json eventJson(const corvane::host::Event& event);
 
 }  // namespace corvane::tool

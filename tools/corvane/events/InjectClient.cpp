@@ -1,4 +1,4 @@
-// The daemon's end of injection, as the command sees it.
+// A connection to the daemon's injection socket.
 #include "tools/corvane/events/InjectClient.h"
 
 #include <poll.h>
@@ -51,7 +51,7 @@ int connectTo(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.size() >= sizeof address.sun_path) {
-        throw std::runtime_error(path + " is too long for the path of a socket");
+        throw std::runtime_error(path + " is too long for a socket path");
     }
     path.copy(address.sun_path, path.size());
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -64,28 +64,28 @@ int connectTo(const std::string& path) {
     return fd;
 }
 
-// Others may have put a socket of their own in the daemon's place.
+// Another user may have created a socket at this path.
 void requireOwnUser(int fd, const std::string& path) {
     ucred peer{};
     socklen_t size = sizeof peer;
     if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.uid != geteuid()) {
-        throw std::runtime_error(path + " belongs to a process of user " +
-                                 std::to_string(peer.uid) + "; only a daemon of user " +
-                                 std::to_string(geteuid()) + " is talked to");
+        throw std::runtime_error(
+            path + " belongs to a process of user " + std::to_string(peer.uid) +
+            "; corvane connects only to a daemon of user " + std::to_string(geteuid()));
     }
 }
 
 MessagePtr newCall(sd_bus* bus, const char* method) {
     sd_bus_message* made = nullptr;
     check(sd_bus_message_new_method_call(bus, &made, nullptr, objectPath, interfaceName, method),
-          "no message can be made");
+          "the message can't be created");
     return MessagePtr(made);
 }
 
 MessagePtr call(sd_bus* bus, sd_bus_message* message) {
     sd_bus_error error = SD_BUS_ERROR_NULL;
     sd_bus_message* received = nullptr;
-    // A callback may take its time: no limit but the daemon's end.
+    // No time limit: a callback may take long. If the daemon ends, the call fails.
     const int result = sd_bus_call(bus, message, UINT64_MAX, &error, &received);
     if (isDisconnect(result)) {
         sd_bus_error_free(&error);
@@ -113,6 +113,13 @@ int remaining(InjectClient::Limit limit) {
 
 }  // namespace
 
+std::string deliveredText(unsigned called) {
+    if (called == 0) {
+        return "no plugin has subscribed";
+    }
+    return "delivered to " + std::to_string(called) + (called == 1 ? " callback" : " callbacks");
+}
+
 std::string socketPath(const std::string& given) {
     if (!given.empty()) {
         return given;
@@ -125,7 +132,7 @@ std::string socketPath(const std::string& given) {
 }
 
 InjectClient::InjectClient(const std::string& path) {
-    constexpr const char* failure = "no connection can be made";
+    constexpr const char* failure = "the connection can't be set up";
     sd_bus* made = nullptr;
     check(sd_bus_new(&made), failure);
     m_bus.reset(made);
@@ -140,8 +147,8 @@ InjectClient::InjectClient(const std::string& path) {
     }
     if (isDisconnect(result)) {
         throw std::runtime_error("the daemon on " + path +
-                                 " refused the connection: it serves at " + "most " +
-                                 std::to_string(limits::mostPeers) + " peers at a time");
+                                 " refused the connection: it serves at most " +
+                                 std::to_string(limits::mostPeers) + " connections at a time");
     }
     check(result, failure);
 }
@@ -151,7 +158,7 @@ unsigned InjectClient::emit(const Event& event, const Values& values) {
     appendArguments(message.get(), event.arguments, values);
     const auto reply = call(m_bus.get(), message.get());
     std::uint32_t called = 0;
-    check(sd_bus_message_read(reply.get(), "u", &called), "the daemon's answer can't be read");
+    check(sd_bus_message_read(reply.get(), "u", &called), "the daemon's reply can't be read");
     return called;
 }
 
@@ -159,7 +166,7 @@ std::vector<std::string> InjectClient::watch() {
     const auto reply = call(m_bus.get(), newCall(m_bus.get(), "Watch").get());
     std::vector<std::string> events;
     check(sd_bus_message_enter_container(reply.get(), SD_BUS_TYPE_ARRAY, "s"),
-          "the daemon's answer can't be read");
+          "the daemon's reply can't be read");
     const char* event = nullptr;
     while (sd_bus_message_read_basic(reply.get(), SD_BUS_TYPE_STRING, &event) > 0) {
         events.emplace_back(event);
@@ -179,7 +186,7 @@ std::optional<Notice> InjectClient::nextNotice(Limit limit, int stop) {
             return notice;
         }
         if (result < 0) {
-            throw std::runtime_error("the daemon has gone");
+            throw std::runtime_error("the daemon closed the connection");
         }
         std::array<pollfd, 2> fds{pollfd{sd_bus_get_fd(m_bus.get()),
                                          static_cast<short>(sd_bus_get_events(m_bus.get())), 0},

@@ -1,4 +1,4 @@
-// The daemon's end of injection, as the command sees it.
+// A connection to the daemon's injection socket: it emits events and watches callbacks.
 #pragma once
 
 #include <systemd/sd-bus.h>
@@ -15,25 +15,28 @@
 
 namespace corvane::tool {
 
-/// The socket to use: `given` unless it is empty, else CORVANE_INJECT_SOCKET, else
-/// corvane/inject.sock in XDG_RUNTIME_DIR, else in /run.
+/// Returns `given` unless it is empty; otherwise CORVANE_INJECT_SOCKET; otherwise
+/// corvane/inject.sock in XDG_RUNTIME_DIR, or in /run without that variable.
 std::string socketPath(const std::string& given);
 
-/// What happened to a callback.
+/// The result of a delivery, in words.
+std::string deliveredText(unsigned called);
+
+/// A change of a callback.
 struct Notice {
     enum class Change { Set, Unset, Delivered };
 
     Change change;
     std::string event;
-    unsigned called = 0;  // by a delivery
+    unsigned called = 0;  // number of callbacks that a delivery called
 };
 
 struct BusCloser {
     void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
 };
 
-/// A connection to a daemon. Owner: the command, on one thread. All operations throw
-/// std::runtime_error with what went wrong and what to do about it.
+/// A connection to a daemon. Owner: the command, on one thread. Errors: std::runtime_error, whose
+/// text names the cause and a remedy.
 class InjectClient {
 public:
     /// Connects to the daemon that listens on `path`.
@@ -44,11 +47,11 @@ public:
     /// Makes the daemon deliver the event. Returns the number of callbacks called.
     unsigned emit(const corvane::host::Event& event, const corvane::host::Values& values);
 
-    /// From now on there are notices. Returns the events whose callbacks are set.
+    /// Asks for notices from now on. Returns the events whose callbacks are set.
     std::vector<std::string> watch();
 
-    /// Waits for a notice until `limit`, for ever if it is empty. Nothing is returned after the
-    /// limit, or when `stop`, unless it is -1, can be read.
+    /// Waits for a notice until `limit`, without a limit if it is empty. Returns nothing after the
+    /// limit, or when the descriptor `stop` becomes readable (-1: none).
     using Limit = std::optional<std::chrono::steady_clock::time_point>;
     std::optional<Notice> nextNotice(Limit limit, int stop = -1);
 

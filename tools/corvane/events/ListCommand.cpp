@@ -1,4 +1,4 @@
-// corvane list: the events that can be injected, with their arguments.
+// corvane list: prints the events and their arguments.
 #include "tools/corvane/events/ListCommand.h"
 
 #include <algorithm>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/host/events/EventTable.h"
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/events/EventJson.h"
 
 namespace corvane::tool {
@@ -84,7 +85,7 @@ std::string listJson() {
 void addListCommand(CLI::App& app) {
     auto* const command = app.add_subcommand("list", "Show the events and their arguments");
     const auto asJson = std::make_shared<bool>(false);
-    command->add_flag("--json", *asJson, "As a JSON array with an object for each event");
+    command->add_flag("--json", *asJson, "Print a JSON array with an object for each event");
     command->callback([asJson] { std::cout << (*asJson ? listJson() : listText()); });
 }
 

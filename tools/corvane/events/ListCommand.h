@@ -1,18 +1,15 @@
-// corvane list: the events that can be injected, with their arguments.
+// corvane list: prints the events and their arguments.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
 namespace corvane::tool {
 
-void addListCommand(CLI::App& app);
-
-/// What the command prints: for each event its meaning, and a line for each argument with
-/// type, default and what is allowed.
+/// Returns the text output: for each event its meaning, and for each argument a line with its type,
+/// default and allowed values.
 std::string listText();
 
-/// The same as JSON.
+/// Returns the JSON output.
 std::string listJson();
 
 }  // namespace corvane::tool

@@ -1,9 +1,8 @@
-// corvane watch: shows what happens to the callbacks of a running daemon.
-#include "tools/corvane/events/WatchCommand.h"
-
+// corvane watch: prints when callbacks of a running daemon are set, unset and called.
 #include <iostream>
 #include <memory>
 
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/common/StopSignals.h"
 #include "tools/corvane/events/EventJson.h"
 #include "tools/corvane/events/InjectClient.h"
@@ -28,14 +27,14 @@ std::string lineOf(const Notice& notice) {
     std::string line = wordFor(notice.change);
     line += ' ' + notice.event;
     if (notice.change == Notice::Change::Delivered) {
-        line += notice.called == 0   ? ": nobody subscribed"
+        line += notice.called == 0   ? ": no plugin has subscribed"
                 : notice.called == 1 ? ": 1 callback"
                                      : ": " + std::to_string(notice.called) + " callbacks";
     }
     return line;
 }
 
-// The object of `corvane list`, with what happened.
+// The object of `corvane list`, with the change added.
 std::string jsonOf(const Notice& notice) {
     nlohmann::ordered_json object{{"change", wordFor(notice.change)}};
     const auto* const event = corvane::host::findEvent(notice.event);
@@ -64,13 +63,15 @@ void watch(const std::string& path, bool asJson) {
 }  // namespace
 
 void addWatchCommand(CLI::App& app, const std::string& socket) {
-    auto* const command = app.add_subcommand("watch", "Show what happens to the callbacks");
+    auto* const command =
+        app.add_subcommand("watch", "Show when callbacks are set, unset and called");
     command->fallthrough();
     const auto asJson = std::make_shared<bool>(false);
-    command->add_flag("--json", *asJson, "A JSON object in each line");
+    command->add_flag("--json", *asJson, "Print a JSON object on each line");
     command->footer(
-        "First the events that are set, then what is set, unset and delivered, wherever the\n"
-        "event comes from. Ends with status 0 on Ctrl+C, with 1 when the daemon has gone.");
+        "Prints the events whose callbacks are set, then each callback that is set or unset and\n"
+        "each event that is delivered, from any source. The status is 0 after Ctrl+C, and 1 if\n"
+        "the daemon closes the connection.");
     command->callback([asJson, &socket] { watch(socketPath(socket), *asJson); });
 }
 

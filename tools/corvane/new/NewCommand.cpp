@@ -1,6 +1,4 @@
-// corvane new: makes a plugin project of the installed template.
-#include "tools/corvane/new/NewCommand.h"
-
+// corvane new: creates a plugin project from the installed template.
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -8,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/new/NewProject.h"
 
 namespace corvane::tool {
@@ -32,12 +31,12 @@ fs::path templateDirectory() {
                              : (directoryOfTool() / CORVANE_TEMPLATE_FROM_TOOL).lexically_normal();
     if (!fs::is_directory(directory)) {
         throw std::runtime_error("the template isn't in " + directory.string() +
-                                 "; CORVANE_TEMPLATE can name its directory");
+                                 "; set CORVANE_TEMPLATE to its directory");
     }
     return directory;
 }
 
-// What tells CMake where this installation is, if it doesn't look there anyway.
+// The option that tells CMake where this installation is; empty if CMake searches there anyway.
 std::string prefixOption() {
     const auto prefix = directoryOfTool().parent_path().string();
     return prefix == "/usr" || prefix == "/usr/local" ? "" : " -DCMAKE_PREFIX_PATH=" + prefix;
@@ -57,13 +56,13 @@ void make(const Words& words) {
 }  // namespace
 
 void addNewCommand(CLI::App& app) {
-    auto* const command = app.add_subcommand("new", "Make a plugin project, with a test");
+    auto* const command = app.add_subcommand("new", "Create a plugin project with a test");
     const auto words = std::make_shared<Words>();
     command->add_option("NAME", words->name, "Name of the plugin; its library is lib<NAME>.so")
         ->required()
         ->type_name("")
         ->check([](const std::string& name) { return complaintAboutName(name); });
-    command->add_option("--dir", words->directory, "Directory of the project; else NAME")
+    command->add_option("--dir", words->directory, "Directory of the project. The default is NAME")
         ->type_name("DIR");
     command->callback([words] { make(*words); });
 }

@@ -1,4 +1,4 @@
-// A plugin project, made of a template.
+// Creates a plugin project from a template.
 #include "tools/corvane/new/NewProject.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ char upper(char c) {
     return static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
 }
 
-/// The template's three spellings of the name with what stands in their place.
+// The three spellings of the template's name, each with its replacement.
 using Spellings = std::array<std::pair<std::string_view, std::string>, 3>;
 
 Spellings spellingsOf(const std::string& name) {
@@ -48,7 +48,7 @@ Spellings spellingsOf(const std::string& name) {
     return {{{"my-plugin", name}, {"MyPlugin", camelCase}, {"MY_PLUGIN", upperCase}}};
 }
 
-// In one pass: what has been put in isn't looked at again.
+// One pass, so that a replacement isn't replaced again.
 std::string replaced(std::string_view text, const Spellings& spellings) {
     std::string result;
     while (!text.empty()) {
@@ -73,7 +73,7 @@ void copyFile(const fs::path& from, const fs::path& to, const Spellings& spellin
     }
 }
 
-/// Takes the project away again unless it was finished.
+// Removes the project again unless finish() was called.
 class Unfinished {
 public:
     explicit Unfinished(fs::path directory)
@@ -123,7 +123,7 @@ std::string complaintAboutName(const std::string& name) {
 void makeProject(const fs::path& templateDirectory, const fs::path& directory,
                  const std::string& name) {
     if (fs::exists(directory) && !fs::is_directory(directory)) {
-        throw std::runtime_error(directory.string() + " is there already and no directory");
+        throw std::runtime_error(directory.string() + " exists and is not a directory");
     }
     if (fs::exists(directory) && !fs::is_empty(directory)) {
         throw std::runtime_error("the directory " + directory.string() + " isn't empty");
@@ -132,7 +132,7 @@ void makeProject(const fs::path& templateDirectory, const fs::path& directory,
     Unfinished project(directory);
     for (const auto& entry : fs::recursive_directory_iterator(templateDirectory)) {
         auto to = directory / fs::relative(entry.path(), templateDirectory);
-        // An installed file of that name would be taken for a slip.
+        // The template can't contain .gitignore: packaging checks reject such an installed file.
         if (to.filename() == "gitignore") {
             to.replace_filename(".gitignore");
         }

@@ -1,4 +1,4 @@
-// A plugin project, made of a template: the directory tree of a plugin called my-plugin.
+// Creates a plugin project from a template: the directory tree of a plugin called my-plugin.
 #pragma once
 
 #include <filesystem>
@@ -6,13 +6,13 @@
 
 namespace corvane::tool {
 
-/// Why a plugin can't have that name; empty if it can. The name goes into names of files, CMake
-/// targets and C++ classes.
+/// Returns why a plugin can't have this name, or an empty text. The name becomes part of file
+/// names, CMake targets and C++ classes.
 std::string complaintAboutName(const std::string& name);
 
-/// Copies the tree `templateDirectory` to `directory`, which is made unless it exists and is
-/// empty, with `name` in place of my-plugin, MyPlugin and MY_PLUGIN. Throws std::runtime_error
-/// or one derived from it, and then leaves nothing of the project behind.
+/// Copies the tree `templateDirectory` to `directory` and replaces my-plugin, MyPlugin and
+/// MY_PLUGIN by `name`. The directory must be empty or missing. On failure it removes what it
+/// created and throws std::runtime_error or a class derived from it.
 void makeProject(const std::filesystem::path& templateDirectory,
                  const std::filesystem::path& directory, const std::string& name);
 

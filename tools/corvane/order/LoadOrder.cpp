@@ -1,4 +1,4 @@
-// What the daemon would load from a directory, and in which order.
+// Computes which plugins the daemon would load from a directory, and in which order.
 #include "tools/corvane/order/LoadOrder.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
-// What the daemon would load from a directory, and in which order, without loading it.
+// Computes which plugins the daemon would load from a directory, and in which order. Loads
+// nothing.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +13,7 @@ namespace corvane::tool {
 
 struct OrderedFile {
     std::string name;
-    std::size_t found;  // its place in the directory's own order, candidates only, from 1
+    std::size_t found;  // position among the candidates as the directory lists them, from 1
     PluginPriorityChecker::Decision decision;
 
     int getPriority() const { return decision.priority; }
@@ -20,13 +21,13 @@ struct OrderedFile {
 
 struct LoadOrder {
     std::string directory;
-    std::vector<OrderedFile> files;           // the first is loaded first
-    std::vector<FileManager::Entry> skipped;  // what isn't a candidate, by name
-    std::vector<std::string> exposed;         // what others may change, in sentences
+    std::vector<OrderedFile> files;           // in load order
+    std::vector<FileManager::Entry> skipped;  // not candidates; sorted by name
+    std::vector<std::string> exposed;         // sentences from exposureOf()
 };
 
-/// Asks the file system and the platform what the daemon would ask them now. Throws
-/// std::runtime_error for a directory that can't be read.
+/// Queries the file system and the platform as the daemon does when it starts. Throws
+/// std::runtime_error if the directory can't be read.
 LoadOrder readLoadOrder(const std::string& directory);
 
 }  // namespace corvane::tool

@@ -1,6 +1,4 @@
-// corvane order: which plugins the daemon would load, in which order and why.
-#include "tools/corvane/order/OrderCommand.h"
-
+// corvane order: prints which plugins the daemon would load, in which order and why.
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
@@ -10,6 +8,7 @@
 #include <sstream>
 
 #include "daemon/src/PluginPath.h"
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/common/Exposure.h"
 #include "tools/corvane/common/Printable.h"
 #include "tools/corvane/order/LoadOrder.h"
@@ -38,27 +37,26 @@ Reason reasonOf(Rule rule) {
             return {"marker-missing",
                     "rule for this name; there is no marker file: " CORVANE_MARKER_FILE};
         case Rule::DongleSupported:
-            return {"product-type", "rule for this name; the product type is one with the dongle"};
+            return {"product-type", "rule for this name; products of this type have the dongle"};
         case Rule::DongleNotSupported:
             break;
     }
     return {"product-type-other",
-            "rule for this name; the product type is not known or one without the dongle"};
+            "rule for this name; the product type is unknown, or its products lack the dongle"};
 }
 
 Reason reasonOf(FileManager::Candidacy candidacy) {
     switch (candidacy) {
         case FileManager::Candidacy::Unreachable:
-            return {"unreachable",
-                    "can't be examined: a link that leads nowhere, or no permission"};
+            return {"unreachable", "can't be examined: a dangling link, or no permission"};
         case FileManager::Candidacy::NotARegularFile:
-            return {"not-a-regular-file", "no regular file"};
+            return {"not-a-regular-file", "not a regular file"};
         default:
             return {"other-suffix", "the name doesn't end in \".so\""};
     }
 }
 
-// The priorities that several candidates have.
+// Priorities that more than one candidate has.
 std::set<int> ties(const LoadOrder& order) {
     std::set<int> seen;
     std::set<int> repeated;
@@ -86,7 +84,7 @@ std::string textOf(const LoadOrder& order) {
     };
     text << printable(order.directory) << '\n';
     if (order.files.empty()) {
-        text << "The daemon would load nothing.\n";
+        text << "The daemon would load no plugin.\n";
     } else {
         row("LOAD", "PRIORITY", "FOUND", "FILE", "WHY");
     }
@@ -99,9 +97,8 @@ std::string textOf(const LoadOrder& order) {
     }
     if (!ties(order).empty()) {
         text
-            << "\nPlugins of equal priority are loaded in an order that follows from the order in\n"
-               "which the directory lists them (FOUND). Copying the files may change it: don't\n"
-               "rely on it.\n";
+            << "\nThe load order of plugins of equal priority depends on the order in which the\n"
+               "directory lists them (FOUND). Don't rely on it: copying the files may change it.\n";
     }
     return text.str();
 }
@@ -132,12 +129,12 @@ std::string jsonOf(const LoadOrder& order) {
 
 void addOrderCommand(CLI::App& app) {
     auto* const command =
-        app.add_subcommand("order", "Show which plugins the daemon would load, in which order");
+        app.add_subcommand("order", "Show which plugins the daemon would load, and in which order");
     const auto directory = std::make_shared<std::string>(PLUGIN_PATH);
     const auto asJson = std::make_shared<bool>(false);
-    command->add_option("DIR", *directory, "Directory of plugins; else " + PLUGIN_PATH)
+    command->add_option("DIR", *directory, "Plugin directory. The default is " + PLUGIN_PATH)
         ->type_name("");
-    command->add_flag("--json", *asJson, "As a JSON object");
+    command->add_flag("--json", *asJson, "Print a JSON object");
     command->footer(
         "Nothing is loaded. Example:\n"
         "  corvane order /usr/share/corvane/plugins");

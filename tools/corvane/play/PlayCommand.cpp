@@ -1,10 +1,9 @@
 // corvane play: plays a scenario of events against a running daemon.
-#include "tools/corvane/play/PlayCommand.h"
-
 #include <fstream>
 #include <iostream>
 #include <memory>
 
+#include "tools/corvane/Commands.h"
 #include "tools/corvane/play/Player.h"
 #include "tools/corvane/play/Scenario.h"
 
@@ -40,18 +39,18 @@ void addPlayCommand(CLI::App& app, const std::string& socket) {
     auto* const command = app.add_subcommand("play", "Play a scenario of events");
     command->fallthrough();
     const auto file = std::make_shared<std::string>();
-    command->add_option("FILE", *file, "The scenario; - for the standard input")
+    command->add_option("FILE", *file, "File with the scenario; - reads the standard input")
         ->required()
         ->type_name("");
     command->footer(
-        "Lines of a scenario:\n"
-        "  emit EVENT key=value...    # as `corvane emit`; \"...\" around blanks\n"
+        "Steps of a scenario, one on each line:\n"
+        "  emit EVENT key=value...    # as `corvane emit`; put values with blanks in \"...\"\n"
         "  wait MS\n"
-        "  repeat COUNT               # the lines up to `end`\n"
+        "  repeat COUNT               # repeats the lines up to `end`\n"
         "  expect EVENT delivered COUNT [within MS]\n"
         "  expect EVENT set|unset [within MS]\n"
-        "Ends with status 0 if all expectations held, with 1 if not, with 2 if there is a\n"
-        "mistake in the scenario.");
+        "The status is 0 if all expectations held, 1 if one failed, and 2 if the scenario\n"
+        "contains a mistake.");
     command->callback([file, &socket] { play(socketPath(socket), *file); });
 }
 

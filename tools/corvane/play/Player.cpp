@@ -4,8 +4,6 @@
 #include <iostream>
 #include <utility>
 
-#include "tools/corvane/events/EmitCommand.h"
-
 namespace corvane::tool {
 
 using std::chrono::steady_clock;
@@ -25,7 +23,7 @@ void Player::play(const std::vector<Step>& steps) {
 
 void Player::play(const EmitStep& step, int line) {
     const unsigned called = m_daemon.emit(*step.event, step.values);
-    noteUntil(steady_clock::now());  // rather than have them pile up
+    noteUntil(steady_clock::now());  // empties the queue of notices
     std::cout << m_name << ':' << line << ": " << step.event->name << ": " << deliveredText(called)
               << std::endl;
 }
@@ -42,7 +40,7 @@ void Player::play(const RepeatStep& step, int) {
 
 void Player::play(const ExpectStep& step, int line) {
     const auto limit = steady_clock::now() + step.within.value_or(std::chrono::milliseconds(0));
-    // What was told before is looked at first: it is of before the limit.
+    // Notices that are queued already arrived before the limit.
     noteUntil(steady_clock::now());
     while (step.within && !isDecided(step)) {
         const auto notice = m_daemon.nextNotice(limit);
@@ -89,8 +87,8 @@ bool Player::holds(const ExpectStep& step) {
     return m_isSet.contains(step.event->name) == (step.state == ExpectStep::State::Set);
 }
 
-// Nothing that could still happen within the limit would be of use. That nothing happens
-// is only known at its end.
+// True if waiting longer can't change the result. "delivered 0" is only decided by a delivery or
+// at the limit.
 bool Player::isDecided(const ExpectStep& step) {
     if (step.state != ExpectStep::State::Delivered) {
         return holds(step);

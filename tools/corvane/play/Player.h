@@ -11,11 +11,11 @@
 
 namespace corvane::tool {
 
-/// Owner: the command, on one thread. Errors: those of InjectClient. An expectation that fails
-/// is told on the standard error, and the scenario goes on.
+/// Owner: the command, on one thread. Errors: those of InjectClient. A failed expectation is
+/// reported on the standard error, and the scenario continues.
 class Player {
 public:
-    /// `name` is what messages call the scenario.
+    /// `path` is the daemon's socket. `name` is the name of the scenario in messages.
     Player(const std::string& path, std::string name);
 
     void play(const std::vector<Step>& steps);
@@ -38,7 +38,7 @@ private:
     const std::string m_name;
     InjectClient m_daemon;
     std::set<std::string> m_isSet;
-    std::map<std::string, unsigned> m_called;  // since the expectation before
+    std::map<std::string, unsigned> m_called;  // since the last expectation for that event
     unsigned m_expected = 0;
     unsigned m_failed = 0;
 };

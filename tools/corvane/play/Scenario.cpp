@@ -1,4 +1,4 @@
-// What `corvane play` plays, read from a file.
+// Parses the scenarios of `corvane play`.
 #include "tools/corvane/play/Scenario.h"
 
 #include <charconv>
@@ -14,9 +14,9 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-constexpr int longestTime = 24 * 60 * 60 * 1000;
-constexpr int mostTimes = 1000000;
-constexpr std::size_t deepest = 16;
+constexpr int maxWaitMs = 24 * 60 * 60 * 1000;
+constexpr int maxCount = 1000000;
+constexpr std::size_t maxNesting = 16;
 
 [[noreturn]] void fail(const std::string& text) {
     throw std::runtime_error(text);
@@ -34,7 +34,7 @@ int number(const std::string& text, const char* what, int least, int most) {
 }
 
 std::chrono::milliseconds milliseconds(const std::string& text) {
-    return std::chrono::milliseconds(number(text, "a time in milliseconds", 0, longestTime));
+    return std::chrono::milliseconds(number(text, "a time in milliseconds", 0, maxWaitMs));
 }
 
 EmitStep parseEmit(const Words& words) {
@@ -47,10 +47,10 @@ EmitStep parseEmit(const Words& words) {
 
 ExpectStep parseExpect(Words words) {
     constexpr const char* form =
-        "it must be of the form\n  expect EVENT delivered COUNT [within MS]\n"
+        "it must have one of these forms\n  expect EVENT delivered COUNT [within MS]\n"
         "  expect EVENT set [within MS]\n  expect EVENT unset [within MS]";
     if (words.size() < 3) {
-        fail(std::string("the expectation isn't complete; ") + form);
+        fail(std::string("the expectation is incomplete; ") + form);
     }
     ExpectStep step{&host::eventNamed(words[1]), ExpectStep::State::Set};
     if (words.size() >= 5 && words[words.size() - 2] == "within") {
@@ -59,18 +59,18 @@ ExpectStep parseExpect(Words words) {
     }
     if (words.size() == 4 && words[2] == "delivered") {
         step.state = ExpectStep::State::Delivered;
-        step.count = static_cast<unsigned>(number(words[3], "a count", 0, mostTimes));
+        step.count = static_cast<unsigned>(number(words[3], "a count", 0, maxCount));
     } else if (words.size() == 3 && (words[2] == "set" || words[2] == "unset")) {
         step.state = words[2] == "set" ? ExpectStep::State::Set : ExpectStep::State::Unset;
     } else {
-        fail(std::string("the expectation isn't clear; ") + form);
+        fail(std::string("the expectation is malformed; ") + form);
     }
     return step;
 }
 
 const std::string& onlyArgument(const Words& words, const char* form) {
     if (words.size() != 2) {
-        fail(words[0] + " must be of the form " + form);
+        fail(words[0] + " must have the form " + form);
     }
     return words[1];
 }
@@ -85,12 +85,12 @@ public:
         } else if (words[0] == "expect") {
             add(line, parseExpect(words));
         } else if (words[0] == "repeat") {
-            if (m_open.size() > deepest) {
-                fail("there are more than " + std::to_string(deepest) + " repeats in one another");
+            if (m_open.size() > maxNesting) {
+                fail("repeats can be nested at most " + std::to_string(maxNesting) + " deep");
             }
             const auto& times = onlyArgument(words, "repeat COUNT");
             m_open.push_back(
-                {line, RepeatStep{number(times, "the count of repeat", 1, mostTimes), {}}});
+                {line, RepeatStep{number(times, "the count of repeat", 1, maxCount), {}}});
         } else if (words[0] == "end") {
             closeRepeat(words);
         } else {
@@ -99,7 +99,7 @@ public:
         }
     }
 
-    // The line of a repeat without an end, or 0.
+    // The line of the innermost open repeat, or 0.
     int unfinished() const { return m_open.size() == 1 ? 0 : m_open.back().line; }
 
     std::vector<Step> take() { return std::move(innermost()); }
@@ -114,19 +114,38 @@ private:
 
     void closeRepeat(const Words& words) {
         if (words.size() != 1) {
-            fail("end must be alone in its line");
+            fail("end takes no arguments");
         }
         if (m_open.size() == 1) {
-            fail("there is no repeat that could end here");
+            fail("this end has no repeat");
         }
         auto done = std::move(m_open.back());
         m_open.pop_back();
         innermost().push_back(std::move(done));
     }
 
-    // The scenario itself, then the repeats that haven't ended.
+    // The scenario itself, then the open repeats from the outermost to the innermost.
     std::vector<Step> m_open{{0, RepeatStep{1, {}}}};
 };
+
+bool isBlank(char letter) {
+    return letter == ' ' || letter == '\t' || letter == '\r';
+}
+
+// Returns the quoted text that begins at `at`, and moves `at` behind it.
+std::string quoted(const std::string& line, std::size_t& at) {
+    std::string text;
+    for (++at; at < line.size(); ++at) {
+        if (line[at] == '"') {
+            ++at;
+            return text;
+        }
+        const bool escapes = line[at] == '\\' && at + 1 < line.size() &&
+                             (line[at + 1] == '"' || line[at + 1] == '\\');
+        text += line[escapes ? ++at : at];
+    }
+    throw std::runtime_error("a quote isn't closed; a quote inside quotes is written \\\"");
+}
 
 [[noreturn]] void failAt(const std::string& name, int line, const std::string& text) {
     throw ScenarioError(name + ':' + std::to_string(line) + ": " + text);
@@ -134,13 +153,34 @@ private:
 
 }  // namespace
 
+std::vector<std::string> splitWords(const std::string& line) {
+    std::vector<std::string> words;
+    std::size_t at = 0;
+    while (true) {
+        while (at < line.size() && isBlank(line[at])) {
+            ++at;
+        }
+        if (at == line.size() || line[at] == '#') {
+            return words;
+        }
+        auto& word = words.emplace_back();
+        while (at < line.size() && !isBlank(line[at])) {
+            if (line[at] == '"') {
+                word += quoted(line, at);
+            } else {
+                word += line[at++];
+            }
+        }
+    }
+}
+
 std::vector<Step> parseScenario(std::istream& input, const std::string& name) {
     Parser parser;
     std::string text;
     for (int line = 1; std::getline(input, text); ++line) {
         try {
             if (text.find('\0') != text.npos) {
-                fail("there is a zero byte in this line");
+                fail("this line contains a zero byte");
             }
             if (const auto words = splitWords(text); !words.empty()) {
                 parser.read(words, line);

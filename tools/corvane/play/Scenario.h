@@ -1,4 +1,4 @@
-// What `corvane play` plays, read from a file.
+// Parses the scenarios of `corvane play`.
 #pragma once
 
 #include <chrono>
@@ -14,7 +14,7 @@
 
 namespace corvane::tool {
 
-/// The text begins with the file and the line, and says what is allowed.
+/// The text begins with file and line, and names what is allowed.
 class ScenarioError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -35,15 +35,15 @@ struct RepeatStep {
     std::vector<Step> steps;
 };
 
-/// The callback is set or unset, or was called a number of times since the start or since
-/// the expectation before of that kind and event.
+/// Expects that the callback is set or unset, or that it was called `count` times since the start
+/// or since the last "delivered" expectation for that event.
 struct ExpectStep {
     enum class State { Set, Unset, Delivered };
 
     const corvane::host::Event* event;
     State state;
     unsigned count = 0;
-    std::optional<std::chrono::milliseconds> within = {};  // empty: it holds at once, or fails
+    std::optional<std::chrono::milliseconds> within = {};  // empty: checked at once
 };
 
 struct Step {
@@ -51,12 +51,12 @@ struct Step {
     std::variant<EmitStep, WaitStep, RepeatStep, ExpectStep> action;
 };
 
-/// Reads all of `input`; `name` is what errors call it. Throws ScenarioError.
+/// Reads all of `input`. `name` is its name in error texts. Throws ScenarioError.
 std::vector<Step> parseScenario(std::istream& input, const std::string& name);
 
-/// The words of a line: separated by blanks, which may be part of a word inside "...", where
-/// a backslash goes before a quote or a backslash. A # at the start of a word begins a
-/// comment. Throws std::runtime_error for a quote without an end.
+/// Splits a line at blanks. A word may contain blanks inside "..."; there, a backslash escapes a
+/// quote or a backslash. A # at the start of a word begins a comment. Throws std::runtime_error if
+/// a quote isn't closed.
 std::vector<std::string> splitWords(const std::string& line);
 
 }  // namespace corvane::tool

@@ -125,7 +125,7 @@ TEST_F(InjectLimitsTest, RefusesPeersBeyondTheMostUntilOneHasGone) {
         EXPECT_EQ(refused.status, 1);
         EXPECT_EQ(refused.errors,
                   "corvane: the daemon on " + socket().string() +
-                      " refused the connection: it serves at most 64 peers at a time\n");
+                      " refused the connection: it serves at most 64 connections at a time\n");
     }
     const std::string line = "INJECT: a peer is refused: 64 peers are served already";
     nextLine(line);

@@ -176,8 +176,8 @@ TEST_F(InjectSocketTest, ToolRefusesTheProcessOfAnotherUser) {
     const auto result = tool({"emit", "bt-adapter-state-changed"});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.errors, "corvane: " + socket().string() +
-                                 " belongs to a process of user 65534; only a daemon of user 0 is "
-                                 "talked to\n");
+                                 " belongs to a process of user 65534; corvane connects only to a "
+                                 "daemon of user 0\n");
     close(other);
 }
 
@@ -195,7 +195,7 @@ TEST_F(InjectSocketTest, TellsWhenNobodySubscribed) {
     ASSERT_TRUE(second.waitForLine("loadPlugins"));
     const auto result = tool({"emit", "bt-adapter-state-changed"});
     EXPECT_EQ(result.status, 0) << result.errors;
-    EXPECT_EQ(result.output, "bt-adapter-state-changed: nobody subscribed\n");
+    EXPECT_EQ(result.output, "bt-adapter-state-changed: no plugin has subscribed\n");
 }
 
 TEST_F(InjectSocketTest, ToolTellsWhichSocketItTriedAndHowToStartADaemon) {

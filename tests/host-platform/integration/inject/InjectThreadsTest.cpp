@@ -56,7 +56,7 @@ TEST_F(InjectThreadsTest, AreNotThereUnlessAskedFor) {
 TEST_F(InjectThreadsTest, TellWhatTheyRefuseAndWhenNobodySubscribed) {
     startWithThreads(8, THROWING_PLUGIN);
     EXPECT_EQ(tool({"emit", "bt-avrcp-volume-notify"}).output,
-              "bt-avrcp-volume-notify: nobody subscribed\n");
+              "bt-avrcp-volume-notify: no plugin has subscribed\n");
     const auto refused = tool({"emit", "bt-device-service-searched", "service_count=3"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.errors, HasSubstr("service_count can't be 3 with 2 in service_uuid"));

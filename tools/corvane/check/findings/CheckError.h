@@ -1,11 +1,11 @@
-// Why a check can't be made at all.
+// The error of a check that can't be carried out.
 #pragma once
 
 #include <stdexcept>
 
 namespace corvane::check {
 
-/// The text says what is wrong and what to do about it.
+/// The text names the cause and a remedy.
 class CheckError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -1,4 +1,4 @@
-// What a check can find: the ids are stable, and docs/check.md explains each.
+// The findings of a check. The ids are stable, and docs/check.md explains each of them.
 #pragma once
 
 #include <span>
@@ -21,19 +21,19 @@ struct FindingKind {
 
 std::span<const FindingKind> allFindingKinds();
 
-/// Throws std::out_of_range for an id that doesn't exist.
+/// Throws std::out_of_range for an unknown id.
 const FindingKind& findingKind(std::string_view id);
 
 struct Finding {
     const FindingKind* kind;
-    std::vector<std::string> details;  // where and how often, one line each
+    std::vector<std::string> details;  // one line each
 };
 
-/// In the order found, one for each id.
+/// At most one finding for each id, in the order in which they were added.
 class Findings {
 public:
-    /// The 1000 first details of an id are kept, and 4000 bytes of each. Throws
-    /// std::out_of_range for an id that doesn't exist.
+    /// Keeps the first 1000 details of an id, and 4000 bytes of each. Throws std::out_of_range for
+    /// an unknown id.
     void add(std::string_view id, const std::string& detail = "");
     bool has(std::string_view id) const;
     const std::vector<Finding>& list() const { return m_list; }

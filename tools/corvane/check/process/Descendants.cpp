@@ -1,4 +1,4 @@
-// The processes that a check starts, however far down they are.
+// Ends all descendant processes of a check.
 #include "tools/corvane/check/process/Descendants.h"
 
 #include <signal.h>
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A plugin that starts processes faster than they are killed is given up on.
+// Limits the race against a plugin that starts processes faster than they are killed.
 constexpr std::chrono::seconds endLimit(5);
 
 // From "pid (name) state parent ..."; the name may contain anything.
@@ -43,7 +43,7 @@ std::set<pid_t> children() {
             continue;
         }
         std::ostringstream status;
-        status << std::ifstream(entry.path() / "stat").rdbuf();  // nothing if it has ended
+        status << std::ifstream(entry.path() / "stat").rdbuf();  // empty if it has ended
         if (parentIn(status.str()) == getpid()) {
             ids.insert(std::stoi(name));
         }
@@ -61,7 +61,7 @@ Descendants::~Descendants() {
     try {
         end();
     } catch (const std::exception&) {
-        // Another error is on its way, or end() has told.
+        // Another exception is being handled, or end() reported the error before.
     }
     prctl(PR_SET_CHILD_SUBREAPER, 0);
 }
@@ -77,11 +77,11 @@ void Descendants::end() {
             return;
         }
         for (const auto id : left) {
-            // What a process leaves is a child of this one by the time it has been collected.
+            // Once a process is reaped, its children are children of this process.
             if (kill(id, SIGKILL) != 0 || waitpid(id, nullptr, 0) != id ||
                 std::chrono::steady_clock::now() > deadline) {
                 throw CheckError("the check failed: process " + std::to_string(id) +
-                                 ", which the plugin started, can't be ended");
+                                 ", which the plugin started, can't be killed");
             }
         }
     }

@@ -1,4 +1,4 @@
-// The processes that a check starts, however far down they are.
+// Ends all descendant processes of a check.
 #pragma once
 
 #include <sys/types.h>
@@ -7,18 +7,18 @@
 
 namespace corvane::check {
 
-/// Owner: what starts processes; one object at a time, on one thread. While it lives, processes
-/// whose parents have ended become children of this one, also those with a session of their own.
+/// Owner: PluginProcess; one object at a time, on one thread. While the object lives, this process
+/// is a subreaper: orphaned descendants become its children, also those in another session.
 class Descendants {
 public:
     Descendants();
-    /// As end(), but leaves what can't be ended.
+    /// Calls end() and ignores its error.
     ~Descendants();
     Descendants(const Descendants&) = delete;
     Descendants& operator=(const Descendants&) = delete;
 
-    /// Kills and collects all children, and their children. Leaves those that this process had
-    /// before. Throws CheckError where that fails.
+    /// Kills and reaps all descendants, except the children that this process had before. Throws
+    /// CheckError if that fails.
     void end();
 
 private:

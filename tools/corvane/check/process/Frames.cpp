@@ -1,4 +1,4 @@
-// Names for the addresses of a backtrace.
+// Symbolizes the addresses of a backtrace.
 #include "tools/corvane/check/process/Frames.h"
 
 #include <cxxabi.h>
@@ -44,7 +44,7 @@ std::string nameOf(Dwfl* session, std::uint64_t address, bool isBehindCall) {
 }  // namespace
 
 std::vector<std::string> namesOfFrames(pid_t process, const std::vector<std::uint64_t>& addresses) {
-    unsetenv("DEBUGINFOD_URLS");  // a check asks no server
+    unsetenv("DEBUGINFOD_URLS");  // no network access
     static char* debugInfoPath = nullptr;
     static const Dwfl_Callbacks callbacks{.find_elf = &dwfl_linux_proc_find_elf,
                                           .find_debuginfo = &dwfl_standard_find_debuginfo,

@@ -1,4 +1,4 @@
-// Names for the addresses of a backtrace.
+// Symbolizes the addresses of a backtrace.
 #pragma once
 
 #include <sys/types.h>
@@ -9,11 +9,11 @@
 
 namespace corvane::check {
 
-/// One text for each address: function, source line if the library tells it, and library.
-/// `process` still runs. All addresses but the first are those behind a call.
+/// Returns a text for each address: function, source line if there is debug information, and
+/// library. `process` must still exist. All addresses but the first are return addresses.
 std::vector<std::string> namesOfFrames(pid_t process, const std::vector<std::uint64_t>& addresses);
 
-/// The C++ name behind a symbol; the symbol itself if it is none.
+/// Demangles a C++ symbol. Returns other symbols unchanged.
 std::string demangled(const char* symbol);
 
 }  // namespace corvane::check

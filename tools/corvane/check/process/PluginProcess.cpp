@@ -1,4 +1,4 @@
-// The process that runs the plugin, as the command sees it.
+// Starts and watches the process that runs the plugin.
 #include "tools/corvane/check/process/PluginProcess.h"
 
 #include <fcntl.h>
@@ -20,7 +20,7 @@
 #include "tools/corvane/check/findings/Findings.h"
 #include "tools/corvane/check/process/Frames.h"
 #include "tools/corvane/check/process/Spawn.h"
-#include "tools/corvane/check/runner/HangSignal.h"
+#include "tools/corvane/check/runner/RunnerProtocol.h"
 
 namespace corvane::check {
 
@@ -47,7 +47,7 @@ fs::path findRunner() {
     }
     throw CheckError("corvane-check-runner is neither in " + tool.string() + " nor in " +
                      (tool / CORVANE_CHECK_RUNNER_FROM_TOOL).lexically_normal().string() +
-                     "; install all of the developer's kit");
+                     "; reinstall the package corvane-dev");
 }
 
 PluginProcess::PluginProcess(const WorkDirectory& workDirectory)
@@ -78,7 +78,7 @@ ProcessOutcome PluginProcess::run(const std::string& mode, const std::string& fi
 void PluginProcess::start(const std::vector<std::string>& command) {
     std::array<int, 2> ends;
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        throw CheckError(std::string("no pipe can be made: ") + std::strerror(errno));
+        throw CheckError(std::string("no pipe can be created: ") + std::strerror(errno));
     }
     m_pipe = ends[0];
     fcntl(m_pipe, F_SETFL, O_NONBLOCK);
@@ -92,11 +92,12 @@ void PluginProcess::start(const std::vector<std::string>& command) {
     close(ends[1]);
     m_process = static_cast<int>(syscall(SYS_pidfd_open, m_id, 0));
     if (m_process < 0) {
-        throw CheckError(std::string("the host can't be watched: ") + std::strerror(errno));
+        throw CheckError(std::string("corvane-check-runner can't be watched: ") +
+                         std::strerror(errno));
     }
 }
 
-// Until the process ends, is held or hangs.
+// Returns when the process ends, when its signal handler stops it, or when it hangs.
 void PluginProcess::watch(Time deadline) {
     while (!m_isHeld) {
         std::array<pollfd, 3> fds{pollfd{m_pipe, POLLIN, 0}, pollfd{m_process, POLLIN, 0},
@@ -121,8 +122,8 @@ void PluginProcess::watch(Time deadline) {
     }
 }
 
-// All that the process has written is in the pipe by now. What its children may add is limited
-// by the reader.
+// The process has ended, so all its messages are in the pipe. The reader limits what its children
+// may add.
 void PluginProcess::readRest() {
     while (m_pipe >= 0 && m_results.readFrom(m_pipe) == ResultReader::Outcome::Read) {
     }
@@ -149,7 +150,7 @@ void PluginProcess::onFact(const std::string& name, const nlohmann::json& value)
     } else if (name == "delivered" || name == "jobs" || name == "slowest") {
         m_outcome.numbers[name] = value.get<long long>();
     } else {
-        throw std::out_of_range("no fact " + name);
+        throw std::out_of_range("unknown fact " + name);
     }
 }
 

@@ -1,4 +1,4 @@
-// The process that runs the plugin, as the command sees it.
+// Starts and watches the process that runs the plugin: corvane-check-runner.
 #pragma once
 
 #include <sys/types.h>
@@ -19,25 +19,25 @@
 
 namespace corvane::check {
 
-/// Where corvane-check-runner is. Throws CheckError if it isn't installed.
+/// Returns the path of corvane-check-runner. Throws CheckError if it isn't installed.
 std::filesystem::path findRunner();
 
-/// What became of a run.
+/// The result of a run.
 struct ProcessOutcome {
     std::vector<std::pair<std::string, std::string>> findings;  // id and detail
-    std::map<std::string, long long> numbers;                   // facts of these two kinds,
-    std::map<std::string, std::string> texts;                   // as the host names them
-    bool isDone = false;  // the plugin has gone through everything
+    std::map<std::string, long long> numbers;                   // facts with a number
+    std::map<std::string, std::string> texts;                   // facts with a text
+    bool isDone = false;                                        // the runner completed all steps
     bool timedOut = false;
     std::optional<int> signal;        // of a crash
-    std::optional<int> exitStatus;    // if it ended by itself
-    std::string step;                 // what the plugin was doing then; or empty
-    std::vector<std::string> frames;  // where, the innermost first
-    std::string output;               // the end of both streams
+    std::optional<int> exitStatus;    // if it exited
+    std::string step;                 // the step of the plugin at the end; or empty
+    std::vector<std::string> frames;  // the innermost first
+    std::string output;               // last part of standard output and error
 };
 
-/// Owner: the command, on its thread. One object for each run. No process of the plugin survives
-/// it. Errors: CheckError, also when the user stops the command.
+/// Owner: the command, on its thread. One object for each run. Kills all processes of the plugin at
+/// the end. Errors: CheckError, also if the user interrupts the command.
 class PluginProcess {
 public:
     explicit PluginProcess(const WorkDirectory& workDirectory);
@@ -45,8 +45,8 @@ public:
     PluginProcess(const PluginProcess&) = delete;
     PluginProcess& operator=(const PluginProcess&) = delete;
 
-    /// Runs the host with `arguments`: mode, file, and what follows the pipe. The process is
-    /// ended after the limit at the latest.
+    /// Runs corvane-check-runner with the arguments `mode`, `file`, the descriptor of the pipe, and
+    /// `more`. Kills the process when `limit` is reached.
     ProcessOutcome run(const std::string& mode, const std::string& file,
                        const std::vector<std::string>& more, std::chrono::milliseconds limit);
 
@@ -69,7 +69,7 @@ private:
     pid_t m_id = -1;
     int m_pipe = -1;
     int m_process = -1;
-    bool m_isHeld = false;                 // by its own signal handler
+    bool m_isHeld = false;                 // stopped in its signal handler
     std::map<pid_t, std::string> m_steps;  // by thread
     ProcessOutcome m_outcome;
 };

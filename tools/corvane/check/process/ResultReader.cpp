@@ -1,4 +1,4 @@
-// Reads what the host tells.
+// Reads the messages of corvane-check-runner.
 #include "tools/corvane/check/process/ResultReader.h"
 
 #include <limits.h>
@@ -16,15 +16,15 @@ namespace corvane::check {
 
 namespace {
 
-// A plugin that subscribes to everything makes for a tenth of it.
-constexpr std::size_t mostMebibytes = 4;
-// The host writes each line at once.
-constexpr std::size_t longestLine = PIPE_BUF;
+// A plugin that subscribes to all events needs a tenth of it.
+constexpr std::size_t maxMebibytes = 4;
+// The runner writes each line atomically.
+constexpr std::size_t maxLineBytes = PIPE_BUF;
 
 [[noreturn]] void refuse(const std::string& line) {
-    constexpr std::size_t mostShown = 100;
+    constexpr std::size_t maxShownBytes = 100;
     throw CheckError("the check failed: a result of the plugin's process is malformed: " +
-                     tool::printable(line.substr(0, mostShown)));
+                     tool::printable(line.substr(0, maxShownBytes)));
 }
 
 }  // namespace
@@ -39,9 +39,9 @@ ResultReader::Outcome ResultReader::readFrom(int fd) {
         return Outcome::End;
     }
     m_size += static_cast<std::size_t>(size);
-    if (m_size > mostMebibytes << 20) {
+    if (m_size > maxMebibytes << 20) {
         throw CheckError("the check failed: the plugin's process sent more than " +
-                         std::to_string(mostMebibytes) + " MiB of results");
+                         std::to_string(maxMebibytes) + " MiB of results");
     }
     take({buffer.data(), static_cast<std::size_t>(size)});
     return Outcome::Read;
@@ -51,7 +51,7 @@ void ResultReader::take(std::string_view chunk) {
     while (!chunk.empty()) {
         const auto end = std::min(chunk.find('\n'), chunk.size());
         m_line += chunk.substr(0, end);
-        if (m_line.size() > longestLine) {
+        if (m_line.size() > maxLineBytes) {
             refuse(m_line);
         }
         if (end == chunk.size()) {
@@ -65,7 +65,7 @@ void ResultReader::take(std::string_view chunk) {
 
 void ResultReader::takeLine() {
     if (m_line.empty()) {
-        return;  // what a crash tells begins with one
+        return;  // the crash handler begins with a newline
     }
     try {
         m_onMessage(nlohmann::json::parse(m_line));

@@ -1,5 +1,5 @@
-// Reads what the host tells: a JSON object in each line of a pipe. A plugin can write there, too,
-// so nothing is taken for granted.
+// Reads the messages of corvane-check-runner from a pipe: a JSON object on each line. The plugin
+// can write to the pipe as well, so every message is validated.
 #pragma once
 
 #include <cstddef>
@@ -10,18 +10,18 @@
 
 namespace corvane::check {
 
-/// Owner: PluginProcess, on its thread. Errors: CheckError for what the host never sends, and for
-/// too much.
+/// Owner: PluginProcess, on its thread. Errors: CheckError for a malformed message, and for too
+/// many.
 class ResultReader {
 public:
     using OnMessage = std::function<void(const nlohmann::json&)>;
 
-    /// `onMessage` may throw what nlohmann::json throws, and std::out_of_range, at a message that
-    /// isn't one.
+    /// `onMessage` throws an exception of nlohmann::json or std::out_of_range for a malformed
+    /// message.
     explicit ResultReader(OnMessage onMessage) : m_onMessage(std::move(onMessage)) {}
 
     enum class Outcome { Read, Nothing, End };
-    /// One read from a descriptor that doesn't block.
+    /// Reads once from a non-blocking descriptor.
     Outcome readFrom(int fd);
 
 private:
@@ -29,7 +29,7 @@ private:
     void takeLine();
 
     const OnMessage m_onMessage;
-    std::string m_line;  // as far as it has been read
+    std::string m_line;  // the incomplete last line
     std::size_t m_size = 0;
 };
 

@@ -1,4 +1,4 @@
-// What a plugin's life in a process of its own shows.
+// Runs the plugin in a separate process and adds findings.
 #include "tools/corvane/check/process/RunningCheck.h"
 
 #include <signal.h>
@@ -8,15 +8,14 @@
 #include <sstream>
 #include <string_view>
 
-#include "tools/corvane/check/runner/DroppingStep.h"
-#include "tools/corvane/check/runner/HangSignal.h"
+#include "tools/corvane/check/runner/RunnerProtocol.h"
 
 namespace corvane::check {
 
 namespace {
 
-constexpr std::size_t mostFrames = 16;
-constexpr std::size_t mostLines = 12;
+constexpr std::size_t maxShownFrames = 16;
+constexpr std::size_t maxShownLines = 12;
 
 std::vector<std::string> words(const std::string& text) {
     std::istringstream stream(text);
@@ -33,8 +32,8 @@ std::vector<std::string> lastLines(const std::string& text) {
     for (std::string line; std::getline(stream, line);) {
         lines.push_back(line);
     }
-    if (lines.size() > mostLines) {
-        lines.erase(lines.begin(), lines.end() - mostLines);
+    if (lines.size() > maxShownLines) {
+        lines.erase(lines.begin(), lines.end() - maxShownLines);
     }
     return lines;
 }
@@ -43,7 +42,7 @@ std::string during(const ProcessOutcome& outcome) {
     return outcome.step.empty() ? "" : "during " + outcome.step;
 }
 
-// What lies below the plugin's outermost function is the daemon's and the same for all.
+// Leaves out the frames of the daemon below the plugin's outermost function.
 void addFrames(const char* id, const ProcessOutcome& outcome, const std::string& plugin,
                Findings& findings) {
     const auto isOfPlugin = [&](const std::string& frame) {
@@ -53,7 +52,7 @@ void addFrames(const char* id, const ProcessOutcome& outcome, const std::string&
     const auto known = last == outcome.frames.rend()
                            ? outcome.frames.size()
                            : static_cast<std::size_t>(outcome.frames.rend() - last);
-    for (std::size_t i = 0; i < std::min(known, mostFrames); ++i) {
+    for (std::size_t i = 0; i < std::min(known, maxShownFrames); ++i) {
         findings.add(id, '#' + std::to_string(i) + ' ' + outcome.frames[i]);
     }
 }
@@ -64,7 +63,8 @@ std::string nameOfSignal(int number) {
 }
 
 void addEnd(const ProcessOutcome& outcome, Findings& findings) {
-    // From "==4711==ERROR: AddressSanitizer: ..." or "file:1:2: runtime error: ..." on.
+    // A report begins with "==4711==ERROR: AddressSanitizer: ..." or "file:1:2: runtime error:
+    // ...".
     const auto& output = outcome.output;
     const auto report = std::min(output.find("Sanitizer: "), output.find(": runtime error: "));
     if (report != std::string::npos && outcome.exitStatus != 0) {
@@ -72,7 +72,7 @@ void addEnd(const ProcessOutcome& outcome, Findings& findings) {
         const auto line = output.rfind('\n', report);
         std::istringstream lines(output.substr(line == std::string::npos ? 0 : line + 1));
         std::string text;
-        for (std::size_t i = 0; i < mostFrames && std::getline(lines, text); ++i) {
+        for (std::size_t i = 0; i < maxShownFrames && std::getline(lines, text); ++i) {
             findings.add("sanitizer-report", text);
         }
     } else if (!outcome.isDone || outcome.exitStatus != 0) {
@@ -99,7 +99,7 @@ void addOutcome(const ProcessOutcome& outcome, const std::string& plugin, Findin
     } else if (outcome.signal == hangSignal && findings.has("leftover-threads")) {
         addFrames("leftover-threads", outcome, plugin, findings);
     } else if (outcome.signal) {
-        // std::terminate has said why, and what it aborts isn't another mistake.
+        // The abort of std::terminate belongs to the uncaught exception.
         const bool isTerminate = *outcome.signal == SIGABRT && findings.has("uncaught-exception");
         const char* const id = isTerminate ? "uncaught-exception" : "crash";
         if (!isTerminate) {
@@ -115,8 +115,8 @@ void addOutcome(const ProcessOutcome& outcome, const std::string& plugin, Findin
 
 namespace {
 
-// Whether the plugin is ready for tasks that are dropped. Only where nothing else is wrong: the
-// events are delivered once more.
+// Checks whether the plugin survives dropped tasks. This delivers the events once more, so it is
+// done only if there are no other findings.
 void checkDropping(const WorkDirectory& workDirectory, const Limits& limits, Findings& findings) {
     const auto isHarmless = [](const Finding& finding) {
         return finding.kind->id == std::string_view("stays-loaded");
@@ -151,7 +151,7 @@ Facts checkRunning(const WorkDirectory& workDirectory, const Limits& limits, Fin
     const bool isPinned = findings.has("unique-symbols") || findings.has("nodelete");
     for (const auto& finding : found.list()) {
         if (isPinned && finding.kind->id == std::string("stays-loaded")) {
-            continue;  // the reason is known already
+            continue;  // a static finding gives the reason
         }
         findings.add(finding.kind->id);
         for (const auto& detail : finding.details) {

@@ -1,4 +1,4 @@
-// What a plugin's life in a process of its own shows.
+// Runs the plugin in a separate process and adds findings.
 #pragma once
 
 #include <chrono>
@@ -12,24 +12,24 @@
 
 namespace corvane::check {
 
-/// What was done, for those who want to know that something was done.
+/// What the run did.
 struct Facts {
     std::optional<std::vector<std::string>> events;  // subscribed to by PLUGIN_INIT
     std::optional<long long> delivered;
     long long jobs = 0;
     long long slowestMs = 0;
-    std::string log;  // of the plugin and the daemon
+    std::string log;  // output of the plugin and the daemon
 };
 
 struct Limits {
-    std::chrono::milliseconds slow;
-    std::chrono::milliseconds whole;
+    std::chrono::milliseconds slow;   // for a callback or job
+    std::chrono::milliseconds whole;  // for each run
 };
 
-/// Adds to `findings`.
+/// Runs the plugin and adds to `findings`.
 Facts checkRunning(const WorkDirectory& workDirectory, const Limits& limits, Findings& findings);
 
-/// Adds what the end of the process tells. `plugin` is the name of the library's file.
+/// Adds findings from the result of a run. `plugin` is the file name of the library.
 void addOutcome(const ProcessOutcome& outcome, const std::string& plugin, Findings& findings);
 
 }  // namespace corvane::check

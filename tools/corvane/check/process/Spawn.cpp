@@ -91,9 +91,9 @@ pid_t spawn(const SpawnOptions& options) {
 }
 
 std::string tailOf(const std::filesystem::path& file) {
-    constexpr std::streamoff mostBytes = 16 << 20;
+    constexpr std::streamoff maxBytes = 16 << 20;
     std::ifstream stream(file, std::ios::binary | std::ios::ate);
-    stream.seekg(std::max<std::streamoff>(stream.tellg() - mostBytes, 0));
+    stream.seekg(std::max<std::streamoff>(stream.tellg() - maxBytes, 0));
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 

@@ -13,15 +13,16 @@ namespace corvane::check {
 struct SpawnOptions {
     std::vector<std::string> command;  // the first is a path
     std::filesystem::path directory;
-    std::map<std::string, std::string> environment;  // added to the caller's
-    std::filesystem::path output;                    // gets both streams
-    int keptFd = -1;                                 // is descriptor 3 there
+    std::map<std::string, std::string> environment;  // replaces or adds to the caller's
+    std::filesystem::path output;                    // file for standard output and error
+    int keptFd = -1;                                 // becomes descriptor 3; -1: none
 };
 
-/// In a process group of its own, with no signal blocked and nothing to read. Throws CheckError.
+/// Starts the program in a new process group, with no blocked signals and an empty standard input.
+/// Throws CheckError.
 pid_t spawn(const SpawnOptions& options);
 
-/// What is in a file, of a large one the last 16 MiB; empty if there is none.
+/// Returns the last 16 MiB of a file; nothing if the file is missing.
 std::string tailOf(const std::filesystem::path& file);
 
 }  // namespace corvane::check

@@ -16,11 +16,11 @@ WorkDirectory::WorkDirectory(const fs::path& library) : m_name(library.filename(
     std::error_code error;
     if (!fs::is_regular_file(library, error)) {
         throw CheckError(library.string() + " can't be checked: " +
-                         (error ? error.message() : "it is no regular file"));
+                         (error ? error.message() : "it is not a regular file"));
     }
     auto path = (fs::temp_directory_path() / "corvane-check-XXXXXX").string();
     if (mkdtemp(path.data()) == nullptr) {
-        throw CheckError("no directory can be made like " + path + ": " + std::strerror(errno));
+        throw CheckError("the directory " + path + " can't be created: " + std::strerror(errno));
     }
     m_directory = path;
     fs::create_directory(plugins());

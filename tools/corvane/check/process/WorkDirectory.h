@@ -1,4 +1,5 @@
-// The directory in which a plugin is checked, with nothing of the user's in reach.
+// The temporary directory in which a plugin is checked, and the environment that keeps it away from
+// the user's session.
 #pragma once
 
 #include <filesystem>
@@ -7,23 +8,23 @@
 
 namespace corvane::check {
 
-/// Owner: the command. Removes the directory at its end. Throws CheckError and what the
-/// file system throws.
+/// Owner: the command, on its thread. The destructor removes the directory. Errors: CheckError and
+/// std::filesystem::filesystem_error.
 class WorkDirectory {
 public:
-    /// Copies the library into plugins/ below a new directory.
+    /// Creates the directory and copies the library into its folder plugins/.
     explicit WorkDirectory(const std::filesystem::path& library);
     ~WorkDirectory();
     WorkDirectory(const WorkDirectory&) = delete;
     WorkDirectory& operator=(const WorkDirectory&) = delete;
 
     const std::filesystem::path& path() const { return m_directory; }
-    /// The name of the library's file.
+    /// The file name of the library.
     const std::string& name() const { return m_name; }
     std::filesystem::path plugins() const { return m_directory / "plugins"; }
     std::filesystem::path copy() const { return plugins() / m_name; }
 
-    /// For a process that runs the plugin: no bus, no sound server, settings of its own.
+    /// The environment of a process that runs the plugin: no bus, no sound server, own settings.
     std::map<std::string, std::string> environment() const;
 
 private:

@@ -1,4 +1,4 @@
-// The daemon's broker, which records the plugin's subscriptions.
+// The daemon's broker, which also records the plugin's subscriptions.
 #pragma once
 
 #include <functional>
@@ -8,7 +8,7 @@
 
 namespace corvane::check {
 
-/// Owner: the plugin's object; the subscriptions outlive it. Threads: as IRequestBroker.
+/// Owner: CheckedPlugin; `subscriptions` must outlive it. Threads: as IRequestBroker.
 class CheckedBroker : public RequestBroker {
 public:
     CheckedBroker(ITaskInvoker* invoker, Subscriptions& subscriptions)

@@ -1,4 +1,4 @@
-// The daemon's plugin, with an eye on what runs in its task context.
+// The daemon's plugin, which also measures what runs in its task context.
 #include "tools/corvane/check/runner/CheckedPlugin.h"
 
 #include <memory>
@@ -12,9 +12,9 @@ namespace corvane::check {
 namespace {
 
 thread_local std::string origin;
-// The task this thread runs, in words; empty: none.
+// Description of the task that this thread runs; empty: none.
 thread_local std::string running;
-// Whether this thread hands in a task, and so may be the one that runs the context.
+// True while this thread is in invokeTask() and so may run the task context.
 thread_local bool isInside = false;
 
 std::string wordsFor(const std::string& taskOrigin) {
@@ -50,7 +50,7 @@ bool CheckedPlugin::wasSlow(const std::string& event) {
 }
 
 void CheckedPlugin::invokeTask(const ITaskInvoker::Task& task) {
-    // So it is between two tasks, too: what the first one held is destroyed then.
+    // Also true between two tasks, when objects that the first one captured are destroyed.
     const bool isRunner = isInside;
     if (!isRunner) {
         awaitRoom();
@@ -58,15 +58,16 @@ void CheckedPlugin::invokeTask(const ITaskInvoker::Task& task) {
     {
         const std::lock_guard lock(m_mutex);
         if (isRunner && m_waiting >= QUEUE_CAPACITY) {
-            report::finding("queue-full", "by " + (running.empty() ? "what a task held" : running));
+            report::finding("queue-full",
+                            "by " + (running.empty() ? "an object that a task captured" : running));
             return;
         }
         ++m_waiting;
     }
-    handIn([this, task, from = TaskOrigin::current()] { run(task, from); });
+    enqueue([this, task, from = TaskOrigin::current()] { run(task, from); });
 }
 
-void CheckedPlugin::handIn(const ITaskInvoker::Task& task) {
+void CheckedPlugin::enqueue(const ITaskInvoker::Task& task) {
     struct Scope {
         const bool before = std::exchange(isInside, true);
         ~Scope() { isInside = before; }
@@ -74,8 +75,8 @@ void CheckedPlugin::handIn(const ITaskInvoker::Task& task) {
     Plugin::invokeTask(task);
 }
 
-// Several threads that meet a full queue wait for 15 s, all but one, even if there is room
-// again soon. That is the daemon's business, so here no queue gets full but by a task.
+// If several threads meet a full queue, all but one wait for 15 s, even if room is free earlier.
+// That isn't the plugin's fault, so delivering threads wait here and only tasks can fill the queue.
 void CheckedPlugin::awaitRoom() {
     std::unique_lock lock(m_mutex);
     const auto hasRoom = [this] { return m_waiting < QUEUE_CAPACITY / 2; };
@@ -91,7 +92,7 @@ bool CheckedPlugin::hasWaiting() {
 void CheckedPlugin::drain() {
     for (unsigned i = 0; i < QUEUE_CAPACITY && hasWaiting(); ++i) {
         try {
-            handIn([] {});
+            enqueue([] {});
         } catch (...) {
             report::finding("callback-exception", report::currentException());
         }
@@ -125,7 +126,7 @@ void CheckedPlugin::run(const ITaskInvoker::Task& task, const std::string& from)
     task();
 }
 
-// Under the mutex.
+// Call with m_mutex held.
 void CheckedPlugin::onEnd(const std::string& from, std::chrono::milliseconds duration) {
     auto slowest = m_slowestMs.load();
     while (duration.count() > slowest &&

@@ -1,4 +1,4 @@
-// The daemon's plugin, with an eye on what runs in its task context.
+// The daemon's plugin, which also measures what runs in its task context.
 #pragma once
 
 #include <atomic>
@@ -13,8 +13,8 @@
 
 namespace corvane::check {
 
-/// Where a task comes from, on the thread that hands it in: an event or, if empty, the
-/// plugin. Threads: each has its own.
+/// RAII: names the origin of the tasks that this thread enqueues: an event or, if empty, the
+/// plugin. Threads: each has its own origin.
 class TaskOrigin {
 public:
     explicit TaskOrigin(std::string event);
@@ -28,32 +28,32 @@ private:
     std::string m_before;
 };
 
-/// Owner: the rehearsal. Threads: as Plugin.
+/// Owner: PluginRun or main. Threads: as Plugin.
 class CheckedPlugin : public Plugin {
 public:
     explicit CheckedPlugin(std::chrono::milliseconds slowLimit) : m_slowLimit(slowLimit) {}
 
-    /// As Plugin::create, with a broker that keeps `subscriptions`.
+    /// As Plugin::create, with a broker that records to `subscriptions`.
     void create(const std::string& name, Subscriptions& subscriptions);
 
     bool isOpen() const { return m_handle != nullptr; }
-    /// Whether a callback of that event was slow.
+    /// Returns true if a callback of that event was slow.
     bool wasSlow(const std::string& event);
     long long slowestMs() const { return m_slowestMs; }
     unsigned jobs() const { return m_jobs; }
 
-    /// As Plugin's, but reports what takes too long. A task for which the daemon would wait
-    /// in vain is reported and dropped.
+    /// As Plugin::invokeTask, but reports slow tasks. If the queue is full and the daemon would
+    /// time out, it reports that and drops the task.
     void invokeTask(const ITaskInvoker::Task& task) override;
 
-    /// Runs what still waits in the task context: a task that threw left it, or a task handed
-    /// in just when another ended. The next event would have brought it along.
+    /// Runs the tasks that are still queued because a task threw, or because a task was enqueued
+    /// just when another ended. In the daemon, the next event would run them.
     void drain();
 
 private:
     bool hasWaiting();
     void awaitRoom();
-    void handIn(const ITaskInvoker::Task& task);
+    void enqueue(const ITaskInvoker::Task& task);
     void run(const ITaskInvoker::Task& task, const std::string& origin);
     void onEnd(const std::string& origin, std::chrono::milliseconds duration);
 
@@ -62,7 +62,7 @@ private:
     std::atomic<long long> m_slowestMs = 0;
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    unsigned m_waiting = 0;  // tasks handed in and not begun
+    unsigned m_waiting = 0;  // tasks that are queued and not started
     bool m_isRunning = false;
     std::set<std::string> m_slow;
 };

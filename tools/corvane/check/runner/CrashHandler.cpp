@@ -1,5 +1,5 @@
-// Tells the command where a thread was when a signal ended it. The command names the
-// frames: it can read the libraries' symbols in peace.
+// Reports the stack frames of a crashed thread to the command. The command symbolizes them, which
+// isn't safe in a signal handler.
 #include "tools/corvane/check/runner/CrashHandler.h"
 
 #include <execinfo.h>
@@ -14,21 +14,21 @@
 #include <cstdlib>
 #include <exception>
 
-#include "tools/corvane/check/runner/HangSignal.h"
 #include "tools/corvane/check/runner/Report.h"
+#include "tools/corvane/check/runner/RunnerProtocol.h"
 
 namespace corvane::check::crash {
 
 namespace {
 
 constexpr std::size_t stackSize = 131072;
-constexpr int mostFrames = 64;
+constexpr int maxFrames = 64;
 
-// Where the thread was interrupted; null where the machine isn't known.
+// The interrupted instruction; null on an unknown architecture.
 void* interruptedAt([[maybe_unused]] void* context) {
 #if defined(__x86_64__)
     const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): a register is what it is
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): registers are integers
     return reinterpret_cast<void*>(machine->gregs[REG_RIP]);
 #elif defined(__aarch64__)
     const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
@@ -39,13 +39,13 @@ void* interruptedAt([[maybe_unused]] void* context) {
 }
 
 void onSignal(int number, siginfo_t* info, void* context) {
-    static std::atomic<bool> isTold = false;
-    while (isTold.exchange(true)) {
-        pause();  // another thread tells already, and the command ends the process
+    static std::atomic<bool> isReported = false;
+    while (isReported.exchange(true)) {
+        pause();  // another thread reports already, and the command kills the process
     }
-    std::array<void*, mostFrames> frames;
-    const int count = backtrace(frames.data(), mostFrames);
-    // Above the interrupted function are this handler and what called it.
+    std::array<void*, maxFrames> frames;
+    const int count = backtrace(frames.data(), maxFrames);
+    // Skip the frames of this handler and its caller.
     int first = 0;
     while (first < count && frames[first] != interruptedAt(context)) {
         ++first;
@@ -93,7 +93,7 @@ SignalStack::~SignalStack() {
 
 void install() {
     static SignalStack forMainThread;
-    // The first call loads a library, for which a handler is no place.
+    // The first call loads a library, which isn't safe in a signal handler.
     void* frame = nullptr;
     backtrace(&frame, 1);
     struct sigaction action {};

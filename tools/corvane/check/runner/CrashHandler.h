@@ -1,14 +1,15 @@
-// Tells the command where a thread was when a signal ended it, and holds the process
-// still until the command has looked at it.
+// Reports the stack frames of a crashed thread to the command, and stops the process until the
+// command has read its memory map.
 #pragma once
 
 namespace corvane::check::crash {
 
-/// For the signals of a crash, and for hangSignal, by which the command asks a thread that
-/// hangs. Also for std::terminate. Once, on the main thread, after report::open.
+/// Handles the signals of a crash, hangSignal and std::terminate. Call once, on the main thread,
+/// after report::open.
 void install();
 
-/// Lets this thread report the overflow of its stack. The main thread has it already.
+/// An alternate signal stack, so that this thread can report a stack overflow. install() makes the
+/// main thread's.
 class SignalStack {
 public:
     SignalStack();

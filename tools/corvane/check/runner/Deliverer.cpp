@@ -1,4 +1,4 @@
-// Delivers the events that a plugin subscribed to.
+// Delivers the events to which a plugin subscribed.
 #include "tools/corvane/check/runner/Deliverer.h"
 
 #include "platform/host/events/EventArguments.h"
@@ -26,7 +26,7 @@ void Deliverer::deliver(const Event& event, const EventVariant& variant) {
     try {
         m_delivered += deliveryOf(event).deliver(event, variant.values);
     } catch (const InvalidValue&) {
-        // The platform never delivers that.
+        // The platform never delivers this combination.
     } catch (...) {
         report::finding("callback-exception", name + ": " + report::currentException());
     }

@@ -1,4 +1,4 @@
-// Delivers the events that a plugin subscribed to.
+// Delivers the events to which a plugin subscribed.
 #pragma once
 
 #include <atomic>
@@ -13,16 +13,16 @@
 
 namespace corvane::check {
 
-/// Owner: the rehearsal. Threads: deliverAll any, the other the main thread.
+/// Owner: PluginRun or main. Threads: deliverAll any; the others the main thread.
 class Deliverer {
 public:
     Deliverer(CheckedPlugin& plugin, const Subscriptions& subscriptions)
         : m_plugin(plugin), m_subscriptions(subscriptions) {}
 
-    /// On this thread, every event in all its forms. A slow one only in its first.
+    /// Delivers all variants of every event on this thread; of a slow event only the first.
     void deliverAll();
-    /// On several threads at once, all events, some times. Returns at once; `onEnd` is called
-    /// on a thread.
+    /// Delivers all events several times on several threads. Returns immediately; the last thread
+    /// calls `onEnd`.
     void deliverOnThreads(void (*onEnd)(void*), void* data);
     void joinThreads();
 

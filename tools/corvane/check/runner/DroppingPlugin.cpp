@@ -5,8 +5,8 @@
 #include <string>
 
 #include "taskExecutor/TaskExecutor.h"
-#include "tools/corvane/check/runner/DroppingStep.h"
 #include "tools/corvane/check/runner/Report.h"
+#include "tools/corvane/check/runner/RunnerProtocol.h"
 
 namespace corvane::check {
 
@@ -33,7 +33,7 @@ void DroppingPlugin::invokeTask(const ITaskInvoker::Task& task) {
     }
     const auto context = makeContext();
     context->Schedule([&] {
-        context->TerminateSync(0);  // queued, and awaited for no time: this very task must end
+        context->TerminateSync(0);  // queued; no wait, because this task must end first
         task();
         report::step(std::string(droppingStep) + event);
     });

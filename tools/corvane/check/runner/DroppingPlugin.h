@@ -1,5 +1,5 @@
-// A plugin whose task context ends while a callback runs, as at a daemon's end: what the callback
-// requests is queued behind the termination, and dropped without being run.
+// A plugin whose task context ends while a callback runs, as when the daemon shuts down. Tasks that
+// the callback requests are queued behind the termination and dropped without being run.
 #pragma once
 
 #include <memory>
@@ -16,8 +16,8 @@ class DroppingPlugin : public CheckedPlugin {
 public:
     DroppingPlugin();
 
-    /// Runs an event's task in a context of its own that ends with it. Other tasks go to the
-    /// context that was made last.
+    /// Runs the task of an event in a new context that ends with the task. Other tasks go to the
+    /// newest context.
     void invokeTask(const ITaskInvoker::Task& task) override;
 
 private:

@@ -1,4 +1,4 @@
-// The legal forms of an event that a plugin must be ready for.
+// The legal variants of an event.
 #include "tools/corvane/check/runner/EventVariants.h"
 
 #include <span>
@@ -11,7 +11,7 @@ using namespace corvane::host;
 
 namespace {
 
-std::vector<std::string> oddTexts(const Field& field) {
+std::vector<std::string> otherValues(const Field& field) {
     switch (field.kind) {
         case Kind::Boolean:
             return {field.defaultText == std::string("true") ? "false" : "true"};
@@ -36,7 +36,7 @@ std::vector<std::string> oddTexts(const Field& field) {
 void addVariants(std::vector<EventVariant>& variants, const Event& event,
                  std::span<const Field> fields) {
     for (const auto& field : fields) {
-        for (const auto& text : oddTexts(field)) {
+        for (const auto& text : otherValues(field)) {
             Values values(event);
             values.set(field, parseValue(field, text));
             variants.push_back({std::move(values), std::string(field.name) + '=' + text});

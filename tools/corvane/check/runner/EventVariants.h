@@ -1,4 +1,4 @@
-// The legal forms of an event that a plugin must be ready for.
+// The legal variants of an event. A plugin must handle all of them.
 #pragma once
 
 #include <string>
@@ -11,12 +11,11 @@ namespace corvane::check {
 
 struct EventVariant {
     corvane::host::Values values;
-    std::string difference;  // from the defaults, as `corvane emit` takes it; or empty
+    std::string difference;  // from the defaults, in the form of `corvane emit`; or empty
 };
 
-/// The defaults, then in each one value that is different: empty texts and arrays, no
-/// record, each boolean and each value of an enumeration. Some may be refused by the
-/// platform, which knows what goes together.
+/// Returns the defaults, then variants that differ in one value: an empty text or array, no record,
+/// the other boolean, each value of an enumeration. The platform may refuse a combination.
 std::vector<EventVariant> variantsOf(const corvane::host::Event& event);
 
 }  // namespace corvane::check

@@ -1,4 +1,4 @@
-// A plugin's whole life, as the daemon would lead it, under observation.
+// Runs a plugin from loading to unloading, as the daemon does, and reports findings.
 #include "tools/corvane/check/runner/PluginRun.h"
 
 #include <Ecore.h>
@@ -48,7 +48,7 @@ PluginRun::PluginRun(const std::string& name, std::chrono::milliseconds slowLimi
 
 pid_t PluginRun::run() {
     m_plugin.create(m_name, m_subscriptions);
-    // A handle of our own: what the plugin left behind can be looked at before it is unloaded.
+    // This second handle keeps the library loaded while the run looks for leftovers.
     report::step("the opening of the library");
     void* const handle = dlopen((PLUGIN_PATH + "/" + m_name).c_str(), RTLD_LAZY);
     if (handle == nullptr) {
@@ -60,7 +60,7 @@ pid_t PluginRun::run() {
     }
     unload(isLoaded);
     RequestBroker broker(&m_plugin);
-    m_subscriptions.settle(broker);
+    m_subscriptions.reportAndUndo(broker);
     const pid_t thread = findLeftThread();
     if (thread == 0) {
         close(handle);
@@ -74,7 +74,7 @@ bool PluginRun::load() {
         m_plugin.load();
         report::step("");
     } catch (const std::exception& error) {
-        // The library is closed when PLUGIN_INIT said no, but not when it threw.
+        // The library is closed if PLUGIN_INIT returned an error, but not if it threw.
         report::finding(m_plugin.isOpen() ? "init-exception" : "init-failed",
                         m_plugin.isOpen() ? report::currentException() : error.what());
         return false;
@@ -92,9 +92,9 @@ bool PluginRun::load() {
 
 void PluginRun::playEvents() {
     const auto play = [](void* self) {
-        auto& rehearsal = *static_cast<PluginRun*>(self);
-        rehearsal.m_deliverer.deliverAll();
-        rehearsal.m_deliverer.deliverOnThreads(
+        auto& run = *static_cast<PluginRun*>(self);
+        run.m_deliverer.deliverAll();
+        run.m_deliverer.deliverOnThreads(
             [](void* data) {
                 ecore_main_loop_thread_safe_call_async(
                     [](void* owner) {
@@ -106,11 +106,11 @@ void PluginRun::playEvents() {
             self);
     };
     ecore_job_add(play, this);
-    while (!m_played) {  // also where the plugin quits the loop
+    while (!m_played) {  // also if the plugin quits the loop
         ecore_main_loop_begin();
     }
     m_deliverer.joinThreads();
-    report::step("the tasks that still wait");
+    report::step("the tasks that are still queued");
     m_plugin.drain();
     report::step("");
     report::fact("delivered", m_deliverer.delivered());
@@ -135,7 +135,7 @@ void PluginRun::unload(bool isLoaded) {
 }
 
 pid_t PluginRun::findLeftThread() {
-    // A thread that was joined or is on its way out may still be listed for a moment.
+    // The kernel may still list a thread for a moment after it was joined.
     const auto limit = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
     std::set<std::string> left;
     do {
@@ -154,7 +154,7 @@ pid_t PluginRun::findLeftThread() {
 void PluginRun::close(void* handle) {
     report::step("the unloading of the library");
     dlclose(handle);
-    // Has PLUGIN_DEINIT thrown, the daemon's handle is still open.
+    // If PLUGIN_DEINIT threw, the daemon's handle is still open.
     report::step("the end of the task context");
     m_plugin.tearDown();
     report::step("the main loop, after the library was unloaded");

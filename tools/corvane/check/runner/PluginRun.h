@@ -1,4 +1,4 @@
-// A plugin's whole life, as the daemon would lead it, under observation.
+// Runs a plugin from loading to unloading, as the daemon does, and reports findings.
 #pragma once
 
 #include <sys/types.h>
@@ -13,14 +13,14 @@
 
 namespace corvane::check {
 
-/// Owner: main, on the main thread. Everything found goes into the report.
+/// Owner: main, on the main thread. Sends its findings with report::finding.
 class PluginRun {
 public:
-    /// `name` is that of the file in the plugin directory.
+    /// `name` is the file name in the plugin directory.
     PluginRun(const std::string& name, std::chrono::milliseconds slowLimit);
 
-    /// The id of a thread of the plugin's that goes on; 0: none does. Where one does, the
-    /// library is left open, and the process is to be ended at once.
+    /// Returns the id of a thread of the plugin that is still running, or 0. If there is one, the
+    /// library stays open, and the caller must end the process at once.
     pid_t run();
 
 private:

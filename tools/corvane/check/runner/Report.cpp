@@ -1,4 +1,4 @@
-// What the host tells the command.
+// Sends messages to the command.
 #include "tools/corvane/check/runner/Report.h"
 
 #include <cxxabi.h>
@@ -27,10 +27,10 @@ std::string lineOf(const Json& object) {
     return object.dump(-1, ' ', true, Json::error_handler_t::replace) + '\n';
 }
 
-// In one piece, which is what a pipe promises for so much.
+// Writes of up to PIPE_BUF bytes to a pipe are atomic.
 void send(const std::string& line) {
     if (write(pipeEnd, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
-        _exit(EXIT_FAILURE);  // nobody listens any more
+        _exit(EXIT_FAILURE);  // the command has ended
     }
 }
 
@@ -61,12 +61,12 @@ void step(const std::string& what) {
 }
 
 void finding(std::string_view id, const std::string& detail) {
-    constexpr std::size_t mostFindings = 1000;
-    // Never destroyed: std::terminate may be called when all else has been.
-    static auto& told = *new std::set<std::pair<std::string, std::string>>;
+    constexpr std::size_t maxFindings = 1000;
+    // Never destroyed: std::terminate may be called after static objects were destroyed.
+    static auto& sent = *new std::set<std::pair<std::string, std::string>>;
     {
         const std::lock_guard lock(mutex);
-        if (told.size() == mostFindings || !told.emplace(id, detail).second) {
+        if (sent.size() == maxFindings || !sent.emplace(id, detail).second) {
             return;
         }
     }
@@ -95,7 +95,7 @@ std::string currentException() {
     std::string text = demangled == nullptr ? type->name() : demangled;
     std::free(demangled);
     try {
-        // cppcheck-suppress rethrowNoCurrentException ; there is one, it has a type
+        // cppcheck-suppress rethrowNoCurrentException ; its type was found above
         throw;
     } catch (const std::exception& error) {
         text += std::string(": ") + error.what();

@@ -1,4 +1,4 @@
-// What the host tells the command: a JSON object in each line of a pipe.
+// Sends messages to the command: a JSON object on each line of a pipe.
 #pragma once
 
 #include <string>
@@ -7,21 +7,22 @@
 /// Threads: any.
 namespace corvane::check::report {
 
-/// Once, at first. The plugin's own children don't get the pipe.
+/// Sets the descriptor of the pipe, before all other functions. The plugin's children don't inherit
+/// it.
 void open(int fd);
 int fd();
 
-/// What this thread does from now on; empty: nothing with the plugin.
+/// Names what this thread does with the plugin from now on; empty: nothing.
 void step(const std::string& what);
-/// Only once, if it is told more often, and only the 1000 first.
+/// Sends each pair of id and detail once, and at most 1000 of them.
 void finding(std::string_view id, const std::string& detail);
 void fact(std::string_view name, long long value);
 void fact(std::string_view name, const std::string& value);
 
-/// The plugin has gone through everything.
+/// Reports that all steps are completed.
 void done();
 
-/// The exception that is being handled, in words.
+/// Describes the exception that is being handled.
 std::string currentException();
 
 }  // namespace corvane::check::report

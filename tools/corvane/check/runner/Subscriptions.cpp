@@ -1,4 +1,4 @@
-// What the plugin has subscribed to.
+// Records the subscriptions of the plugin.
 #include "tools/corvane/check/runner/Subscriptions.h"
 
 #include <algorithm>
@@ -83,7 +83,7 @@ std::vector<std::string> Subscriptions::events() const {
     return names;
 }
 
-void Subscriptions::settle(RequestBroker& broker) {
+void Subscriptions::reportAndUndo(RequestBroker& broker) {
     const std::lock_guard lock(m_mutex);
     for (auto& [type, count] : m_counts) {
         if (count == 0) {

@@ -1,4 +1,4 @@
-// What the plugin has subscribed to.
+// Records the subscriptions of the plugin.
 #pragma once
 
 #include <map>
@@ -11,22 +11,22 @@
 
 namespace corvane::check {
 
-/// Owner: the rehearsal. Threads: any. Reports what is wrong with an operation.
+/// Owner: PluginRun or main. Threads: any. Reports wrong uses of the operations as findings.
 class Subscriptions {
 public:
-    /// False if the subscription is not to be made.
+    /// Returns false if the broker must not be called.
     bool subscribe(CallbackType type, bool hasCallback);
     void unsubscribe(CallbackType type);
 
-    /// The names of the events that are subscribed to.
+    /// Returns the names of the events to which the plugin is subscribed.
     std::vector<std::string> events() const;
 
-    /// Reports what is still subscribed to, and unsubscribes `broker` from it.
-    void settle(RequestBroker& broker);
+    /// Reports the remaining subscriptions, and undoes them with `broker`.
+    void reportAndUndo(RequestBroker& broker);
 
 private:
     mutable std::mutex m_mutex;
-    std::map<CallbackType, int> m_counts;  // 0: it was subscribed to once
+    std::map<CallbackType, int> m_counts;  // 0: was subscribed before
 };
 
 }  // namespace corvane::check

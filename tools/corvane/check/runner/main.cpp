@@ -1,8 +1,8 @@
-// The daemon's stand-in for one plugin that is to be checked, in a process and a
-// directory of its own. `corvane check` starts it:
-//     corvane-check-runner open FILE FD          can the loader open it?
-//     corvane-check-runner run NAME FD SLOW_MS   lead plugins/NAME through its life
-//     corvane-check-runner drop NAME FD          drop tasks that its callbacks request
+// Runs one plugin in place of the daemon. `corvane check` starts this program in a temporary
+// directory. It writes messages to the descriptor FD.
+//     corvane-check-runner open FILE FD          opens FILE with the loader
+//     corvane-check-runner run NAME FD SLOW_MS   runs plugins/NAME from loading to unloading
+//     corvane-check-runner drop NAME FD          drops the tasks that its callbacks request
 #include <Ecore.h>
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
@@ -25,9 +25,9 @@
 #include "tools/corvane/check/runner/CrashHandler.h"
 #include "tools/corvane/check/runner/Deliverer.h"
 #include "tools/corvane/check/runner/DroppingPlugin.h"
-#include "tools/corvane/check/runner/HangSignal.h"
 #include "tools/corvane/check/runner/PluginRun.h"
 #include "tools/corvane/check/runner/Report.h"
+#include "tools/corvane/check/runner/RunnerProtocol.h"
 #include "tools/corvane/check/runner/Subscriptions.h"
 
 namespace {
@@ -42,18 +42,19 @@ void limit(decltype(RLIMIT_DATA) resource, rlim_t most) {
     setrlimit(resource, &limits);
 }
 
-// For this process and its children, and for good.
+// The limits hold for this process and its children, and can't be raised again.
 void limitPlugin() {
     constexpr rlim_t mebibyte = 1 << 20;
-    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);  // or the command couldn't end its children
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0,
+          0);  // otherwise the command might not be allowed to kill its children
     limit(RLIMIT_FSIZE, 128 * mebibyte);
-// A sanitizer reserves terabytes of addresses.
+// A sanitizer reserves terabytes of address space.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     limit(RLIMIT_DATA, 2048 * mebibyte);
 #endif
 }
 
-// As the daemon opens it.
+// Opens the library as the daemon does.
 void open(const std::string& path) {
     report::step("the opening of the library");
     if (void* const handle = dlopen(path.c_str(), RTLD_LAZY)) {
@@ -67,7 +68,7 @@ void open(const std::string& path) {
 
 void startPlatform() {
     if (ecore_init() == 0) {
-        throw std::runtime_error("the main loop can't be had");
+        throw std::runtime_error("the main loop can't be initialised");
     }
     bt_product_init();
     bt_audio_initialize();
@@ -76,13 +77,14 @@ void startPlatform() {
 
 void run(const std::string& name, std::chrono::milliseconds slowLimit) {
     startPlatform();
-    // With the first thread a thread checker starts one of its own, which is not the plugin's.
+    // ThreadSanitizer starts a background thread with the first one; it isn't the plugin's.
     std::thread([] {}).join();
     {
-        PluginRun rehearsal(name, slowLimit);
-        if (const pid_t thread = rehearsal.run()) {
+        PluginRun pluginRun(name, slowLimit);
+        if (const pid_t thread = pluginRun.run()) {
             report::done();
-            // It tells where it is, and the command ends the process. It may not listen.
+            // The thread reports its stack, and the command kills the process. The thread may block
+            // the signal, so don't wait forever.
             syscall(SYS_tgkill, getpid(), thread, hangSignal);
             sleep(1);
             _exit(EXIT_SUCCESS);
@@ -96,7 +98,7 @@ void run(const std::string& name, std::chrono::milliseconds slowLimit) {
     report::done();
 }
 
-// Without PLUGIN_DEINIT, which may wait for a task that was dropped.
+// PLUGIN_DEINIT isn't called: it may wait for a dropped task.
 [[noreturn]] void drop(const std::string& name) {
     startPlatform();
     Subscriptions subscriptions;
@@ -107,7 +109,7 @@ void run(const std::string& name, std::chrono::milliseconds slowLimit) {
         plugin.load();
         Deliverer(plugin, subscriptions).deliverAll();
     } catch (const std::exception&) {
-        // It may not succeed a second time.
+        // PLUGIN_INIT may fail when it is called a second time.
     }
     report::step("");
     report::done();

@@ -1,4 +1,4 @@
-// What a library's file tells without being loaded.
+// Reads a library's ELF file without loading it.
 #include "tools/corvane/check/static/ElfFile.h"
 
 #include <fcntl.h>
@@ -24,7 +24,7 @@ struct ElfEnd {
     void operator()(Elf* elf) const { elf_end(elf); }
 };
 
-// Owner of the descriptor that libelf reads from.
+// Owns the descriptor from which libelf reads.
 class File {
 public:
     explicit File(const std::filesystem::path& path)
@@ -38,7 +38,7 @@ private:
     int m_fd;
 };
 
-// What linkers leave in every library.
+// Symbols that linkers add to every library.
 bool isOfTheLinker(std::string_view name) {
     constexpr std::array<std::string_view, 5> names{"_init", "_fini", "_edata", "_end",
                                                     "__bss_start"};
@@ -63,35 +63,36 @@ void addSymbol(ElfFile& library, const GElf_Sym& symbol, const char* name) {
     }
 }
 
-void readSymbols(ElfFile& library, Elf* elf, Elf_Scn* section, const GElf_Shdr& header) {
+// Calls `read` for each entry of a section, until `get` finds none.
+template <typename Entry, typename Read>
+void forEachEntry(Elf_Scn* section, const GElf_Shdr& header, Entry* (*get)(Elf_Data*, int, Entry*),
+                  Read read) {
     auto* const data = elf_getdata(section, nullptr);
     const auto count = header.sh_entsize == 0 ? 0 : header.sh_size / header.sh_entsize;
-    for (std::size_t i = 0; data != nullptr && i < count; ++i) {
-        GElf_Sym symbol;
-        if (gelf_getsym(data, static_cast<int>(i), &symbol) == nullptr) {
-            return;
-        }
+    Entry entry;
+    for (std::size_t i = 0;
+         data != nullptr && i < count && get(data, static_cast<int>(i), &entry) != nullptr; ++i) {
+        read(entry);
+    }
+}
+
+void readSymbols(ElfFile& library, Elf* elf, Elf_Scn* section, const GElf_Shdr& header) {
+    forEachEntry(section, header, &gelf_getsym, [&](const GElf_Sym& symbol) {
         if (const char* const name = elf_strptr(elf, header.sh_link, symbol.st_name)) {
             addSymbol(library, symbol, name);
         }
-    }
+    });
 }
 
 void readDynamic(ElfFile& library, Elf_Scn* section, const GElf_Shdr& header) {
-    auto* const data = elf_getdata(section, nullptr);
-    const auto count = header.sh_entsize == 0 ? 0 : header.sh_size / header.sh_entsize;
-    for (std::size_t i = 0; data != nullptr && i < count; ++i) {
-        GElf_Dyn entry;
-        if (gelf_getdyn(data, static_cast<int>(i), &entry) == nullptr) {
-            return;
-        }
+    forEachEntry(section, header, &gelf_getdyn, [&](const GElf_Dyn& entry) {
         if (entry.d_tag == DT_FLAGS_1 && (entry.d_un.d_val & DF_1_NODELETE) != 0) {
             library.isNodelete = true;
         }
-    }
+    });
 }
 
-// One number for each source file that includes the interface.
+// The section holds one number for each source file that includes the interface.
 void readOperationCount(ElfFile& library, Elf_Scn* section) {
     auto* const data = elf_getdata(section, nullptr);
     for (std::size_t i = 0; data != nullptr && i + sizeof(int) <= data->d_size; i += sizeof(int)) {
@@ -115,7 +116,7 @@ ElfFile readElfFile(const std::filesystem::path& path) {
     const File file(path);
     const std::unique_ptr<Elf, ElfEnd> elf(elf_begin(file.fd(), ELF_C_READ, nullptr));
     if (elf == nullptr || elf_kind(elf.get()) != ELF_K_ELF) {
-        throw CheckError(path.filename().string() + " is no ELF file");
+        throw CheckError(path.filename().string() + " is not an ELF file");
     }
     ElfFile library;
     for (Elf_Scn* section = nullptr; (section = elf_nextscn(elf.get(), section)) != nullptr;) {

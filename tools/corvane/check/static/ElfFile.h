@@ -1,4 +1,4 @@
-// What a library's file tells without being loaded.
+// Reads a library's ELF file without loading it.
 #pragma once
 
 #include <filesystem>
@@ -11,12 +11,12 @@ struct ElfFile {
     bool hasInit = false;
     bool hasDeinit = false;
     bool isNodelete = false;
-    int operationCount = 0;             // of the interface it was built for; 0 if it doesn't tell
-    std::vector<std::string> exported;  // but the entry points, demangled
-    std::vector<std::string> unique;    // exported ones of the kind that pins the library
+    int operationCount = 0;             // of the interface it was built for; 0 if unknown
+    std::vector<std::string> exported;  // without the entry points, demangled
+    std::vector<std::string> unique;    // exported with the binding "unique"
 };
 
-/// Throws CheckError for a file that can't be read as a library.
+/// Throws CheckError if the file can't be read as ELF.
 ElfFile readElfFile(const std::filesystem::path& file);
 
 }  // namespace corvane::check

@@ -1,4 +1,4 @@
-// What can be told of a plugin without running it.
+// Checks a plugin without running it.
 #include "tools/corvane/check/static/StaticCheck.h"
 
 #include <IRequestBroker.h>
@@ -31,8 +31,8 @@ void checkName(const WorkDirectory& workDirectory, Findings& findings) {
     }
 }
 
-// By the loader itself, which then lists everything that is missing and runs nothing. The
-// symbols of the host are the daemon's.
+// Starts the runner under LD_TRACE_LOADED_OBJECTS: the loader lists all missing symbols and runs
+// nothing. The runner exports the same symbols as the daemon.
 std::vector<std::string> missingSymbols(const WorkDirectory& workDirectory) {
     std::filesystem::create_symlink(workDirectory.copy(), workDirectory.path() / "traced.so");
     const auto output = workDirectory.path() / "traced";
@@ -61,7 +61,7 @@ void addAll(Findings& findings, const char* id, const std::vector<std::string>& 
     }
 }
 
-// Whether it opens.
+// Returns true if the loader can open the library.
 bool checkOpening(const WorkDirectory& workDirectory, std::chrono::milliseconds limit,
                   Findings& findings) {
     const auto path = "plugins/" + workDirectory.name();

@@ -1,4 +1,4 @@
-// What can be told of a plugin without running it.
+// Checks a plugin without running it.
 #pragma once
 
 #include <chrono>
@@ -8,8 +8,8 @@
 
 namespace corvane::check {
 
-/// Adds to `findings`. Returns whether the plugin can be run. Opens the library in a process
-/// of its own, so its static constructors run there.
+/// Adds to `findings`. Returns true if the plugin can be run. Opens the library in a separate
+/// process, where its static constructors run.
 bool checkStatically(const WorkDirectory& workDirectory, std::chrono::milliseconds limit,
                      Findings& findings);
 
