@@ -109,10 +109,10 @@ void ProfileSockets::newConnection(const Profile& profile, sd_bus_message* call)
     Descriptor socket(fd);
     fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK);
     sd_bus_reply_method_return(call, "");
-    m_connections
-        .emplace_back(std::move(socket), device, m_objects.addressOf(device), profile.uuid,
-                      [this, fd] { read(fd); })
-        .report(BT_SOCKET_CONNECTED);
+    const auto& added =
+        m_connections.emplace_back(std::move(socket), device, m_objects.addressOf(device),
+                                   profile.uuid, [this, fd] { read(fd); });
+    added.report(BT_SOCKET_CONNECTED);
 }
 
 // Reads once each time, so that a device that never stops sending does not block the main
