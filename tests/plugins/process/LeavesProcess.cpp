@@ -10,6 +10,10 @@
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
+    int ready[2];  // closed by the process once its number is written
+    if (pipe(ready) != 0) {
+        return -1;
+    }
     const pid_t parent = fork();
     if (parent == 0) {
         setsid();
@@ -17,6 +21,7 @@ int PLUGIN_INIT(void*) {
             const int fifo = open(getenv("FIXTURE_FIFO"), O_WRONLY);
             const auto number = std::to_string(getpid()) + '\n';
             if (write(fifo, number.data(), number.size()) > 0) {
+                close(ready[1]);
                 while (true) {
                     pause();
                 }
@@ -24,7 +29,11 @@ int PLUGIN_INIT(void*) {
         }
         _exit(EXIT_SUCCESS);
     }
-    return waitpid(parent, nullptr, 0) == parent ? 0 : -1;
+    close(ready[1]);
+    char none = 0;
+    const bool isReady = read(ready[0], &none, 1) == 0;
+    close(ready[0]);
+    return isReady && waitpid(parent, nullptr, 0) == parent ? 0 : -1;
 }
 
 void PLUGIN_DEINIT() {}
