@@ -1,102 +1,73 @@
-// The names by which the values of the platform's enumerations are injected.
+// The names by which the values of the platform's enumerations are injected. The values of
+// each enumeration count from 0.
 #pragma once
 
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <sound_manager_tv.h>
 
+#include <array>
+#include <cstddef>
+
 #include "platform/host/events/EventTable.h"
 
 namespace corvane::host {
 
-inline constexpr EnumerationName adapterState[] = {
-    {"off", BT_ADAPTER_STATE_OFF},
-    {"on", BT_ADAPTER_STATE_ON},
-};
+/// The names of 0 to `last`, in order.
+template <auto last, typename... Names>
+consteval auto namesUpTo(Names... names) {
+    static_assert(sizeof...(Names) == static_cast<std::size_t>(last) + 1);
+    int value = 0;
+    return std::array{EnumerationName{names, value++}...};
+}
 
-inline constexpr EnumerationName authenticationType[] = {
-    {"pin-request", BT_AUTHENTICATION_PIN_REQUEST},
-    {"pin-display", BT_AUTHENTICATION_PIN_DISPLAY},
-    {"passkey-request", BT_AUTHENTICATION_PASSKEY_REQUEST},
-    {"passkey-display", BT_AUTHENTICATION_PASSKEY_DISPLAY},
-    {"passkey-confirm", BT_AUTHENTICATION_PASSKEY_CONFIRM},
-};
+template <typename Enumeration>
+inline constexpr std::array<EnumerationName, 0> namesOf{};
 
-inline constexpr EnumerationName discoveryState[] = {
-    {"started", BT_ADAPTER_DEVICE_DISCOVERY_STARTED},
-    {"finished", BT_ADAPTER_DEVICE_DISCOVERY_FINISHED},
-    {"found", BT_ADAPTER_DEVICE_DISCOVERY_FOUND},
-};
-
-inline constexpr EnumerationName profileService[] = {
-    {"unknown", BT_PROFILE_SERVICE_UNKNOWN},
-    {"serial-port", BT_PROFILE_SERVICE_SERIAL_PORT},
-    {"a2dp-source", BT_PROFILE_SERVICE_A2DP_SOURCE},
-    {"a2dp-sink", BT_PROFILE_SERVICE_A2DP_SINK},
-    {"avrcp-target", BT_PROFILE_SERVICE_AVRCP_TARGET},
-    {"avrcp-control", BT_PROFILE_SERVICE_AVRCP_CONTROL},
-    {"hands-free", BT_PROFILE_SERVICE_HANDS_FREE},
-    {"hid", BT_PROFILE_SERVICE_HID},
-};
-
-inline constexpr EnumerationName linkType[] = {
-    {"bredr", BT_DEVICE_LINK_BREDR},
-    {"le", BT_DEVICE_LINK_LE},
-};
-
-inline constexpr EnumerationName disconnectReason[] = {
-    {"unknown", BT_DEVICE_DISCONNECT_REASON_UNKNOWN},
-    {"timeout", BT_DEVICE_DISCONNECT_REASON_TIMEOUT},
-    {"local", BT_DEVICE_DISCONNECT_REASON_LOCAL},
-    {"remote", BT_DEVICE_DISCONNECT_REASON_REMOTE},
-    {"authentication", BT_DEVICE_DISCONNECT_REASON_AUTHENTICATION},
-    {"suspend", BT_DEVICE_DISCONNECT_REASON_SUSPEND},
-};
-
-inline constexpr EnumerationName audioState[] = {
-    {"stopped", BT_A2DP_SOURCE_AUDIO_STATE_STOPPED},
-    {"suspended", BT_A2DP_SOURCE_AUDIO_STATE_SUSPENDED},
-    {"started", BT_A2DP_SOURCE_AUDIO_STATE_STARTED},
-};
-
-inline constexpr EnumerationName audioProfile[] = {
-    {"hands-free", BT_AUDIO_PROFILE_HANDS_FREE},
-    {"a2dp-source", BT_AUDIO_PROFILE_A2DP_SOURCE},
-    {"a2dp-sink", BT_AUDIO_PROFILE_A2DP_SINK},
-    {"audio-gateway", BT_AUDIO_PROFILE_AUDIO_GATEWAY},
-};
-
-inline constexpr EnumerationName socketState[] = {
-    {"connected", BT_SOCKET_CONNECTED},
-    {"disconnected", BT_SOCKET_DISCONNECTED},
-};
-
-inline constexpr EnumerationName socketRole[] = {
-    {"unknown", BT_SOCKET_ROLE_UNKNOWN},
-    {"server", BT_SOCKET_ROLE_SERVER},
-    {"client", BT_SOCKET_ROLE_CLIENT},
-};
-
-inline constexpr EnumerationName keyState[] = {
-    {"released", BT_AVRCP_KEY_RELEASED},
-    {"pressed", BT_AVRCP_KEY_PRESSED},
-};
-
-inline constexpr EnumerationName gripState[] = {
-    {"released", BT_HID_SC_GRIP_SENSOR_RELEASED},
-    {"held", BT_HID_SC_GRIP_SENSOR_HELD},
-};
-
-inline constexpr EnumerationName broadcastState[] = {
-    {"stopped", BT_LE_AUDIO_BROADCAST_STOPPED},
-    {"configured", BT_LE_AUDIO_BROADCAST_CONFIGURED},
-    {"streaming", BT_LE_AUDIO_BROADCAST_STREAMING},
-};
-
-inline constexpr EnumerationName outputRoute[] = {
-    {"speaker", SOUND_TV_OUTPUT_ROUTE_SPEAKER},   {"bluetooth", SOUND_TV_OUTPUT_ROUTE_BLUETOOTH},
-    {"optical", SOUND_TV_OUTPUT_ROUTE_OPTICAL},   {"hdmi", SOUND_TV_OUTPUT_ROUTE_HDMI},
-    {"line-out", SOUND_TV_OUTPUT_ROUTE_LINE_OUT},
-};
+template <>
+inline constexpr auto namesOf<bt_adapter_state_e> = namesUpTo<BT_ADAPTER_STATE_ON>("off", "on");
+template <>
+inline constexpr auto namesOf<bt_authentication_type_info_e> =
+    namesUpTo<BT_AUTHENTICATION_PASSKEY_CONFIRM>("pin-request", "pin-display", "passkey-request",
+                                                 "passkey-display", "passkey-confirm");
+template <>
+inline constexpr auto namesOf<bt_adapter_device_discovery_state_e> =
+    namesUpTo<BT_ADAPTER_DEVICE_DISCOVERY_FOUND>("started", "finished", "found");
+template <>
+inline constexpr auto namesOf<bt_profile_service_id_e> =
+    namesUpTo<BT_PROFILE_SERVICE_HID>("unknown", "serial-port", "a2dp-source", "a2dp-sink",
+                                      "avrcp-target", "avrcp-control", "hands-free", "hid");
+template <>
+inline constexpr auto namesOf<bt_device_connection_link_type_e> =
+    namesUpTo<BT_DEVICE_LINK_LE>("bredr", "le");
+template <>
+inline constexpr auto namesOf<bt_device_disconnect_reason_e> =
+    namesUpTo<BT_DEVICE_DISCONNECT_REASON_SUSPEND>("unknown", "timeout", "local", "remote",
+                                                   "authentication", "suspend");
+template <>
+inline constexpr auto namesOf<bt_a2dp_source_audio_state_e> =
+    namesUpTo<BT_A2DP_SOURCE_AUDIO_STATE_STARTED>("stopped", "suspended", "started");
+template <>
+inline constexpr auto namesOf<bt_audio_profile_type_e> = namesUpTo<BT_AUDIO_PROFILE_AUDIO_GATEWAY>(
+    "hands-free", "a2dp-source", "a2dp-sink", "audio-gateway");
+template <>
+inline constexpr auto namesOf<bt_socket_connection_state_e> =
+    namesUpTo<BT_SOCKET_DISCONNECTED>("connected", "disconnected");
+template <>
+inline constexpr auto namesOf<bt_socket_role_e> = namesUpTo<BT_SOCKET_ROLE_CLIENT>("unknown",
+                                                                                   "server",
+                                                                                   "client");
+template <>
+inline constexpr auto namesOf<bt_avrcp_key_state_e> = namesUpTo<BT_AVRCP_KEY_PRESSED>("released",
+                                                                                      "pressed");
+template <>
+inline constexpr auto namesOf<bt_hid_sc_grip_sensor_state_e> =
+    namesUpTo<BT_HID_SC_GRIP_SENSOR_HELD>("released", "held");
+template <>
+inline constexpr auto namesOf<bt_le_audio_broadcast_state_e> =
+    namesUpTo<BT_LE_AUDIO_BROADCAST_STREAMING>("stopped", "configured", "streaming");
+template <>
+inline constexpr auto namesOf<sound_tv_output_route_e> = namesUpTo<SOUND_TV_OUTPUT_ROUTE_LINE_OUT>(
+    "speaker", "bluetooth", "optical", "hdmi", "line-out");
 
 }  // namespace corvane::host

@@ -1,5 +1,5 @@
-// What can be injected: every event with its arguments, as data. The server makes
-// its D-Bus methods of it, the `corvane` tool its help and its messages.
+// The events with their arguments, as data: the injection server makes its D-Bus methods
+// from it, the `corvane` tool its help and its messages. Events.def is the source.
 #pragma once
 
 #include <span>
@@ -12,7 +12,7 @@ enum class Kind {
     Integer,      // D-Bus i
     Byte,         // D-Bus y
     Short,        // D-Bus q: 16 bits without a sign
-    Count,        // D-Bus i, or nothing: as many as the array has
+    Count,        // D-Bus i, or nothing: the size of the array
     Boolean,      // D-Bus b
     Text,         // D-Bus s
     Enumeration,  // D-Bus s: a name, or the value in decimal
@@ -37,12 +37,13 @@ struct Field {
 struct Event {
     const char* name;
     const char* callback;  // the platform's function that sets the callback
+    const char* unset;     // the one that clears it
     const char* meaning;
     std::span<const Field> arguments = {};
 };
 
-/// All events. Within one event the names of arguments and of record fields are unique,
-/// so a field is named without its record.
+/// All events, in the order of Events.def. Within one event the names of arguments and of
+/// record fields are unique, so a field is named without its record.
 std::span<const Event> allEvents();
 
 /// The event of that name, or null.

@@ -11,15 +11,16 @@
 #include <utility>
 
 #include "platform/host/events/ValueText.h"
+#include "platform/host/inject/Delivery.h"
 #include "platform/host/inject/InjectLimits.h"
 #include "platform/host/inject/MessageValues.h"
-#include "platform/host/slots/Slots.h"
+#include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {
 
 namespace {
 
-// The tools that talk to a bus greet it first; here they find somebody to greet.
+// D-Bus tools call Hello of the bus first, so the server answers it.
 int onHello(sd_bus_message* message, void*, sd_bus_error*) {
     return sd_bus_reply_method_return(message, "s", ":1.1");
 }
@@ -78,8 +79,8 @@ bool InjectClient::leavesUnread() const {
     return sd_bus_get_n_queued_write(m_pump.bus(), &unread) < 0 || unread > most;
 }
 
-// The pump finds the end and has the peer removed: here it may be in the middle of a call of that
-// peer.
+// The pump detects the end of the connection and has the client removed; here the client may be in
+// the middle of a call.
 void InjectClient::disconnect(const char* reason) {
     dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "%s", reason);
     shutdown(m_pump.fd(), SHUT_RDWR);
@@ -98,7 +99,7 @@ int InjectClient::emit(sd_bus_message* message, sd_bus_error* error) {
         std::string refusal;
         m_pump.guard([&] {
             try {
-                called = method.delivery->deliver(*method.event, values);
+                called = deliver(*method.event, values);
             } catch (const InvalidValue& invalid) {
                 refusal = invalid.what();
             }
@@ -106,7 +107,7 @@ int InjectClient::emit(sd_bus_message* message, sd_bus_error* error) {
         if (!refusal.empty()) {
             return sd_bus_error_set(error, SD_BUS_ERROR_INVALID_ARGS, refusal.c_str());
         }
-        m_peers.tellWatchers();  // before the answer: whoever has it has the signals
+        m_peers.tellWatchers();  // before the answer, so that signals precede it
         return sd_bus_reply_method_return(message, "u", called);
     } catch (const InvalidValue& invalid) {
         return sd_bus_error_set(error, SD_BUS_ERROR_INVALID_ARGS, invalid.what());
@@ -127,14 +128,14 @@ void InjectClient::answer(sd_bus_message* call, unsigned called, const std::stri
 int InjectClient::watch(sd_bus_message* message) {
     m_watches = true;
     m_peers.onWatch();
-    // Read after the watch has begun: a change in between is told twice rather than never.
+    // Read after the watch has begun: a change in between is reported twice, never lost.
     sd_bus_message* made = nullptr;
     int result = sd_bus_message_new_method_return(message, &made);
     const MessagePtr reply(made);
     result = result < 0 ? result : sd_bus_message_open_container(made, SD_BUS_TYPE_ARRAY, "s");
-    for (const auto& slot : slotStates()) {
-        if (result >= 0 && slot.isSet()) {
-            result = sd_bus_message_append(made, "s", slot.event);
+    for (const auto& event : allEvents()) {
+        if (result >= 0 && callbackIsSet(event)) {
+            result = sd_bus_message_append(made, "s", event.name);
         }
     }
     result = result < 0 ? result : sd_bus_message_close_container(made);

@@ -11,7 +11,7 @@
 #include "platform/host/inject/InjectInterface.h"
 #include "platform/host/inject/PeerInput.h"
 #include "platform/host/main-loop/BusPump.h"
-#include "platform/host/slots/SlotObserver.h"
+#include "platform/host/slots/Slot.h"
 
 namespace corvane::host {
 
@@ -22,28 +22,28 @@ struct MessageReleaser {
 };
 using MessagePtr = std::unique_ptr<sd_bus_message, MessageReleaser>;
 
-/// What the server does for its peers. Threads: main thread.
+/// The server as its clients see it. Threads: main thread.
 class InjectPeers {
 public:
     virtual ~InjectPeers() = default;
 
     virtual const InjectInterface& interface() const = 0;
 
-    /// True if the event will be delivered elsewhere, and `call` answered later.
+    /// Returns true if a delivery thread takes the event; `call` is answered later.
     virtual bool deliverElsewhere(InjectClient& client, sd_bus_message* call,
                                   const InjectInterface::Method& method, const Values& values) = 0;
 
-    /// Tells those who watch what has happened up to now.
+    /// Sends the watchers all changes up to now.
     virtual void tellWatchers() = 0;
 
     /// The peer watches from now on.
     virtual void onWatch() = 0;
 
-    /// The peer has gone; destroys it.
+    /// The peer has disconnected; destroys the client.
     virtual void onLost(InjectClient& client) = 0;
 };
 
-/// Owner: InjectServer. Threads: main thread. Errors: what a callback throws leaves through
+/// Owner: InjectServer. Threads: main thread. Errors: what a callback throws is rethrown into
 /// the main loop. A peer that doesn't read what it is sent is disconnected.
 class InjectClient {
 public:

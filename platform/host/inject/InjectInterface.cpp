@@ -2,19 +2,14 @@
 #include "platform/host/inject/InjectInterface.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace corvane::host {
 
 namespace {
 
-InjectInterface::Method makeMethod(const Delivery& delivery) {
-    const auto* const event = findEvent(delivery.event);
-    if (event == nullptr) {
-        throw std::logic_error(std::string("there is no event ") + delivery.event);
-    }
-    InjectInterface::Method method{event, &delivery, methodName(*event), "", ""};
-    for (const auto& argument : event->arguments) {
+InjectInterface::Method makeMethod(const Event& event) {
+    InjectInterface::Method method{&event, methodName(event), "", ""};
+    for (const auto& argument : event.arguments) {
         method.signature += signatureOf(argument.kind);
         method.argumentNames += argument.name;
         method.argumentNames += '\0';
@@ -25,15 +20,14 @@ InjectInterface::Method makeMethod(const Delivery& delivery) {
 
 }  // namespace
 
-InjectInterface::InjectInterface(std::span<const Delivery> deliveries,
-                                 sd_bus_message_handler_t onEvent,
+InjectInterface::InjectInterface(sd_bus_message_handler_t onEvent,
                                  sd_bus_message_handler_t onWatch) {
-    for (const auto& delivery : deliveries) {
-        m_methods.push_back(makeMethod(delivery));
+    for (const auto& event : allEvents()) {
+        m_methods.push_back(makeMethod(event));
     }
     m_vtable.push_back(SD_BUS_VTABLE_START(0));
     for (const auto& method : m_methods) {
-        // Only peers of the daemon's own user get as far as this.
+        // Peers of other users are refused before.
         m_vtable.push_back(SD_BUS_METHOD_WITH_NAMES(method.name.c_str(), method.signature.c_str(),
                                                     method.argumentNames.c_str(), "u", , onEvent,
                                                     SD_BUS_VTABLE_UNPRIVILEGED));

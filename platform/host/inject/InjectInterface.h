@@ -1,17 +1,15 @@
 // The D-Bus interface org.corvane.Inject1: one method for each event, which returns
-// the number of callbacks called; and signals of what happens to the callbacks, for
-// those who called Watch.
+// the number of callbacks called; and signals about what happens to the callbacks, for
+// the peers that called Watch.
 #pragma once
 
 #include <systemd/sd-bus.h>
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/host/events/EventTable.h"
-#include "platform/host/inject/Deliveries.h"
 
 namespace corvane::host {
 
@@ -24,16 +22,13 @@ public:
     // What a row of the vtable points into.
     struct Method {
         const Event* event;
-        const Delivery* delivery;
         std::string name;
         std::string signature;
         std::string argumentNames;  // each ended by a zero, as sd-bus wants them
     };
 
-    /// The handlers are given the object's user data. Throws std::logic_error if a delivery is
-    /// of no event in the table.
-    InjectInterface(std::span<const Delivery> deliveries, sd_bus_message_handler_t onEvent,
-                    sd_bus_message_handler_t onWatch);
+    /// The handlers are given the object's user data.
+    InjectInterface(sd_bus_message_handler_t onEvent, sd_bus_message_handler_t onWatch);
 
     const Method& method(std::string_view name) const;
     const sd_bus_vtable* vtable() const { return m_vtable.data(); }

@@ -1,4 +1,4 @@
-// Lets a developer make the platform's events.
+// The injection server.
 #include "platform/host/inject/InjectServer.h"
 
 #include <dlog.h>
@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/host/events/ValueText.h"
+#include "platform/host/inject/Delivery.h"
 #include "platform/host/inject/InjectLimits.h"
 
 namespace corvane::host {
@@ -24,12 +25,12 @@ int onWatchCall(sd_bus_message* message, void* client, sd_bus_error*) {
     return static_cast<InjectClient*>(client)->watch(message);
 }
 
-// Nobody is left to throw to on a thread of the server: as on a device, the process ends,
-// but not without a word.
+// An exception on a delivery thread has no handler: as on a device, the process ends, but with a
+// line in the log.
 unsigned deliverOrEnd(const InjectInterface::Method& method, const Values& values,
                       std::string& refusal) {
     try {
-        return method.delivery->deliver(*method.event, values);
+        return deliver(*method.event, values);
     } catch (const InvalidValue& invalid) {
         refusal = invalid.what();
         return 0;
@@ -44,7 +45,7 @@ unsigned deliverOrEnd(const InjectInterface::Method& method, const Values& value
 }  // namespace
 
 InjectServer::InjectServer(const std::string& path, unsigned threads)
-    : m_socket(path), m_interface(allDeliveries(), &onEvent, &onWatchCall) {
+    : m_socket(path), m_interface(&onEvent, &onWatchCall) {
     if (threads > 0) {
         m_threads.emplace(threads);
     }
@@ -85,7 +86,7 @@ void InjectServer::acceptClient() {
     }
 }
 
-// Once, however many come.
+// Logs only the first of several refusals in a row.
 void InjectServer::refuse(const char* reason) {
     if (!std::exchange(m_refuses, true)) {
         dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "a peer is refused: %s", reason);
@@ -97,7 +98,7 @@ bool InjectServer::deliverElsewhere(InjectClient& client, sd_bus_message* call,
     if (!m_threads) {
         return false;
     }
-    // The threads know the call by its number only: messages are the main thread's.
+    // The threads have only the number of the call: messages belong to the main thread.
     const auto id = m_nextId++;
     m_putOff.emplace(id, PutOff{&client, MessagePtr(sd_bus_message_ref(call))});
     const bool isPosted = m_threads->post([this, id, &method, values] {
@@ -115,7 +116,7 @@ bool InjectServer::deliverElsewhere(InjectClient& client, sd_bus_message* call,
 }
 
 void InjectServer::answer(std::uint64_t id, unsigned called, const std::string& refusal) {
-    // Nothing is found if the peer has gone in the meantime.
+    // Nothing is found if the peer has disconnected in the meantime.
     if (const auto putOff = m_putOff.extract(id)) {
         putOff.mapped().client->answer(putOff.mapped().call.get(), called, refusal);
     }

@@ -1,6 +1,6 @@
-// Lets a developer make the platform's events: a D-Bus server without a bus on a
-// Unix socket, for peers of the same user. It only calls callbacks; what the
-// platform knows of real devices stays as it is.
+// The injection server: a D-Bus server without a bus on a Unix socket, on which a developer
+// makes the platform's events. It only calls callbacks; the platform's state of real devices
+// doesn't change.
 #pragma once
 
 #include <Ecore.h>
@@ -26,10 +26,10 @@ namespace corvane::host {
 class InjectServer : private InjectPeers {
 public:
     /// Events are delivered by `threads` threads, or by the main loop if there are none. Throws
-    /// std::runtime_error if the socket can't be had.
+    /// std::runtime_error if the socket can't be opened.
     InjectServer(const std::string& path, unsigned threads);
 
-    /// Waits for the callbacks that run.
+    /// Waits for the callbacks that are running.
     ~InjectServer() override;
     InjectServer(const InjectServer&) = delete;
     InjectServer& operator=(const InjectServer&) = delete;

@@ -60,7 +60,7 @@ struct Settings {
 Settings readSettings();
 
 /// Returns the settings as read at the first call; they are never destroyed. Any thread.
-/// Each of the platform's libraries has its own copy; the log library logs the complaints.
+/// The log logs the complaints.
 const Settings& settings();
 
 }  // namespace corvane::host

@@ -9,7 +9,7 @@
 
 #include "platform/host/events/EventArguments.h"
 #include "platform/host/events/ValueText.h"
-#include "platform/host/inject/Deliveries.h"
+#include "platform/host/inject/Delivery.h"
 
 namespace corvane::testkit {
 
@@ -22,7 +22,7 @@ struct Emission {
     const host::Event* event;
     host::Values values;
 
-    bool deliver() const { return host::deliveryOf(*event).deliver(*event, values) > 0; }
+    bool deliver() const { return host::deliver(*event, values) > 0; }
 };
 
 Emission makeEmission(const std::string& name, const Arguments& arguments) {

@@ -15,7 +15,7 @@
 #include "daemon/src/common/log.h"
 #include "platform/host/libraries/PlatformApi.h"
 #include "platform/host/libraries/Product.h"
-#include "platform/host/slots/SlotObserver.h"
+#include "platform/host/slots/SlowWatch.h"
 #include "platform/host/sound/SpeakerEvents.h"
 #include "sdk/testkit/src/Recorder.h"
 #include "taskExecutor/tpl/include_internal/TPLLog.h"

@@ -11,7 +11,7 @@
 
 #include "daemon/src/Callback/CallbackDelegator.h"
 #include "daemon/src/FileManager.h"
-#include "platform/host/slots/Slots.h"
+#include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::testkit {
 
@@ -58,9 +58,9 @@ std::string subscriptionsLeft() {
 
 std::vector<std::string> subscribedEvents() {
     std::vector<std::string> events;
-    for (const auto& slot : corvane::host::slotStates()) {
-        if (slot.isSet()) {
-            events.emplace_back(slot.event);
+    for (const auto& event : host::allEvents()) {
+        if (host::callbackIsSet(event)) {
+            events.emplace_back(event.name);
         }
     }
     return events;

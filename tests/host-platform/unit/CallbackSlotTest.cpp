@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -150,12 +151,29 @@ TEST(CallbackSlotTest, KnowsWhetherItIsSet) {
 
 // The television's libraries keep their slots in another library.
 TEST(CallbackSlotTest, IsTheSameInAllLibraries) {
-    auto& slot = corvane::host::slotOf<&bt_avrcp_set_volume_changed_cb>;
+    const auto& slot = corvane::host::slotOf<&bt_avrcp_set_volume_changed_cb>;
     EXPECT_EQ(bt_avrcp_set_volume_changed_cb([](unsigned short, void*) {}, nullptr), 0);
     EXPECT_TRUE(slot.isSet());
     EXPECT_EQ(slot.deliver(static_cast<unsigned short>(7)), 1u);
     EXPECT_EQ(bt_avrcp_unset_volume_changed_cb(), 0);
     EXPECT_FALSE(slot.isSet());
+}
+
+// The C functions and what delivers are in different libraries. A plugin unsubscribes here.
+TEST(CallbackSlotTest, IsClearedWithoutAWaitInsideTheCallback) {
+    using std::chrono::steady_clock;
+    static steady_clock::duration needed;
+    bt_avrcp_set_volume_changed_cb(
+        [](unsigned short, void*) {
+            const auto start = steady_clock::now();
+            bt_avrcp_unset_volume_changed_cb();
+            needed = steady_clock::now() - start;
+        },
+        nullptr);
+    EXPECT_EQ(corvane::host::slotOf<&bt_avrcp_set_volume_changed_cb>.deliver(
+                  static_cast<unsigned short>(7)),
+              1u);
+    EXPECT_LT(needed, std::chrono::milliseconds(100));
 }
 
 // Callback and user data belong together, whatever another thread does to the slot.

@@ -1,15 +1,19 @@
-// The table of what can be injected.
+// The host platform's table of events, against the daemon's table and the tests' own.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cctype>
 #include <cstddef>
-#include <iterator>
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <typeindex>
+#include <utility>
+#include <vector>
 
 #include "platform/host/events/EventTable.h"
+#include "platform/host/events/EventTypes.h"
 #include "platform/host/events/ValueText.h"
 #include "platform/host/events/Values.h"
 #include "tools/corvane/events/EventJson.h"
@@ -29,17 +33,8 @@ void forEachField(std::span<const Field> fields, Visit visit) {
     }
 }
 
-// The names of the type and of the set function of every kind of event.
-struct Kept {
-    const char* type;
-    const char* set;
-};
-
-constexpr Kept kept[] = {
-#define EVENT(source, type, value, subscribe, unsubscribe, setFunction, ...) {#type, #setFunction},
-#include "tests/support/EventTable.def"
-#undef EVENT
-};
+// An event in one of the tables: its name, its set and unset functions, its callback's type.
+using Row = std::tuple<std::string, std::string, std::string, std::type_index>;
 
 std::string eventName(std::string_view type) {
     std::string name;
@@ -49,12 +44,53 @@ std::string eventName(std::string_view type) {
     return name;
 }
 
-TEST(EventTableTest, HasEveryKindOfEventInOrder) {
-    ASSERT_EQ(allEvents().size(), std::size(kept));
-    for (std::size_t i = 0; i < std::size(kept); ++i) {
-        EXPECT_EQ(allEvents()[i].name, eventName(kept[i].type));
-        EXPECT_STREQ(allEvents()[i].callback, kept[i].set);
+std::vector<Row> rowsOfHostPlatform() {
+    std::vector<Row> rows;
+    const std::type_index types[] = {
+#define EVENT(library, name, setFunction, ...) typeid(CallbackOf<&setFunction>),
+#include "platform/host/events/Events.def"
+#undef EVENT
+    };
+    for (std::size_t i = 0; i < allEvents().size(); ++i) {
+        const auto& event = allEvents()[i];
+        rows.emplace_back(event.name, event.callback, event.unset, types[i]);
     }
+    return rows;
+}
+
+std::vector<Row> rowsOfTests() {
+    return {
+#define EVENT(source, type, value, subscribe, unsubscribe, setFunction, unsetFunction, callback, \
+              arguments)                                                                         \
+    Row(eventName(#type), #setFunction, #unsetFunction, typeid(callback)),
+#include "tests/support/EventTable.def"
+#undef EVENT
+    };
+}
+
+// The daemon's table has the callbacks' types in place of the functions' names.
+using BrokerRow = std::pair<std::string, std::type_index>;
+
+std::vector<BrokerRow> rowsOfBroker() {
+    return {
+#define BROKER_OPERATION(subscribe, unsubscribe, callback, type, source) \
+    BrokerRow(eventName(#type), typeid(callback)),
+#include "daemon/src/broker/BrokerOperations.def"
+#undef BROKER_OPERATION
+    };
+}
+
+TEST(EventTableTest, AgreesWithTheTableOfTheTests) {
+    EXPECT_EQ(rowsOfHostPlatform(), rowsOfTests());
+    EXPECT_EQ(allEvents().size(), 42u);
+}
+
+TEST(EventTableTest, AgreesWithTheOperationsOfTheBroker) {
+    std::vector<BrokerRow> rows;
+    for (const auto& [name, set, unset, callback] : rowsOfHostPlatform()) {
+        rows.emplace_back(name, callback);
+    }
+    EXPECT_THAT(rows, testing::UnorderedElementsAreArray(rowsOfBroker()));
 }
 
 TEST(EventTableTest, FindsEventsByTheirWholeName) {

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <string>
 
-#include "platform/host/slots/SlotObserver.h"
+#include "platform/host/slots/Slot.h"
 
 namespace {
 

@@ -1,6 +1,9 @@
 // Values of injected events, given as text.
+#include <bluetooth.h>
+#include <bluetooth_tv.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sound_manager_tv.h>
 
 #include <string>
 
@@ -74,6 +77,40 @@ TEST(ValueTextTest, ReadsEnumerationsByNameAndValue) {
     EXPECT_EQ(parseValue(colour, "1"), Value(1));
     EXPECT_EQ(complaint(colour, "2"),
               "colour can't be \"2\"; it must be red (0), green (1) or blue (5)");
+}
+
+// The names are listed without their values, so each enumeration is looked at once here.
+TEST(ValueTextTest, NamesTheValuesOfTheEnumerations) {
+    const auto valueOf = [](const char* event, const char* field, const char* name) {
+        return std::get<int>(parseValue(*findField(*findEvent(event), field), name));
+    };
+    EXPECT_EQ(valueOf("bt-adapter-state-changed", "state", "on"), BT_ADAPTER_STATE_ON);
+    EXPECT_EQ(valueOf("bt-adapter-authentication-req", "type", "passkey-request"),
+              BT_AUTHENTICATION_PASSKEY_REQUEST);
+    EXPECT_EQ(valueOf("bt-adapter-device-discovery-state-changed", "state", "finished"),
+              BT_ADAPTER_DEVICE_DISCOVERY_FINISHED);
+    EXPECT_EQ(valueOf("bt-device-auth-event", "service", "a2dp-sink"),
+              BT_PROFILE_SERVICE_A2DP_SINK);
+    EXPECT_EQ(valueOf("bt-device-auth-event", "service", "hands-free"),
+              BT_PROFILE_SERVICE_HANDS_FREE);
+    EXPECT_EQ(valueOf("bt-device-connection-state-changed", "link", "le"), BT_DEVICE_LINK_LE);
+    EXPECT_EQ(valueOf("bt-device-connection-state-changed", "disconn_reason", "authentication"),
+              BT_DEVICE_DISCONNECT_REASON_AUTHENTICATION);
+    EXPECT_EQ(valueOf("bt-audio-state-changed", "state", "suspended"),
+              BT_A2DP_SOURCE_AUDIO_STATE_SUSPENDED);
+    EXPECT_EQ(valueOf("bt-audio-connection-state-changed", "profile", "a2dp-sink"),
+              BT_AUDIO_PROFILE_A2DP_SINK);
+    EXPECT_EQ(valueOf("bt-socket-connection-state-changed", "state", "disconnected"),
+              BT_SOCKET_DISCONNECTED);
+    EXPECT_EQ(valueOf("bt-socket-connection-state-changed", "local_role", "server"),
+              BT_SOCKET_ROLE_SERVER);
+    EXPECT_EQ(valueOf("bt-avrcp-key-event-received", "state", "pressed"), BT_AVRCP_KEY_PRESSED);
+    EXPECT_EQ(valueOf("bt-hid-smart-rc-grip-sensor-state-changed", "state", "held"),
+              BT_HID_SC_GRIP_SENSOR_HELD);
+    EXPECT_EQ(valueOf("bt-le-audio-broadcast-state-changed", "state", "configured"),
+              BT_LE_AUDIO_BROADCAST_CONFIGURED);
+    EXPECT_EQ(valueOf("sound-manager-speaker-changed", "route", "hdmi"),
+              SOUND_TV_OUTPUT_ROUTE_HDMI);
 }
 
 TEST(ValueTextTest, ReadsBytes) {

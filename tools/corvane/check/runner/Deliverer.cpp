@@ -3,7 +3,7 @@
 
 #include "platform/host/events/EventArguments.h"
 #include "platform/host/events/ValueText.h"
-#include "platform/host/inject/Deliveries.h"
+#include "platform/host/inject/Delivery.h"
 #include "tools/corvane/check/runner/CrashHandler.h"
 #include "tools/corvane/check/runner/Report.h"
 
@@ -24,7 +24,7 @@ void Deliverer::deliver(const Event& event, const EventVariant& variant) {
     report::step("the delivery of " + name);
     const TaskOrigin origin(event.name);
     try {
-        m_delivered += deliveryOf(event).deliver(event, variant.values);
+        m_delivered += host::deliver(event, variant.values);
     } catch (const InvalidValue&) {
         // The platform never delivers this combination.
     } catch (...) {

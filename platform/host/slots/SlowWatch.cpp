@@ -1,9 +1,10 @@
-// The warning about what keeps a thread for too long: a callback, or a set or unset call.
+// The warning about a callback, or a set or unset call, that takes too long.
+#include "platform/host/slots/SlowWatch.h"
+
 #include <dlog.h>
 #include <unistd.h>
 
 #include "platform/host/settings/Settings.h"
-#include "platform/host/slots/SlotObserver.h"
 
 namespace corvane::host {
 

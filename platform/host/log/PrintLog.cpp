@@ -3,6 +3,8 @@
 // The time is local, the number is the thread's, the letter is the priority's (D, I, W, E).
 // Nothing is kept in memory, so a process that is killed loses no line that it has logged.
 #define SD_JOURNAL_SUPPRESS_LOCATION  // a record names its caller, not a place in this file
+#include "platform/host/log/PrintLog.h"
+
 #include <dlog.h>
 #include <pthread.h>
 #include <signal.h>
@@ -27,7 +29,6 @@
 
 #include "platform/host/log/Controls.h"
 #include "platform/host/log/LogDestination.h"
-#include "platform/host/libraries/PlatformApi.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {
@@ -182,7 +183,9 @@ Log openLog() {
     return {settings().log.level, destination};
 }
 
-int print(int priority, const char* tag, const char* format, va_list arguments) noexcept {
+}  // namespace
+
+int printLog(int priority, const char* tag, const char* format, va_list arguments) noexcept {
     if (format == nullptr) {
         return -EINVAL;
     }
@@ -202,22 +205,4 @@ int print(int priority, const char* tag, const char* format, va_list arguments) 
     return result;
 }
 
-}  // namespace
-
 }  // namespace corvane::host
-
-PLATFORM_API int __dlog_print(int, int prio, const char* tag, const char* fmt, ...) {
-    va_list arguments;
-    va_start(arguments, fmt);
-    const int result = corvane::host::print(prio, tag, fmt, arguments);
-    va_end(arguments);
-    return result;
-}
-
-PLATFORM_API int dlog_print(int prio, const char* tag, const char* fmt, ...) {
-    va_list arguments;
-    va_start(arguments, fmt);
-    const int result = corvane::host::print(prio, tag, fmt, arguments);
-    va_end(arguments);
-    return result;
-}
