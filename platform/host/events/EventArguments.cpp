@@ -1,4 +1,4 @@
-// An event and its arguments as people write them.
+// An event and its arguments on a command line.
 #include "platform/host/events/EventArguments.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace corvane::host {
 
 namespace {
 
-// The number of letters to change, add or remove to make one text of the other.
+// The edit distance: how many letters to change, add or remove to make one text the other.
 std::size_t distance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});

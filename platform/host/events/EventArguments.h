@@ -1,4 +1,4 @@
-// An event and its arguments as people write them: its name, then key=value.
+// An event and its arguments on a command line: its name, then key=value.
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@
 
 namespace corvane::host {
 
-/// The event of that name. Throws std::runtime_error, which names the events whose names
-/// are most like it.
+/// The event of that name. Throws std::runtime_error, which lists the events with the most
+/// similar names.
 const Event& eventNamed(std::string_view name);
 
-/// The defaults of `event` with the values given on top. Throws std::runtime_error, which
+/// The defaults of `event`, replaced by the values given. Throws std::runtime_error, which
 /// names the argument and what is allowed.
 Values parseArguments(const Event& event, const std::vector<std::string>& words);
 

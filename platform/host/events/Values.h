@@ -13,11 +13,11 @@ namespace corvane::host {
 using Bytes = std::vector<char>;
 using Uuids = std::vector<std::string>;
 
-/// Numbers and Enumeration, Boolean, Text, Bytes, Uuids; nothing for a count that follows
-/// from the array.
+/// Numbers and Enumeration, Boolean, Text, Bytes, Uuids; nothing for a count that is the size
+/// of the array.
 using Value = std::variant<std::monostate, int, bool, std::string, Bytes, Uuids>;
 
-/// Owner: whoever reads or writes one message. Not for use by several threads at once.
+/// Owner: the code that handles one event. Not for use by several threads at once.
 class Values {
 public:
     /// Starts with the default of every argument and field of `event`.

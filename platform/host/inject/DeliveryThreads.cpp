@@ -10,7 +10,7 @@
 namespace corvane::host {
 
 DeliveryThreads::DeliveryThreads(std::size_t count) {
-    // Signals are the main thread's business; new threads inherit the mask.
+    // Signals are handled by the main thread; new threads inherit the mask.
     sigset_t all;
     sigset_t before;
     sigfillset(&all);

@@ -14,18 +14,19 @@
 namespace corvane::host {
 
 /// Owner: InjectServer. Threads: the owner's, except that jobs run on the threads here.
-/// Errors: std::system_error if a thread can't be had. What a job throws ends the process.
+/// Errors: std::system_error if a thread can't be created. An exception from a job ends the
+/// process.
 class DeliveryThreads {
 public:
     explicit DeliveryThreads(std::size_t count);
 
-    /// Waits for the jobs that run. Those that haven't begun never will.
+    /// Waits for the jobs that are running. The others are dropped.
     ~DeliveryThreads();
     DeliveryThreads(const DeliveryThreads&) = delete;
     DeliveryThreads& operator=(const DeliveryThreads&) = delete;
 
-    /// The threads take turns. Each runs its own jobs in order. Returns false if too many wait
-    /// for the thread whose turn it is.
+    /// Assigns jobs to the threads in turn; each runs its own in order. Returns false if the
+    /// queue of the next thread is full.
     bool post(std::function<void()> job);
 
 private:

@@ -1,5 +1,4 @@
-// What injection takes at most, so that no peer brings the daemon down.
-// docs/injection.md tells users.
+// The limits of injection, so that no peer can exhaust the daemon. docs/injection.md lists them.
 #pragma once
 
 #include <cstddef>

@@ -47,7 +47,7 @@ Descriptor openSocket(const std::string& path) {
     return fd;
 }
 
-// Whoever may write to the directory can put a socket of his own in place of this one.
+// A user who may write to the directory could replace the socket.
 void requireOwnDirectory(const std::string& path) {
     auto directory = std::filesystem::path(path).parent_path();
     directory = directory.empty() ? "." : directory;
@@ -70,7 +70,7 @@ void requireOwnDirectory(const std::string& path) {
     }
 }
 
-// The lock is held as long as the socket is there. Its file stays: removing it would let two
+// The lock is held as long as the socket exists. Its file stays: removing it would let two
 // daemons hold locks on two files of that name.
 Descriptor lock(const std::string& path) {
     const auto file = path + ".lock";
@@ -132,7 +132,7 @@ InjectSocket::InjectSocket(const std::string& path) : m_path(path) {
     m_reserve = openReserve();
 }
 
-// Removes only what this object made: another may have taken the place since.
+// Removes only the socket that this object created.
 InjectSocket::~InjectSocket() {
     struct stat status {};
     if (lstat(m_path.c_str(), &status) == 0 && status.st_dev == m_device &&
@@ -141,7 +141,7 @@ InjectSocket::~InjectSocket() {
     }
 }
 
-// A peer that is left waiting would wake the main loop again and again.
+// A waiting peer would wake the main loop again and again.
 void InjectSocket::turnAway() {
     m_reserve = Descriptor();
     const Descriptor peer(accept4(m_fd.get(), nullptr, nullptr, SOCK_CLOEXEC));

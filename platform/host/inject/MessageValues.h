@@ -8,7 +8,7 @@
 
 namespace corvane::host {
 
-/// Reads the arguments of `event` from a message whose types the bus has checked already.
+/// Reads the arguments of `event` from a message whose types sd-bus has checked.
 /// Record fields that aren't given keep their defaults. Throws InvalidValue for a key, type
 /// or value that isn't allowed, or a broken message.
 Values readValues(sd_bus_message* message, const Event& event);

@@ -20,8 +20,8 @@ namespace {
 constexpr std::size_t pieceSize = 16384;
 using Piece = std::array<char, pieceSize>;
 
-// The size of the message that has this header. A header of no known order or version counts as
-// too long: it is none.
+// The size of the message that has this header. A header of unknown byte order or version counts as
+// too long.
 std::uint64_t messageSize(const std::array<char, 16>& header) {
     const auto number = [&](std::size_t at) -> std::uint64_t {
         std::uint32_t value = 0;

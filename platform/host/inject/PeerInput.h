@@ -1,6 +1,6 @@
-// What a peer of injection sends, on its way to the peer's D-Bus connection. The connection
-// takes messages of up to 128 MiB, and would hold each of them in memory; here the size that a
-// message's header announces is checked before the connection sees the message.
+// The bytes from a peer of injection to its D-Bus connection. The connection accepts messages
+// of up to 128 MiB and would hold each in memory; here the size in a message's header is checked
+// before the connection sees the message.
 #pragma once
 
 #include <systemd/sd-bus.h>
@@ -23,9 +23,8 @@ public:
     /// What the connection reads in place of the peer's socket.
     Descriptor takeOutlet() { return std::move(m_outlet); }
 
-    /// Passes on what is next from `peer`, at most one message, once `bus` has processed what it
-    /// had. Returns whether there is something to process. A message that is too long ends the
-    /// input.
+    /// Passes on at most one message from `peer`; call it when `bus` has processed all its input.
+    /// Returns whether there is something to process. A message that is too long ends the input.
     bool pass(sd_bus* bus, int peer);
 
 private:

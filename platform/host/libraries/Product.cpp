@@ -1,4 +1,4 @@
-// Starts and stops what feeds the callbacks.
+// Starts and stops the sources of Bluetooth events.
 #include "platform/host/libraries/Product.h"
 
 #include <Ecore.h>
@@ -21,8 +21,8 @@ struct Product {
     std::unique_ptr<InjectServer> inject;
 };
 
-// A plain pointer: at the exit of a process that didn't stop the product, the main-loop
-// library may be gone already, so nothing is to be released then.
+// A plain pointer: in a process that exits without stopping the product, the main-loop library
+// may already be shut down, so nothing must be destroyed then.
 Product* product = nullptr;
 
 std::unique_ptr<InjectServer> openInjection() {

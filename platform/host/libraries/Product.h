@@ -1,13 +1,13 @@
-// What feeds the callbacks of all the platform libraries: BlueZ, and injection when
-// the settings, or the environment variable CORVANE_INJECT_SOCKET, name its socket.
+// The sources of Bluetooth events: BlueZ, and injection if the settings, or the environment
+// variable CORVANE_INJECT_SOCKET, name its socket.
 #pragma once
 
 #include "platform/host/libraries/PlatformApi.h"
 
 namespace corvane::host {
 
-/// Main thread only. Starting what runs and stopping what doesn't change nothing. Both
-/// return 0 or a negative error; that BlueZ or the socket isn't to be had is no error.
+/// Main thread only. A second start, or a stop without a start, has no effect. Both return 0 or
+/// a negative error; the absence of BlueZ or of the socket is no error.
 PLATFORM_SHARED int startProduct();
 PLATFORM_SHARED int stopProduct();
 

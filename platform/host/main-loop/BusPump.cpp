@@ -53,7 +53,7 @@ BusPump::~BusPump() {
 }
 
 void BusPump::pump() {
-    // A callback that runs the main loop itself comes back here in the middle of a message.
+    // A callback that runs the main loop itself re-enters this function within a message.
     if (m_processing) {
         return;
     }
@@ -91,7 +91,7 @@ void BusPump::rearm() {
     }
     std::uint64_t limit = UINT64_MAX;
     if (m_hasMore) {
-        // What the connection has read already doesn't make its descriptor readable.
+        // Messages that the connection has already read don't make its descriptor readable.
         m_timer = ecore_timer_add(0, &BusPump::onTimeout, this);
     } else if (sd_bus_get_timeout(m_bus.get(), &limit) >= 0 && limit != UINT64_MAX) {
         m_timer = ecore_timer_add(secondsUntil(limit), &BusPump::onTimeout, this);

@@ -18,8 +18,8 @@ struct BusCloser {
 };
 using BusPtr = std::unique_ptr<sd_bus, BusCloser>;
 
-/// Owner: the user of the connection, on the main thread, where everything happens.
-/// Errors: std::bad_alloc. What guard() kept leaves through the main loop.
+/// Owner: the user of the connection. Threads: main thread.
+/// Errors: std::bad_alloc. What guard() kept is rethrown into the main loop.
 class BusPump {
 public:
     /// `bus` has been started; `fd` is a duplicate of its own. `onLost` is called by the main
@@ -34,14 +34,14 @@ public:
     sd_bus* bus() const { return m_bus.get(); }
     int fd() const { return m_fd.get(); }
 
-    /// Makes the main loop see to what was queued: after calls made outside a handler. No
-    /// handler runs before the main loop does, so no event is lost on those who are still
-    /// about to set their callbacks.
+    /// Makes the main loop process what was queued; call it after sd-bus calls made outside a
+    /// handler. No handler runs before the main loop does, so no event is lost before its
+    /// callback is set.
     void rearm();
 
     /// Runs the body of a message handler. An exception of the body (a plugin's) must not
-    /// unwind the connection's own code, which would stay half way through a message: it
-    /// is kept and thrown on to the main loop.
+    /// unwind sd-bus, which would leave a message half processed: it is kept and rethrown into
+    /// the main loop.
     template <typename Body>
     void guard(Body&& body) {
         try {
@@ -60,7 +60,7 @@ private:
     BusPtr m_bus;
     std::function<void()> m_onLost;
     std::function<bool()> m_feed;
-    Descriptor m_fd;  // one of our own: a connection that ends closes its own at once
+    Descriptor m_fd;  // a duplicate: a connection that ends closes its own at once
     Ecore_Fd_Handler* m_handler = nullptr;
     Ecore_Timer* m_timer = nullptr;
     std::exception_ptr m_kept;

@@ -10,7 +10,7 @@
 
 namespace corvane::host {
 
-/// Owner: whoever opened it. Threads: the owner's.
+/// Owner: the code that opened it. Threads: the owner's.
 class Descriptor {
 public:
     explicit Descriptor(int fd = -1) : m_fd(fd) {}
@@ -28,7 +28,7 @@ public:
     int get() const { return m_fd; }
     int release() { return std::exchange(m_fd, -1); }
 
-    /// Throws std::system_error without a descriptor for it.
+    /// Throws std::system_error if no descriptor is free.
     static Descriptor duplicate(int fd) {
         Descriptor made(fcntl(fd, F_DUPFD_CLOEXEC, 0));
         if (made.get() < 0) {

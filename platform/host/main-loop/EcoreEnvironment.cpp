@@ -1,6 +1,6 @@
-// The main-loop library's own system modules ask the system bus for services nobody
-// here uses, and fill the log with errors where there is none. They are switched
-// off before the program starts, unless the environment decided already.
+// The main-loop library's system modules ask the system bus for services that are not used
+// here, and log errors where there is no bus. They are switched off before the program
+// starts, unless the environment sets the variable.
 #include <cstdlib>
 
 namespace {

@@ -1,5 +1,5 @@
-// Jobs for the main loop, from any thread, in the order in which they come. Ecore's own
-// way of asking for this runs a job of the main thread before older ones of others.
+// Jobs for the main loop, from any thread, in first-in, first-out order. Ecore's own
+// function for this runs a job of the main thread before older ones of other threads.
 #pragma once
 
 #include <Ecore.h>
@@ -11,7 +11,7 @@
 namespace corvane::host {
 
 /// Owner: InjectServer, on the main thread. Threads: push() on any, the rest on the main
-/// thread. Jobs that haven't run when the queue is destroyed never will.
+/// thread. Jobs that haven't run when the queue is destroyed are dropped.
 /// Errors: std::bad_alloc; the constructor throws std::system_error too.
 class MainLoopQueue {
 public:
@@ -22,7 +22,7 @@ public:
 
     void push(std::function<void()> job);
 
-    /// Runs what is there now, without waiting for the main loop.
+    /// Runs the queued jobs at once, without waiting for the main loop.
     void run();
 
 private:

@@ -1,6 +1,6 @@
 // Strings and arrays as the platform lends them to a callback: each in memory of its
-// own, exactly as long as it has to be, gone when the callback has returned. Who
-// keeps a pointer or reads beyond the end is found out by the memory checkers.
+// own, of exactly the size needed, freed when the callback has returned. Memory checkers
+// then detect a plugin that keeps a pointer or reads beyond the end.
 #pragma once
 
 #include <algorithm>
