@@ -8,7 +8,7 @@
 #include <exception>
 #include <memory>
 
-#include "platform/host/bluetooth/bluez/BluezClient.h"
+#include "platform/host/bluez/BluezClient.h"
 #include "platform/host/inject/InjectServer.h"
 #include "platform/host/settings/Settings.h"
 

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/keys/KeyOperations.h"
-#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/keys/KeyOperations.h"
+#include "platform/host/bluez/reporters/Reporters.h"
 
 namespace {
 

@@ -7,12 +7,9 @@ namespace fs = std::filesystem;
 DaemonDirectory::DaemonDirectory() {
     fs::create_directory(plugins());
     setSettings("");
-    m_environment = {{"DBUS_SYSTEM_BUS_ADDRESS", bus()},
-                     {"CORVANE_PLATFORM_CONF", settings()},
-                     {"CORVANE_INJECT_SOCKET", socket()},
-                     {"CORVANE_LOG_LEVEL", "info"},
-                     {"XDG_RUNTIME_DIR", directory()},
-                     {"HOME", directory()}};
+    m_environment = {{"DBUS_SYSTEM_BUS_ADDRESS", bus()},  {"CORVANE_PLATFORM_CONF", settings()},
+                     {"CORVANE_INJECT_SOCKET", socket()}, {"CORVANE_LOG_LEVEL", "info"},
+                     {"XDG_RUNTIME_DIR", directory()},    {"HOME", directory()}};
 }
 
 void DaemonDirectory::addPlugin(const fs::path& library) const {

@@ -7,11 +7,11 @@
 
 #include <memory>
 
-#include "platform/host/bluetooth/bluez/exports/BluezAgent.h"
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/bus/BluezPeer.h"
-#include "platform/host/bluetooth/bluez/keys/KeyReporter.h"
-#include "platform/host/bluetooth/bluez/exports/ProfileSockets.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/bus/BluezPeer.h"
+#include "platform/host/bluez/exports/BluezAgent.h"
+#include "platform/host/bluez/exports/ProfileSockets.h"
+#include "platform/host/bluez/keys/KeyReporter.h"
 #include "platform/host/main-loop/BusPump.h"
 
 namespace corvane::host {

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/bus/BluezPeer.h"
-#include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
-#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/bus/BluezPeer.h"
+#include "platform/host/bluez/bus/DeviceRecord.h"
+#include "platform/host/bluez/reporters/Reporters.h"
 #include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {

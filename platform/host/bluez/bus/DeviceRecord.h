@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/host/bluetooth/bluez/bus/Properties.h"
+#include "platform/host/bluez/bus/Properties.h"
 #include "platform/host/slots/LentMemory.h"
 
 namespace corvane::host {

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/FdReader.h"
+#include "platform/host/bluez/FdReader.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // Calls to and from the running BlueZ. The main loop delivers the answers.
-#include "platform/host/bluetooth/bluez/bus/BluezPeer.h"
+#include "platform/host/bluez/bus/BluezPeer.h"
 
 #include <utility>
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/bluetooth/bluez/bus/BluezPeer.h"
+#include "platform/host/bluez/bus/BluezPeer.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {

@@ -3,10 +3,10 @@
 // services it offers, which may become known later than the connection.
 #include <bluetooth.h>
 
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/bus/DeviceRecord.h"
+#include "platform/host/bluez/reporters/Reporters.h"
 #include "platform/host/slots/CallbackSlot.h"
-#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
 
 namespace corvane::host {
 

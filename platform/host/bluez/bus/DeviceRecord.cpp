@@ -1,5 +1,5 @@
 // What BlueZ publishes about a device and its services, as the platform's types.
-#include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
+#include "platform/host/bluez/bus/DeviceRecord.h"
 
 #include <strings.h>
 

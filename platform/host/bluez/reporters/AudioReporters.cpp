@@ -4,9 +4,9 @@
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
-#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/bus/DeviceRecord.h"
+#include "platform/host/bluez/reporters/Reporters.h"
 #include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {

@@ -8,7 +8,7 @@
 #include <list>
 #include <string>
 
-#include "platform/host/bluetooth/bluez/bus/BluezPeer.h"
+#include "platform/host/bluez/bus/BluezPeer.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {

@@ -1,5 +1,5 @@
 // Converts Linux key codes to AV/C panel operations.
-#include "platform/host/bluetooth/bluez/keys/KeyOperations.h"
+#include "platform/host/bluez/keys/KeyOperations.h"
 
 #include <linux/input-event-codes.h>
 

@@ -1,5 +1,5 @@
 // The agent that BlueZ calls when a device wants to pair or to use a service.
-#include "platform/host/bluetooth/bluez/exports/BluezAgent.h"
+#include "platform/host/bluez/exports/BluezAgent.h"
 
 #include <dlog.h>
 
@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/bus/DeviceRecord.h"
 #include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {

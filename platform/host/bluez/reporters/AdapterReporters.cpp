@@ -3,9 +3,9 @@
 
 #include <optional>
 
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/bus/DeviceRecord.h"
-#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/bus/DeviceRecord.h"
+#include "platform/host/bluez/reporters/Reporters.h"
 #include "platform/host/slots/CallbackSlot.h"
 
 namespace corvane::host {

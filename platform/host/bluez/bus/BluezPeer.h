@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/host/bluetooth/bluez/bus/Properties.h"
+#include "platform/host/bluez/bus/Properties.h"
 #include "platform/host/main-loop/BusPump.h"
 
 namespace corvane::host {

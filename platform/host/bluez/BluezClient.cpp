@@ -1,11 +1,11 @@
 // Follows BlueZ on the system bus. Nothing here blocks on an answer, so a bus that hangs does
 // not delay the daemon's start.
-#include "platform/host/bluetooth/bluez/BluezClient.h"
+#include "platform/host/bluez/BluezClient.h"
 
 #include <string>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/reporters/Reporters.h"
+#include "platform/host/bluez/reporters/Reporters.h"
 #include "platform/host/settings/Settings.h"
 
 namespace corvane::host {

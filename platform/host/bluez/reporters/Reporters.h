@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "platform/host/bluetooth/bluez/bus/BluezReporter.h"
+#include "platform/host/bluez/bus/BluezReporter.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // The keys of remote controls (AVRCP), read from the input devices that BlueZ makes.
-#include "platform/host/bluetooth/bluez/keys/KeyReporter.h"
+#include "platform/host/bluez/keys/KeyReporter.h"
 
 #include <bluetooth_tv.h>
 #include <fcntl.h>
@@ -15,8 +15,8 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/bluetooth/bluez/keys/KeyOperations.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/keys/KeyOperations.h"
 #include "platform/host/slots/CallbackSlot.h"
 #include "platform/host/slots/LentMemory.h"
 

@@ -1,5 +1,5 @@
 // A copy of the properties of BlueZ's objects.
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
 
 #include <iterator>
 #include <utility>

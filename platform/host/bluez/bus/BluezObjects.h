@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/host/bluetooth/bluez/bus/BluezReporter.h"
-#include "platform/host/bluetooth/bluez/bus/Properties.h"
+#include "platform/host/bluez/bus/BluezReporter.h"
+#include "platform/host/bluez/bus/Properties.h"
 
 namespace corvane::host {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/host/bluetooth/bluez/bus/Properties.h"
+#include "platform/host/bluez/bus/Properties.h"
 
 namespace corvane::host {
 

@@ -1,5 +1,5 @@
 // The Bluetooth profiles whose connections BlueZ hands over to the daemon.
-#include "platform/host/bluetooth/bluez/exports/ProfileSockets.h"
+#include "platform/host/bluez/exports/ProfileSockets.h"
 
 #include <bluetooth.h>
 #include <dlog.h>
@@ -11,10 +11,10 @@
 #include <functional>
 #include <utility>
 
-#include "platform/host/bluetooth/bluez/FdReader.h"
-#include "platform/host/bluetooth/bluez/bus/BluezObjects.h"
-#include "platform/host/slots/LentMemory.h"
+#include "platform/host/bluez/FdReader.h"
+#include "platform/host/bluez/bus/BluezObjects.h"
 #include "platform/host/slots/CallbackSlot.h"
+#include "platform/host/slots/LentMemory.h"
 
 namespace corvane::host {
 

@@ -1,6 +1,6 @@
 // Reads the properties of an interface of a BlueZ object from a D-Bus message. Values of
 // unexpected types are skipped.
-#include "platform/host/bluetooth/bluez/bus/Properties.h"
+#include "platform/host/bluez/bus/Properties.h"
 
 #include <optional>
 #include <utility>

@@ -1,5 +1,5 @@
 // A file descriptor that the main loop reads.
-#include "platform/host/bluetooth/bluez/FdReader.h"
+#include "platform/host/bluez/FdReader.h"
 
 #include <unistd.h>
 
