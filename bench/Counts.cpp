@@ -10,7 +10,7 @@
 #include <new>
 #include <vector>
 
-#include "bench/Product.h"
+#include "bench/DaemonSide.h"
 #include "daemon/src/Plugin.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "bench/Budget.h"
-#include "bench/Product.h"
+#include "bench/DaemonSide.h"
 #include "bench/Record.h"
 #include "bench/Rivals.h"
 

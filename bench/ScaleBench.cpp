@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "bench/Product.h"
+#include "bench/DaemonSide.h"
 #include "daemon/src/Callback/BluetoothCallback.h"
 
 namespace {

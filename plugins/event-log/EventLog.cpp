@@ -2,7 +2,7 @@
 // The library exports nothing else.
 #include <IRequestBroker.h>
 
-#include "plugins/event-log/Events.h"
+#include "plugins/event-log/LoggedEvents.h"
 #include "plugins/event-log/Private.h"
 
 #define PLUGIN_ENTRY extern "C" __attribute__((visibility("default")))

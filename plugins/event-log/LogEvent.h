@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "plugins/event-log/Describe.h"
-#include "plugins/event-log/Events.h"
+#include "plugins/event-log/LoggedEvents.h"
 
 namespace eventlog {
 

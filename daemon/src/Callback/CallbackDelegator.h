@@ -9,9 +9,9 @@
 #include "daemon/src/Callback/CallbackType.h"
 #include "daemon/src/Callback/ICallback.h"
 #include "daemon/src/Callback/Singleton.h"
-#include "daemon/src/common/Mutex.h"
 #include "daemon/src/common/log.h"
 #include "taskExecutor/ITaskInvoker.h"
+#include "taskExecutor/Mutex.h"
 
 /// One instance for the process, held by Singleton<CallbackDelegator>. Owns every event source.
 ///

@@ -12,7 +12,7 @@
 #include <limits>
 #include <list>
 
-#include "daemon/src/common/Mutex.h"
+#include "taskExecutor/Mutex.h"
 
 /// An object that deliveries may still use when no new delivery can find it.
 class Retired {

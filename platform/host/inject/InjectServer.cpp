@@ -18,11 +18,11 @@ namespace corvane::host {
 namespace {
 
 int onEvent(sd_bus_message* message, void* client, sd_bus_error* error) {
-    return static_cast<InjectClient*>(client)->emit(message, error);
+    return static_cast<InjectPeer*>(client)->emit(message, error);
 }
 
 int onWatchCall(sd_bus_message* message, void* client, sd_bus_error*) {
-    return static_cast<InjectClient*>(client)->watch(message);
+    return static_cast<InjectPeer*>(client)->watch(message);
 }
 
 // An exception on a delivery thread has no handler: as on a device, the process ends, but with a
@@ -78,7 +78,7 @@ void InjectServer::acceptClient() {
             refuse((std::to_string(limits::mostPeers) + " peers are served already").c_str());
         } else {
             InjectPeers& peers = *this;
-            m_clients.push_back(std::make_unique<InjectClient>(std::move(peer), peers));
+            m_clients.push_back(std::make_unique<InjectPeer>(std::move(peer), peers));
             m_refuses = false;
         }
     } catch (const std::exception&) {
@@ -93,7 +93,7 @@ void InjectServer::refuse(const char* reason) {
     }
 }
 
-bool InjectServer::deliverElsewhere(InjectClient& client, sd_bus_message* call,
+bool InjectServer::deliverElsewhere(InjectPeer& client, sd_bus_message* call,
                                     const InjectInterface::Method& method, const Values& values) {
     if (!m_threads) {
         return false;
@@ -138,7 +138,7 @@ void InjectServer::tell(SlotChange change, const char* event, unsigned called) {
     }
 }
 
-void InjectServer::onLost(InjectClient& client) {
+void InjectServer::onLost(InjectPeer& client) {
     std::erase_if(m_putOff, [&](const auto& putOff) { return putOff.second.client == &client; });
     m_clients.remove_if([&](const auto& other) { return other.get() == &client; });
     const auto watches = [](const auto& other) { return other->watches(); };

@@ -13,8 +13,8 @@
 #include <string>
 
 #include "platform/host/inject/DeliveryThreads.h"
-#include "platform/host/inject/InjectClient.h"
 #include "platform/host/inject/InjectInterface.h"
+#include "platform/host/inject/InjectPeer.h"
 #include "platform/host/inject/InjectSocket.h"
 #include "platform/host/main-loop/MainLoopQueue.h"
 
@@ -36,16 +36,16 @@ public:
 
 private:
     struct PutOff {
-        InjectClient* client;
+        InjectPeer* client;
         MessagePtr call;
     };
 
     const InjectInterface& interface() const override { return m_interface; }
-    bool deliverElsewhere(InjectClient& client, sd_bus_message* call,
+    bool deliverElsewhere(InjectPeer& client, sd_bus_message* call,
                           const InjectInterface::Method& method, const Values& values) override;
     void tellWatchers() override { m_queue.run(); }
     void onWatch() override;
-    void onLost(InjectClient& client) override;
+    void onLost(InjectPeer& client) override;
 
     void acceptClient();
     void refuse(const char* reason);
@@ -57,7 +57,7 @@ private:
     InjectSocket m_socket;
     InjectInterface m_interface;
     MainLoopQueue m_queue;
-    std::list<std::unique_ptr<InjectClient>> m_clients;
+    std::list<std::unique_ptr<InjectPeer>> m_clients;
     bool m_refuses = false;                    // the last peer was refused
     std::map<std::uint64_t, PutOff> m_putOff;  // calls, answered when a thread has delivered
     std::uint64_t m_nextId = 0;

@@ -14,7 +14,7 @@
 
 namespace corvane::host {
 
-/// Owner: InjectClient. Threads: main thread. Errors: the constructor throws std::system_error.
+/// Owner: InjectPeer. Threads: main thread. Errors: the constructor throws std::system_error.
 /// File descriptors that a peer sends are closed by the system, because none are asked for.
 class PeerInput {
 public:

@@ -1,7 +1,7 @@
 // Defines both C functions of an event; used with the table of events.
 #pragma once
 
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 #include "platform/host/slots/CallbackSlot.h"
 
 #define CALLBACK_PAIR(setFunction, unsetFunction, ...)                             \

@@ -2,7 +2,7 @@
 // variable CORVANE_INJECT_SOCKET, name its socket.
 #pragma once
 
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 
 namespace corvane::host {
 

@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <exception>
 
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 #include "platform/host/system-info/SystemInfoFile.h"
 
 PLATFORM_API int system_info_get_custom_int(const char* key, int* value) {

@@ -6,7 +6,7 @@
 
 #include <mutex>
 
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 
 namespace corvane::host {
 

@@ -3,7 +3,7 @@
 
 #include <chrono>
 
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 
 namespace corvane::host {
 

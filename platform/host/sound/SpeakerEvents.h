@@ -1,7 +1,7 @@
 // Turns changes of the sound server's default sink into speaker-changed events.
 #pragma once
 
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 
 namespace corvane::host {
 

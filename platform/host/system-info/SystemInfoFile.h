@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 
 namespace corvane::host {
 

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "daemon/src/common/log.h"
-#include "platform/host/libraries/PlatformApi.h"
+#include "platform/host/PlatformApi.h"
 #include "platform/host/libraries/Product.h"
 #include "platform/host/slots/SlowWatch.h"
 #include "platform/host/sound/SpeakerEvents.h"

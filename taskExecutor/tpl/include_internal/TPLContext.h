@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "daemon/src/common/Mutex.h"
+#include "taskExecutor/Mutex.h"
 #include "taskExecutor/ShortLived.h"
 #include "taskExecutor/tpl/include_internal/TPLLog.h"
 

@@ -1,5 +1,5 @@
 // All events that a plugin can subscribe to. Irregular spellings are part of the broker's names.
-#include "plugins/event-log/Events.h"
+#include "plugins/event-log/LoggedEvents.h"
 
 #include "plugins/event-log/LogEvent.h"
 

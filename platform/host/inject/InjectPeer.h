@@ -15,7 +15,7 @@
 
 namespace corvane::host {
 
-class InjectClient;
+class InjectPeer;
 
 struct MessageReleaser {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
@@ -30,7 +30,7 @@ public:
     virtual const InjectInterface& interface() const = 0;
 
     /// Returns true if a delivery thread takes the event; `call` is answered later.
-    virtual bool deliverElsewhere(InjectClient& client, sd_bus_message* call,
+    virtual bool deliverElsewhere(InjectPeer& client, sd_bus_message* call,
                                   const InjectInterface::Method& method, const Values& values) = 0;
 
     /// Sends the watchers all changes up to now.
@@ -40,15 +40,15 @@ public:
     virtual void onWatch() = 0;
 
     /// The peer has disconnected; destroys the client.
-    virtual void onLost(InjectClient& client) = 0;
+    virtual void onLost(InjectPeer& client) = 0;
 };
 
 /// Owner: InjectServer. Threads: main thread. Errors: what a callback throws is rethrown into
 /// the main loop. A peer that doesn't read what it is sent is disconnected.
-class InjectClient {
+class InjectPeer {
 public:
     /// `peer` is the connected socket. Throws std::system_error, std::bad_alloc.
-    InjectClient(Descriptor peer, InjectPeers& peers);
+    InjectPeer(Descriptor peer, InjectPeers& peers);
 
     int emit(sd_bus_message* message, sd_bus_error* error);
     int watch(sd_bus_message* message);

@@ -1,5 +1,5 @@
 // One peer connected to injection.
-#include "platform/host/inject/InjectClient.h"
+#include "platform/host/inject/InjectPeer.h"
 
 #include <dlog.h>
 #include <sys/socket.h>
@@ -55,7 +55,7 @@ BusPtr openServerBus(Descriptor input, Descriptor output) {
 
 }  // namespace
 
-InjectClient::InjectClient(Descriptor peer, InjectPeers& peers)
+InjectPeer::InjectPeer(Descriptor peer, InjectPeers& peers)
     : m_peers(peers),
       m_pump{openServerBus(m_input.takeOutlet(), Descriptor::duplicate(peer.get())),
              std::move(peer), [this] { m_peers.onLost(*this); }, [this] { return feed(); }} {
@@ -66,14 +66,14 @@ InjectClient::InjectClient(Descriptor peer, InjectPeers& peers)
     m_pump.rearm();
 }
 
-bool InjectClient::feed() {
+bool InjectPeer::feed() {
     if (!m_isDisconnected && leavesUnread()) {
         disconnect("a peer that doesn't read its answers is disconnected");
     }
     return m_input.pass(m_pump.bus(), m_pump.fd());
 }
 
-bool InjectClient::leavesUnread() const {
+bool InjectPeer::leavesUnread() const {
     std::uint64_t unread = 0;
     const auto most = m_watches ? limits::mostUnreadSignals : limits::mostUnreadAnswers;
     return sd_bus_get_n_queued_write(m_pump.bus(), &unread) < 0 || unread > most;
@@ -81,14 +81,14 @@ bool InjectClient::leavesUnread() const {
 
 // The pump detects the end of the connection and has the client removed; here the client may be in
 // the middle of a call.
-void InjectClient::disconnect(const char* reason) {
+void InjectPeer::disconnect(const char* reason) {
     dlog_print(DLOG_PRIORITY_WARNING, "INJECT", "%s", reason);
     shutdown(m_pump.fd(), SHUT_RDWR);
     m_isDisconnected = true;
     m_watches = false;
 }
 
-int InjectClient::emit(sd_bus_message* message, sd_bus_error* error) {
+int InjectPeer::emit(sd_bus_message* message, sd_bus_error* error) {
     const auto& method = m_peers.interface().method(sd_bus_message_get_member(message));
     try {
         const auto values = readValues(message, *method.event);
@@ -116,7 +116,7 @@ int InjectClient::emit(sd_bus_message* message, sd_bus_error* error) {
     }
 }
 
-void InjectClient::answer(sd_bus_message* call, unsigned called, const std::string& refusal) {
+void InjectPeer::answer(sd_bus_message* call, unsigned called, const std::string& refusal) {
     if (refusal.empty()) {
         sd_bus_reply_method_return(call, "u", called);
     } else {
@@ -125,7 +125,7 @@ void InjectClient::answer(sd_bus_message* call, unsigned called, const std::stri
     m_pump.rearm();
 }
 
-int InjectClient::watch(sd_bus_message* message) {
+int InjectPeer::watch(sd_bus_message* message) {
     m_watches = true;
     m_peers.onWatch();
     // Read after the watch has begun: a change in between is reported twice, never lost.
@@ -142,7 +142,7 @@ int InjectClient::watch(sd_bus_message* message) {
     return result < 0 ? result : sd_bus_send(nullptr, made, nullptr);
 }
 
-void InjectClient::tell(SlotChange change, const char* event, unsigned called) {
+void InjectPeer::tell(SlotChange change, const char* event, unsigned called) {
     if (!m_watches) {
         return;
     }
