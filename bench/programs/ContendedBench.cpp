@@ -1,10 +1,10 @@
-// Two threads hand tasks to one receiver, whose queue has no limit.
+// Two threads queue tasks at one receiver, whose queue has no limit.
 #include <benchmark/benchmark.h>
 
 #include <atomic>
 #include <memory>
 
-#include "bench/Rivals.h"
+#include "bench/subjects/Rivals.h"
 #include "taskExecutor/TaskExecutor.h"
 
 namespace {

@@ -1,7 +1,7 @@
-// One task of two words to somebody who isn't busy.
+// Hands a task of two words to an idle receiver.
 #include <benchmark/benchmark.h>
 
-#include "bench/Rivals.h"
+#include "bench/subjects/Rivals.h"
 #include "taskExecutor/TaskInvokerImpl.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// A device with strings, as the platform lends it and as a rival would keep it.
+// A device record with strings, as the platform passes it and as an alternative would copy it.
 #pragma once
 
 #include <bluetooth.h>

@@ -1,6 +1,6 @@
-// What doesn't depend on the machine's mood: bench_counts prints, as JSON, how often a delivery and
-// a hand-off ask the heap, and how much an idle plugin holds. bench_counts EVENTS delivers so many
-// events to eight plugins, for a program that counts instructions.
+// Figures that don't depend on the machine's load: bench_counts prints, as JSON, the allocations of
+// a delivery and of a hand-off, and the heap size of an idle plugin. bench_counts EVENTS delivers
+// that many events to eight plugins, for a program that counts instructions.
 #include <malloc.h>
 
 #include <atomic>
@@ -10,7 +10,7 @@
 #include <new>
 #include <vector>
 
-#include "bench/DaemonSide.h"
+#include "bench/subjects/DaemonSide.h"
 #include "daemon/src/Plugin.h"
 
 namespace {

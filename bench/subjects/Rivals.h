@@ -1,6 +1,6 @@
-// What people would use instead: a signal, and something that runs one subscriber's calls one at
-// a time. Each has subscribe(fn, userData) and emit(args...), and runs what it can on the emitting
-// thread, as the daemon does.
+// The alternatives: a signal together with an executor that serialises the calls of a subscriber.
+// Each has subscribe(fn, userData) and emit(args...). Like the daemon, it runs calls on the emitting
+// thread if it can.
 #pragma once
 
 #include <sigc++/sigc++.h>

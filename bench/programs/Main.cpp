@@ -1,5 +1,5 @@
-// A second thread is there and does nothing: with one thread alone, locks and reference counts
-// would take short cuts that no daemon ever takes.
+// Starts a second, idle thread: in a process with a single thread, locks and reference counts take
+// short cuts that the daemon never takes.
 #include <benchmark/benchmark.h>
 
 #include <boost/version.hpp>

@@ -1,4 +1,4 @@
-// 64 plugins loaded, initialised and unloaded.
+// Loads, initialises and unloads 64 plugins.
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 

@@ -1,4 +1,4 @@
-#include "bench/IdlePlatform.h"
+#include "bench/subjects/IdlePlatform.h"
 
 #include <bluetooth_tv.h>
 #include <sound_manager_tv.h>

@@ -1,4 +1,4 @@
-// A process with the main loop's library and nothing else, to compare the daemon's size with.
+// A process that contains only the main-loop library. The daemon's size is compared with it.
 #include <Ecore.h>
 #include <unistd.h>
 

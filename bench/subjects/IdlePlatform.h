@@ -1,11 +1,11 @@
-// A platform that remembers the callbacks set, so that a benchmark can be the one who calls them.
+// A platform that stores the callbacks that are set, so that a benchmark can call them.
 #pragma once
 
 #include <bluetooth.h>
 
 namespace idle_platform {
 
-/// The callback and its user data; one thread at a time sets, any may read meanwhile.
+/// The callback and its user data. One thread at a time sets it; any thread may read it.
 template <typename Callback>
 struct Slot {
     Callback callback;

@@ -1,12 +1,12 @@
-// One event to several subscribers, none of which is busy.
+// Delivers one event to several idle subscribers.
 #include <benchmark/benchmark.h>
 
 #include <vector>
 
-#include "bench/Budget.h"
-#include "bench/DaemonSide.h"
-#include "bench/Record.h"
-#include "bench/Rivals.h"
+#include "bench/subjects/Budget.h"
+#include "bench/subjects/DaemonSide.h"
+#include "bench/subjects/Record.h"
+#include "bench/subjects/Rivals.h"
 
 namespace {
 

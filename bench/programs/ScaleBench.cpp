@@ -1,10 +1,10 @@
-// What one delivery costs as subscribers and delivering threads grow in number.
+// Measures one delivery with growing numbers of subscribers and of delivering threads.
 #include <benchmark/benchmark.h>
 
 #include <memory>
 #include <vector>
 
-#include "bench/DaemonSide.h"
+#include "bench/subjects/DaemonSide.h"
 #include "daemon/src/Callback/BluetoothCallback.h"
 
 namespace {

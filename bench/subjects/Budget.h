@@ -1,5 +1,5 @@
-// The floor: as many locks, allocations, strings and log calls as a delivery makes, and nothing
-// else. What the daemon takes beyond it is its own doing.
+// The lower bound: as many locks, allocations, strings and log calls as a delivery requires, and
+// nothing else. The difference to the daemon is the daemon's own overhead.
 #pragma once
 
 #include <dlog.h>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/Subscriber.h"
+#include "bench/subjects/Subscriber.h"
 
 template <typename... Args>
 class Budget {

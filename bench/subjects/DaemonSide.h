@@ -1,11 +1,11 @@
-// The daemon's side of the comparisons: brokers of plugins, and the platform that calls.
+// The daemon's side of the comparisons: brokers of plugins, and the platform that calls back.
 #pragma once
 
 #include <memory>
 #include <vector>
 
-#include "bench/IdlePlatform.h"
-#include "bench/Subscriber.h"
+#include "bench/subjects/IdlePlatform.h"
+#include "bench/subjects/Subscriber.h"
 #include "daemon/src/Callback/CallbackDelegator.h"
 #include "daemon/src/broker/RequestBroker.h"
 #include "taskExecutor/TaskInvokerImpl.h"

@@ -1,4 +1,4 @@
-// The plugin's side of every benchmark: it counts what it gets.
+// The plugin's side of every benchmark: it counts the events it receives.
 #pragma once
 
 #include <bluetooth.h>
