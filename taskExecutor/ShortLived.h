@@ -3,11 +3,16 @@
 // AddressSanitizer reports the use of a kept block like that of freed memory.
 #pragma once
 
-#include <sanitizer/asan_interface.h>
-
 #include <array>
 #include <cstddef>
 #include <new>
+
+#if __has_include(<sanitizer/asan_interface.h>)
+#include <sanitizer/asan_interface.h>
+#else  // a device's compiler may come without it
+#define ASAN_POISON_MEMORY_REGION(address, size)
+#define ASAN_UNPOISON_MEMORY_REGION(address, size)
+#endif
 
 /// A base of short-lived objects. An object that is deleted through a base has a virtual
 /// destructor: the size tells where its memory came from.

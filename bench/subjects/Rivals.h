@@ -1,6 +1,6 @@
 // The alternatives: a signal together with an executor that serialises the calls of a subscriber.
-// Each has subscribe(fn, userData) and emit(args...). Like the daemon, it runs calls on the emitting
-// thread if it can.
+// Each has subscribe(fn, userData) and emit(args...). Like the daemon, it runs calls on the
+// emitting thread if it can.
 #pragma once
 
 #include <sigc++/sigc++.h>

@@ -7,7 +7,7 @@ namespace eventlog {
 
 namespace {
 
-constexpr Event events[] = {
+constexpr Event EVENTS[] = {
     {"bt-host-connection-state-changed",
      {"result", "connected", "address"},
      subscribe<&IRequestBroker::BtHidHostInitialize>,
@@ -181,7 +181,7 @@ constexpr Event events[] = {
 }  // namespace
 
 std::span<const Event> allEvents() {
-    return events;
+    return EVENTS;
 }
 
 }  // namespace eventlog

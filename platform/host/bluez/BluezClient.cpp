@@ -12,7 +12,7 @@ namespace corvane::host {
 
 namespace {
 
-constexpr double retryDelaySec = 2.0;
+constexpr double RETRY_DELAY_SEC = 2.0;
 
 // Reads an a{sa{sv}}: the interfaces of one object.
 BluezObjects::Interfaces readInterfaces(sd_bus_message* message) {
@@ -109,7 +109,7 @@ void BluezClient::retryLater() {
         return ECORE_CALLBACK_CANCEL;
     };
     if (m_retry == nullptr) {
-        m_retry = ecore_timer_add(retryDelaySec, onTimer, this);
+        m_retry = ecore_timer_add(RETRY_DELAY_SEC, onTimer, this);
     }
 }
 

@@ -29,7 +29,7 @@ public:
         } else if constexpr (std::is_enum_v<T>) {
             add({name, Kind::Enumeration, defaultText, namesOf<T>});
         } else if constexpr (std::is_class_v<std::remove_pointer_t<T>>) {
-            add({name, Kind::Record, "", {}, FieldsOf<std::remove_pointer_t<T>>::list.fields()});
+            add({name, Kind::Record, "", {}, FieldsOf<std::remove_pointer_t<T>>::LIST.fields()});
         } else {
             add({name, kindOf<T>(), defaultText});
         }
@@ -78,7 +78,7 @@ private:
 
 template <typename Record>
 struct FieldsOf {
-    static constexpr FieldList list = [] {
+    static constexpr FieldList LIST = [] {
         FieldList made;
         made.add<Record>("", "");
         return made;
@@ -96,7 +96,7 @@ constexpr FieldList argumentFieldsOf = []<std::size_t... i>(std::index_sequence<
 }
 (ArgumentIndices<setFunction>());
 
-constexpr Event events[] = {
+constexpr Event EVENTS[] = {
 #define EVENT(library, name, setFunction, unsetFunction, meaning, ...) \
     {name, #setFunction, #unsetFunction, meaning, argumentFieldsOf<&setFunction>.fields()},
 #include "platform/host/events/Events.def"
@@ -118,7 +118,7 @@ const Field* findAmong(std::span<const Field> fields, std::string_view wanted) {
 }  // namespace
 
 std::span<const Event> allEvents() {
-    return events;
+    return EVENTS;
 }
 
 const Event* findEvent(std::string_view wanted) {

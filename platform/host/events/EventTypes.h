@@ -40,8 +40,8 @@ struct Argument {
     const char* defaultText = "";
 };
 
-inline constexpr const char* defaultAddress = "AA:BB:CC:DD:EE:FF";
-inline constexpr const char* defaultName = "Headset";
+inline constexpr const char* DEFAULT_ADDRESS = "AA:BB:CC:DD:EE:FF";
+inline constexpr const char* DEFAULT_NAME = "Headset";
 
 /// The arguments of each event. A row with too many doesn't compile here, one with too few not
 /// in EventTable.cpp.

@@ -26,8 +26,8 @@ constexpr void visitClass(Visitor& visit, bt_class_s& deviceClass) {
 
 template <typename Visitor>
 constexpr void visitFields(Visitor& visit, bt_adapter_device_discovery_info_s& record) {
-    visit.value("remote_address", defaultAddress, record.remote_address);
-    visit.value("remote_name", defaultName, record.remote_name);
+    visit.value("remote_address", DEFAULT_ADDRESS, record.remote_address);
+    visit.value("remote_name", DEFAULT_NAME, record.remote_name);
     visitClass(visit, record.bt_class);
     visit.value("rssi", "-60", record.rssi);
     visit.value("is_bonded", "false", record.is_bonded);
@@ -40,8 +40,8 @@ constexpr void visitFields(Visitor& visit, bt_adapter_device_discovery_info_s& r
 template <typename Visitor>
 constexpr void visitFields(Visitor& visit, bt_device_info_s& record) {
     visit.presence();
-    visit.value("remote_address", defaultAddress, record.remote_address);
-    visit.value("remote_name", defaultName, record.remote_name);
+    visit.value("remote_address", DEFAULT_ADDRESS, record.remote_address);
+    visit.value("remote_name", DEFAULT_NAME, record.remote_name);
     visitClass(visit, record.bt_class);
     visit.uuids(record.service_uuid, record.service_count, UuidArray::mayBeNull);
     visit.value("is_bonded", "true", record.is_bonded);
@@ -53,14 +53,14 @@ constexpr void visitFields(Visitor& visit, bt_device_info_s& record) {
 
 template <typename Visitor>
 constexpr void visitFields(Visitor& visit, bt_device_connection_info_s& record) {
-    visit.value("remote_address", defaultAddress, record.remote_address);
+    visit.value("remote_address", DEFAULT_ADDRESS, record.remote_address);
     visit.value("link", "bredr", record.link);
     visit.value("disconn_reason", "unknown", record.disconn_reason);
 }
 
 template <typename Visitor>
 constexpr void visitFields(Visitor& visit, bt_device_sdp_info_s& record) {
-    visit.value("remote_address", defaultAddress, record.remote_address);
+    visit.value("remote_address", DEFAULT_ADDRESS, record.remote_address);
     visit.uuids(record.service_uuid, record.service_count, UuidArray::isRead);
 }
 
@@ -69,7 +69,7 @@ constexpr void visitFields(Visitor& visit, bt_socket_connection_s& record) {
     visit.value("socket_fd", "7", record.socket_fd);
     visit.value("server_fd", "-1", record.server_fd);
     visit.value("local_role", "client", record.local_role);
-    visit.value("remote_address", defaultAddress, record.remote_address);
+    visit.value("remote_address", DEFAULT_ADDRESS, record.remote_address);
     visit.value("service_uuid", "1101", record.service_uuid);
 }
 
@@ -87,7 +87,7 @@ constexpr void visitFields(Visitor& visit, bt_avrcp_key_event_s& record) {
 
 template <typename Visitor>
 constexpr void visitFields(Visitor& visit, bt_avrcp_remote_features_s& record) {
-    visit.value("remote_address", defaultAddress, record.remote_address);
+    visit.value("remote_address", DEFAULT_ADDRESS, record.remote_address);
     visit.value("feature", "1", record.feature);
     visit.value("service_name", "AV Remote Control", record.service_name);
     visit.value("provider_name", "Corvane", record.provider_name);
@@ -97,7 +97,7 @@ template <typename Visitor>
 constexpr void visitFields(Visitor& visit, bt_hid_battery_status_info_s& record) {
     visit.value("status", "80", record.status);
     // The platform promises this many bytes, whatever the address.
-    visit.text("address", defaultAddress, record.address, 18);
+    visit.text("address", DEFAULT_ADDRESS, record.address, 18);
 }
 
 // Callbacks get it by value, so its fields are arguments.

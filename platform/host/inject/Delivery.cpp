@@ -117,7 +117,7 @@ unsigned deliverTo(const Values& values, std::index_sequence<i...>) {
 
 using Deliver = unsigned (*)(const Values& values);
 
-constexpr Deliver deliveries[] = {
+constexpr Deliver DELIVERIES[] = {
 #define EVENT(library, name, setFunction, unsetFunction, meaning, ...)           \
     [](const Values& values) {                                                   \
         return deliverTo<&setFunction>(values, ArgumentIndices<&setFunction>()); \
@@ -129,7 +129,7 @@ constexpr Deliver deliveries[] = {
 }  // namespace
 
 unsigned deliver(const Event& event, const Values& values) {
-    return deliveries[&event - allEvents().data()](values);
+    return DELIVERIES[&event - allEvents().data()](values);
 }
 
 }  // namespace corvane::host

@@ -48,7 +48,7 @@ void DeliveryThreads::stop() {
 bool DeliveryThreads::post(std::function<void()> job) {
     auto& worker = *m_workers[m_next];
     const std::lock_guard lock(worker.mutex);
-    if (worker.jobs.size() == limits::mostWaitingEvents) {
+    if (worker.jobs.size() == limits::MOST_WAITING_EVENTS) {
         return false;
     }
     m_next = (m_next + 1) % m_workers.size();

@@ -13,8 +13,8 @@
 
 namespace corvane::host {
 
-inline constexpr const char* injectPath = "/org/corvane/Inject";
-inline constexpr const char* injectInterface = "org.corvane.Inject1";
+inline constexpr const char* INJECT_PATH = "/org/corvane/Inject";
+inline constexpr const char* INJECT_INTERFACE = "org.corvane.Inject1";
 
 /// Owner: InjectServer; outlives its clients. Threads: main thread.
 class InjectInterface {

@@ -6,10 +6,10 @@
 
 namespace corvane::host::limits {
 
-inline constexpr std::size_t mostPeers = 64;
-inline constexpr std::size_t mostMessageBytes = 256 * 1024;
-inline constexpr std::uint64_t mostUnreadAnswers = 1024;
-inline constexpr std::uint64_t mostUnreadSignals = 4096;  // of a peer that watches
-inline constexpr std::size_t mostWaitingEvents = 64;      // for each delivery thread
+inline constexpr std::size_t MOST_PEERS = 64;
+inline constexpr std::size_t MOST_MESSAGE_BYTES = 256 * 1024;
+inline constexpr std::uint64_t MOST_UNREAD_ANSWERS = 1024;
+inline constexpr std::uint64_t MOST_UNREAD_SIGNALS = 4096;  // of a peer that watches
+inline constexpr std::size_t MOST_WAITING_EVENTS = 64;      // for each delivery thread
 
 }  // namespace corvane::host::limits

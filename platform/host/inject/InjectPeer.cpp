@@ -25,7 +25,7 @@ int onHello(sd_bus_message* message, void*, sd_bus_error*) {
     return sd_bus_reply_method_return(message, "s", ":1.1");
 }
 
-constexpr sd_bus_vtable greeting[] = {
+constexpr sd_bus_vtable GREETING[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD("Hello", "", "s", &onHello, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_VTABLE_END,
@@ -59,10 +59,10 @@ InjectPeer::InjectPeer(Descriptor peer, InjectPeers& peers)
     : m_peers(peers),
       m_pump{openServerBus(m_input.takeOutlet(), Descriptor::duplicate(peer.get())),
              std::move(peer), [this] { m_peers.onLost(*this); }, [this] { return feed(); }} {
-    check(sd_bus_add_object_vtable(m_pump.bus(), nullptr, injectPath, injectInterface,
+    check(sd_bus_add_object_vtable(m_pump.bus(), nullptr, INJECT_PATH, INJECT_INTERFACE,
                                    peers.interface().vtable(), this));
     check(sd_bus_add_object_vtable(m_pump.bus(), nullptr, "/org/freedesktop/DBus",
-                                   "org.freedesktop.DBus", greeting, nullptr));
+                                   "org.freedesktop.DBus", GREETING, nullptr));
     m_pump.rearm();
 }
 
@@ -75,7 +75,7 @@ bool InjectPeer::feed() {
 
 bool InjectPeer::leavesUnread() const {
     std::uint64_t unread = 0;
-    const auto most = m_watches ? limits::mostUnreadSignals : limits::mostUnreadAnswers;
+    const auto most = m_watches ? limits::MOST_UNREAD_SIGNALS : limits::MOST_UNREAD_ANSWERS;
     return sd_bus_get_n_queued_write(m_pump.bus(), &unread) < 0 || unread > most;
 }
 
@@ -152,9 +152,9 @@ void InjectPeer::tell(SlotChange change, const char* event, unsigned called) {
         return;
     }
     if (change == SlotChange::Delivered) {
-        sd_bus_emit_signal(bus, injectPath, injectInterface, "Delivered", "su", event, called);
+        sd_bus_emit_signal(bus, INJECT_PATH, INJECT_INTERFACE, "Delivered", "su", event, called);
     } else {
-        sd_bus_emit_signal(bus, injectPath, injectInterface,
+        sd_bus_emit_signal(bus, INJECT_PATH, INJECT_INTERFACE,
                            change == SlotChange::Set ? "Set" : "Unset", "s", event);
     }
     m_pump.rearm();

@@ -74,8 +74,8 @@ void InjectServer::acceptClient() {
         if (peer.get() < 0) {
             return;
         }
-        if (m_clients.size() == limits::mostPeers) {
-            refuse((std::to_string(limits::mostPeers) + " peers are served already").c_str());
+        if (m_clients.size() == limits::MOST_PEERS) {
+            refuse((std::to_string(limits::MOST_PEERS) + " peers are served already").c_str());
         } else {
             InjectPeers& peers = *this;
             m_clients.push_back(std::make_unique<InjectPeer>(std::move(peer), peers));
@@ -110,7 +110,7 @@ bool InjectServer::deliverElsewhere(InjectPeer& client, sd_bus_message* call,
         m_putOff.erase(id);
         sd_bus_reply_method_errorf(call, SD_BUS_ERROR_LIMITS_EXCEEDED,
                                    "%zu events wait for their thread already",
-                                   limits::mostWaitingEvents);
+                                   limits::MOST_WAITING_EVENTS);
     }
     return true;
 }

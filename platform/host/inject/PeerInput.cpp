@@ -17,8 +17,8 @@ namespace corvane::host {
 
 namespace {
 
-constexpr std::size_t pieceSize = 16384;
-using Piece = std::array<char, pieceSize>;
+constexpr std::size_t PIECE_SIZE = 16384;
+using Piece = std::array<char, PIECE_SIZE>;
 
 // The size of the message that has this header. A header of unknown byte order or version counts as
 // too long.
@@ -91,10 +91,10 @@ bool PeerInput::passMessage(int peer) {
     }
     m_headerSize = 0;
     const auto announced = messageSize(m_header);
-    if (announced > limits::mostMessageBytes) {
+    if (announced > limits::MOST_MESSAGE_BYTES) {
         dlog_print(DLOG_PRIORITY_WARNING, "INJECT",
                    "a peer is disconnected: its message is broken or has more than %zu bytes",
-                   limits::mostMessageBytes);
+                   limits::MOST_MESSAGE_BYTES);
         return end();
     }
     m_missing = static_cast<std::size_t>(announced) - m_header.size();

@@ -14,7 +14,7 @@ namespace corvane::host {
 namespace {
 
 // A peer that sends without end must not keep the main loop from its other work.
-constexpr int stepsAtOnce = 64;
+constexpr int STEPS_AT_ONCE = 64;
 
 Ecore_Fd_Handler_Flags flagsFor(int events) {
     int flags = ECORE_FD_ERROR;
@@ -71,7 +71,7 @@ void BusPump::pump() {
 
 void BusPump::process() {
     int result = 1;
-    for (int step = 0; step < stepsAtOnce && result > 0 && !m_kept; ++step) {
+    for (int step = 0; step < STEPS_AT_ONCE && result > 0 && !m_kept; ++step) {
         result = sd_bus_process(m_bus.get(), nullptr);
         if (result == 0 && m_feed && m_feed()) {
             result = 1;

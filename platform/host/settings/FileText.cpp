@@ -20,14 +20,14 @@ FileText readFileText(const std::string& path) {
     for (char piece[4096]; size > 0 && !result.isCut;) {
         size = read(fd, piece, sizeof piece);
         result.text.append(piece, size > 0 ? static_cast<std::size_t>(size) : 0);
-        result.isCut = result.text.size() > maxFileBytes;
+        result.isCut = result.text.size() > MAX_FILE_BYTES;
     }
     struct stat status {};
     const bool isPipe = fstat(fd, &status) == 0 && S_ISFIFO(status.st_mode);
     close(fd);
     result.isBroken = size < 0 || (isPipe && result.text.empty());
     if (result.isCut) {
-        result.text.resize(result.text.rfind('\n', maxFileBytes - 1) + 1);
+        result.text.resize(result.text.rfind('\n', MAX_FILE_BYTES - 1) + 1);
     }
     return result;
 }

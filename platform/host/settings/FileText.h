@@ -6,7 +6,7 @@
 
 namespace corvane::host {
 
-inline constexpr std::size_t maxFileBytes = std::size_t{1024} * 1024;
+inline constexpr std::size_t MAX_FILE_BYTES = std::size_t{1024} * 1024;
 
 struct FileText {
     int openError;  // 0, or the errno of a file that cannot be opened

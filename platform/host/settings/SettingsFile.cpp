@@ -110,7 +110,7 @@ void readSettingsFile(Settings& settings, const std::string& path, AbsentFile ab
         complaints.push_back(path + ": cannot be read to its end");
     }
     if (file.isCut) {
-        complaints.push_back(path + ": has more than " + std::to_string(maxFileBytes) +
+        complaints.push_back(path + ": has more than " + std::to_string(MAX_FILE_BYTES) +
                              " bytes; the rest is ignored");
     }
 }

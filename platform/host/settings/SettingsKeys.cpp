@@ -25,36 +25,36 @@ struct Key {
     Store store;
 };
 
-constexpr std::array outputs{Named{"auto", LogOutput::automatic},
+constexpr std::array OUTPUTS{Named{"auto", LogOutput::automatic},
                              Named{"stderr", LogOutput::standardError},
                              Named{"journal", LogOutput::journal}, Named{"file", LogOutput::file}};
 
-constexpr std::array levels{
+constexpr std::array LEVELS{
     Named{"debug", DLOG_PRIORITY_DEBUG},     Named{"info", DLOG_PRIORITY_INFO},
     Named{"warning", DLOG_PRIORITY_WARNING}, Named{"error", DLOG_PRIORITY_ERROR},
     Named{"3", DLOG_PRIORITY_DEBUG},         Named{"4", DLOG_PRIORITY_INFO},
     Named{"5", DLOG_PRIORITY_WARNING},       Named{"6", DLOG_PRIORITY_ERROR}};
 
-constexpr std::array agents{Named{"none", ""},
+constexpr std::array AGENTS{Named{"none", ""},
                             Named{"DisplayOnly", "DisplayOnly"},
                             Named{"DisplayYesNo", "DisplayYesNo"},
                             Named{"KeyboardOnly", "KeyboardOnly"},
                             Named{"NoInputNoOutput", "NoInputNoOutput"},
                             Named{"KeyboardDisplay", "KeyboardDisplay"}};
 
-constexpr std::array answers{Named{"accept", true}, Named{"reject", false}};
+constexpr std::array ANSWERS{Named{"accept", true}, Named{"reject", false}};
 
-constexpr std::array decisions{Named{"yes", true}, Named{"no", false}};
+constexpr std::array DECISIONS{Named{"yes", true}, Named{"no", false}};
 
-constexpr std::array routes{Named{"speaker", SOUND_TV_OUTPUT_ROUTE_SPEAKER},
+constexpr std::array ROUTES{Named{"speaker", SOUND_TV_OUTPUT_ROUTE_SPEAKER},
                             Named{"bluetooth", SOUND_TV_OUTPUT_ROUTE_BLUETOOTH},
                             Named{"optical", SOUND_TV_OUTPUT_ROUTE_OPTICAL},
                             Named{"hdmi", SOUND_TV_OUTPUT_ROUTE_HDMI},
                             Named{"line-out", SOUND_TV_OUTPUT_ROUTE_LINE_OUT}};
 
-constexpr Key keys[] = {
+constexpr Key KEYS[] = {
     {"log", "output", "auto, stderr, journal or file",
-     [](Settings& s, auto, auto value) { return storeNamed(s.log.output, outputs, value); }},
+     [](Settings& s, auto, auto value) { return storeNamed(s.log.output, OUTPUTS, value); }},
     {"log", "file", "a path that starts with '/'",
      [](Settings& s, auto, auto value) { return storePath(s.log.file, value); }},
     // Accepted without effect, so that existing files stay valid.
@@ -64,7 +64,7 @@ constexpr Key keys[] = {
          return storeNumber(unused, 0, 60000, value);
      }},
     {"log", "level", "debug, info, warning, error or 3 to 6",
-     [](Settings& s, auto, auto value) { return storeNamed(s.log.level, levels, value); }},
+     [](Settings& s, auto, auto value) { return storeNamed(s.log.level, LEVELS, value); }},
     {"system-info", "*", "a 32-bit integer",
      [](Settings& s, auto rest, auto value) {
          int number = 0;
@@ -90,14 +90,14 @@ constexpr Key keys[] = {
      }},
     {"bluez", "agent",
      "none, DisplayOnly, DisplayYesNo, KeyboardOnly, NoInputNoOutput or KeyboardDisplay",
-     [](Settings& s, auto, auto value) { return storeNamed(s.bluez.agent, agents, value); }},
+     [](Settings& s, auto, auto value) { return storeNamed(s.bluez.agent, AGENTS, value); }},
     {"bluez", "agent_answer", "accept or reject",
      [](Settings& s, auto, auto value) {
-         return storeNamed(s.bluez.agentAccepts, answers, value);
+         return storeNamed(s.bluez.agentAccepts, ANSWERS, value);
      }},
     {"bluez", "agent_default", "yes or no",
      [](Settings& s, auto, auto value) {
-         return storeNamed(s.bluez.agentIsDefault, decisions, value);
+         return storeNamed(s.bluez.agentIsDefault, DECISIONS, value);
      }},
     {"bluez", "profiles", "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, separated by commas",
      [](Settings& s, auto, auto value) { return addUuids(s.bluez.profiles, value); }},
@@ -111,7 +111,7 @@ constexpr Key keys[] = {
     {"sound", "route.*", "speaker, bluetooth, optical, hdmi or line-out",
      [](Settings& s, auto rest, auto value) {
          SinkRoute route{std::string(rest), SOUND_TV_OUTPUT_ROUTE_SPEAKER};
-         const bool good = storeNamed(route.route, routes, value);
+         const bool good = storeNamed(route.route, ROUTES, value);
          if (good) {
              s.sound.routes.push_back(std::move(route));
          }
@@ -129,7 +129,7 @@ bool matches(std::string_view name, std::string_view key) {
 
 std::string listed(std::string_view section) {
     std::string result;
-    for (const auto& key : keys) {
+    for (const auto& key : KEYS) {
         if (key.section == section) {
             result.append(result.empty() ? "" : ", ").append(key.name);
         }
@@ -140,13 +140,13 @@ std::string listed(std::string_view section) {
 }  // namespace
 
 bool isSection(std::string_view name) {
-    return std::ranges::any_of(keys, [=](const Key& key) { return key.section == name; });
+    return std::ranges::any_of(KEYS, [=](const Key& key) { return key.section == name; });
 }
 
 std::string allowedSections() {
     std::string result = "the sections are";
     std::string_view before;
-    for (const auto& key : keys) {
+    for (const auto& key : KEYS) {
         if (key.section != before) {
             result.append(before.empty() ? " [" : ", [").append(key.section).append("]");
             before = key.section;
@@ -157,7 +157,7 @@ std::string allowedSections() {
 
 std::optional<std::string> storeSetting(Settings& settings, std::string_view section,
                                         std::string_view key, std::string_view value) {
-    for (const auto& known : keys) {
+    for (const auto& known : KEYS) {
         if (known.section != section || !matches(known.name, key)) {
             continue;
         }

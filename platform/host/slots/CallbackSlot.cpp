@@ -18,7 +18,7 @@ namespace {
 
 using IsSet = bool (*)();
 
-constexpr IsSet isSet[] = {
+constexpr IsSet IS_SET[] = {
 #define EVENT(library, name, setFunction, unsetFunction, meaning, ...) \
     [] { return SlotOf<&setFunction>::get().isSet(); },
 #include "platform/host/events/Events.def"
@@ -28,7 +28,7 @@ constexpr IsSet isSet[] = {
 }  // namespace
 
 bool callbackIsSet(const Event& event) {
-    return isSet[&event - allEvents().data()]();
+    return IS_SET[&event - allEvents().data()]();
 }
 
 }  // namespace corvane::host

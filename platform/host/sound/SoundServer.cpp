@@ -11,7 +11,7 @@ namespace corvane::host {
 
 namespace {
 
-constexpr pa_usec_t retryUsec = 2 * PA_USEC_PER_SEC;
+constexpr pa_usec_t RETRY_USEC = 2 * PA_USEC_PER_SEC;
 
 SoundServer& self(void* data) {
     return *static_cast<SoundServer*>(data);
@@ -113,7 +113,7 @@ void SoundServer::retryLater() {
         self(data).m_retry = nullptr;
         self(data).connect();
     };
-    m_retry = pa_context_rttime_new(m_context.get(), pa_rtclock_now() + retryUsec, onTime, this);
+    m_retry = pa_context_rttime_new(m_context.get(), pa_rtclock_now() + RETRY_USEC, onTime, this);
 }
 
 }  // namespace corvane::host

@@ -1,6 +1,7 @@
-// Preloaded into a program: counts to the byte what it has allocated and not freed, and
-// writes both sums to the standard error when it gets the signal SIGRTMIN + 5. Each
-// block has its size in front of it.
+// Preloaded into a program: counts the blocks, and their bytes, that it has allocated and not
+// freed. Blocks of the size that threads keep for tasks are counted apart. It writes the sums to
+// the standard error when it receives the signal SIGRTMIN + 5. Each block has its size in front of
+// it.
 #include <errno.h>
 #include <malloc.h>
 #include <signal.h>
@@ -12,6 +13,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include "taskExecutor/ShortLived.h"
 
 extern "C" {
 void* __libc_malloc(std::size_t size);
@@ -28,12 +31,17 @@ struct alignas(std::max_align_t) Header {
 
 std::atomic<long> g_blocks = 0;
 std::atomic<long> g_bytes = 0;
+std::atomic<long> g_taskBlocks = 0;
 
 Header* headerOf(void* block) {
     return static_cast<Header*>(block) - 1;
 }
 
 void count(long blocks, std::size_t bytes) {
+    if (bytes == ShortLived::BLOCK_SIZE) {
+        g_taskBlocks += blocks;
+        return;
+    }
     g_blocks += blocks;
     g_bytes += blocks * static_cast<long>(bytes);
 }
@@ -65,7 +73,8 @@ void report(int) {
     };
     char* to = std::to_chars(line + std::strlen(line), end, g_bytes.load()).ptr;
     to = std::to_chars(append(to, " bytes in "), end, g_blocks.load()).ptr;
-    to = append(to, " blocks\n");
+    to = std::to_chars(append(to, " blocks, for tasks "), end, g_taskBlocks.load()).ptr;
+    to = append(to, "\n");
     static_cast<void>(!write(2, line, static_cast<std::size_t>(to - line)));
     errno = error;
 }

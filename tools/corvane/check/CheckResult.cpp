@@ -11,7 +11,7 @@ namespace corvane::check {
 namespace {
 
 // Of one finding in the text; JSON has all.
-constexpr std::size_t maxShownDetails = 20;
+constexpr std::size_t MAX_SHOWN_DETAILS = 20;
 
 const char* wordFor(Severity severity) {
     return severity == Severity::Error ? "error" : "warning";
@@ -30,11 +30,11 @@ std::string textOf(const Finding& finding) {
     const auto& kind = *finding.kind;
     std::string text = std::string("  ") + wordFor(kind.severity) + ": " + kind.id + "\n    " +
                        kind.explanation + '\n';
-    for (std::size_t i = 0; i < std::min(finding.details.size(), maxShownDetails); ++i) {
+    for (std::size_t i = 0; i < std::min(finding.details.size(), MAX_SHOWN_DETAILS); ++i) {
         text += "      " + tool::printable(finding.details[i]) + '\n';
     }
-    if (finding.details.size() > maxShownDetails) {
-        text += "      and " + std::to_string(finding.details.size() - maxShownDetails) + " more\n";
+    if (finding.details.size() > MAX_SHOWN_DETAILS) {
+        text += "      and " + std::to_string(finding.details.size() - MAX_SHOWN_DETAILS) + " more\n";
     }
     return text + "    " + kind.advice + '\n';
 }

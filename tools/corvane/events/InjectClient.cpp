@@ -25,8 +25,8 @@ using namespace corvane::host;
 
 namespace {
 
-constexpr const char* objectPath = "/org/corvane/Inject";
-constexpr const char* interfaceName = "org.corvane.Inject1";
+constexpr const char* OBJECT_PATH = "/org/corvane/Inject";
+constexpr const char* INTERFACE_NAME = "org.corvane.Inject1";
 
 struct MessageReleaser {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
@@ -77,7 +77,7 @@ void requireOwnUser(int fd, const std::string& path) {
 
 MessagePtr newCall(sd_bus* bus, const char* method) {
     sd_bus_message* made = nullptr;
-    check(sd_bus_message_new_method_call(bus, &made, nullptr, objectPath, interfaceName, method),
+    check(sd_bus_message_new_method_call(bus, &made, nullptr, OBJECT_PATH, INTERFACE_NAME, method),
           "the message can't be created");
     return MessagePtr(made);
 }
@@ -91,7 +91,7 @@ MessagePtr call(sd_bus* bus, sd_bus_message* message) {
         sd_bus_error_free(&error);
         throw std::runtime_error(
             "the daemon closed the connection: it has ended, or the message has more than " +
-            std::to_string(limits::mostMessageBytes) + " bytes");
+            std::to_string(limits::MOST_MESSAGE_BYTES) + " bytes");
     }
     if (result < 0) {
         const std::string text = error.message == nullptr ? textOf(-result) : error.message;
@@ -148,7 +148,7 @@ InjectClient::InjectClient(const std::string& path) {
     if (isDisconnect(result)) {
         throw std::runtime_error("the daemon on " + path +
                                  " refused the connection: it serves at most " +
-                                 std::to_string(limits::mostPeers) + " connections at a time");
+                                 std::to_string(limits::MOST_PEERS) + " connections at a time");
     }
     check(result, failure);
 }
@@ -201,7 +201,7 @@ std::optional<Notice> InjectClient::nextNotice(Limit limit, int stop) {
 
 int InjectClient::onMessage(sd_bus_message* message, void* data, sd_bus_error*) {
     const auto isSignal = [&](const char* name) {
-        return sd_bus_message_is_signal(message, interfaceName, name) > 0;
+        return sd_bus_message_is_signal(message, INTERFACE_NAME, name) > 0;
     };
     auto& notices = static_cast<InjectClient*>(data)->m_notices;
     const char* event = nullptr;

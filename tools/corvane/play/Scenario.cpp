@@ -14,9 +14,9 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-constexpr int maxWaitMs = 24 * 60 * 60 * 1000;
-constexpr int maxCount = 1000000;
-constexpr std::size_t maxNesting = 16;
+constexpr int MAX_WAIT_MS = 24 * 60 * 60 * 1000;
+constexpr int MAX_COUNT = 1000000;
+constexpr std::size_t MAX_NESTING = 16;
 
 [[noreturn]] void fail(const std::string& text) {
     throw std::runtime_error(text);
@@ -34,7 +34,7 @@ int number(const std::string& text, const char* what, int least, int most) {
 }
 
 std::chrono::milliseconds milliseconds(const std::string& text) {
-    return std::chrono::milliseconds(number(text, "a time in milliseconds", 0, maxWaitMs));
+    return std::chrono::milliseconds(number(text, "a time in milliseconds", 0, MAX_WAIT_MS));
 }
 
 EmitStep parseEmit(const Words& words) {
@@ -59,7 +59,7 @@ ExpectStep parseExpect(Words words) {
     }
     if (words.size() == 4 && words[2] == "delivered") {
         step.state = ExpectStep::State::Delivered;
-        step.count = static_cast<unsigned>(number(words[3], "a count", 0, maxCount));
+        step.count = static_cast<unsigned>(number(words[3], "a count", 0, MAX_COUNT));
     } else if (words.size() == 3 && (words[2] == "set" || words[2] == "unset")) {
         step.state = words[2] == "set" ? ExpectStep::State::Set : ExpectStep::State::Unset;
     } else {
@@ -85,12 +85,12 @@ public:
         } else if (words[0] == "expect") {
             add(line, parseExpect(words));
         } else if (words[0] == "repeat") {
-            if (m_open.size() > maxNesting) {
-                fail("repeats can be nested at most " + std::to_string(maxNesting) + " deep");
+            if (m_open.size() > MAX_NESTING) {
+                fail("repeats can be nested at most " + std::to_string(MAX_NESTING) + " deep");
             }
             const auto& times = onlyArgument(words, "repeat COUNT");
             m_open.push_back(
-                {line, RepeatStep{number(times, "the count of repeat", 1, maxCount), {}}});
+                {line, RepeatStep{number(times, "the count of repeat", 1, MAX_COUNT), {}}});
         } else if (words[0] == "end") {
             closeRepeat(words);
         } else {

@@ -28,7 +28,7 @@ void BluezObjects::finishSnapshot() {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): its properties are moved from
 void BluezObjects::add(const std::string& path, Interfaces interfaces) {
-    const bool isFound = interfaces.contains(deviceInterface) && !m_objects.contains(path);
+    const bool isFound = interfaces.contains(DEVICE_INTERFACE) && !m_objects.contains(path);
     storeAddress(path, interfaces);
     auto& object = m_objects[path];
     Interfaces known;
@@ -128,7 +128,7 @@ std::string BluezObjects::addressOf(const std::string& devicePath) const {
 
 std::string BluezObjects::adapterPath() const {
     for (const auto& [path, interfaces] : m_objects) {
-        if (interfaces.contains(adapterInterface)) {
+        if (interfaces.contains(ADAPTER_INTERFACE)) {
             return path;
         }
     }
@@ -148,7 +148,7 @@ void BluezObjects::forEach(
 // The address is kept when the device is removed, because its audio and its remote control may
 // be removed later.
 void BluezObjects::storeAddress(const std::string& path, const Interfaces& interfaces) {
-    if (const auto found = interfaces.find(deviceInterface); found != interfaces.end()) {
+    if (const auto found = interfaces.find(DEVICE_INTERFACE); found != interfaces.end()) {
         m_addresses[path] = propertyOr<std::string>(&found->second, "Address");
     }
 }

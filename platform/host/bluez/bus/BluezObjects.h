@@ -15,12 +15,12 @@
 
 namespace corvane::host {
 
-inline constexpr std::string_view adapterInterface = "org.bluez.Adapter1";
-inline constexpr std::string_view deviceInterface = "org.bluez.Device1";
-inline constexpr std::string_view batteryInterface = "org.bluez.Battery1";
-inline constexpr std::string_view gattServiceInterface = "org.bluez.GattService1";
-inline constexpr std::string_view mediaControlInterface = "org.bluez.MediaControl1";
-inline constexpr std::string_view mediaTransportInterface = "org.bluez.MediaTransport1";
+inline constexpr std::string_view ADAPTER_INTERFACE = "org.bluez.Adapter1";
+inline constexpr std::string_view DEVICE_INTERFACE = "org.bluez.Device1";
+inline constexpr std::string_view BATTERY_INTERFACE = "org.bluez.Battery1";
+inline constexpr std::string_view GATT_SERVICE_INTERFACE = "org.bluez.GattService1";
+inline constexpr std::string_view MEDIA_CONTROL_INTERFACE = "org.bluez.MediaControl1";
+inline constexpr std::string_view MEDIA_TRANSPORT_INTERFACE = "org.bluez.MediaTransport1";
 
 /// Owner: BluezClient. Threads: main thread. Errors: std::bad_alloc, and the first exception
 /// of a callback, after the change is stored and all reporters have seen it.

@@ -20,7 +20,7 @@ using BluezMessage = std::unique_ptr<sd_bus_message, BluezMessageReleaser>;
 
 /// The flag of methods that sd-bus passes on from every caller. BluezPeer::serve() then rejects
 /// all but BlueZ, which need not be privileged.
-inline constexpr auto anyCaller = SD_BUS_VTABLE_UNPRIVILEGED;
+inline constexpr auto ANY_CALLER = SD_BUS_VTABLE_UNPRIVILEGED;
 
 /// Owner: BluezClient. Threads: main thread. Errors: none of its own; a call that cannot be
 /// sent gets no answer.

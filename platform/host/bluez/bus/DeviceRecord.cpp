@@ -16,7 +16,7 @@ struct ServiceNumber {
     bt_profile_service_id_e id;
 };
 
-constexpr ServiceNumber serviceNumbers[] = {
+constexpr ServiceNumber SERVICE_NUMBERS[] = {
     {Service::SerialPort, BT_PROFILE_SERVICE_SERIAL_PORT},
     {Service::AudioSource, BT_PROFILE_SERVICE_A2DP_SOURCE},
     {Service::AudioSink, BT_PROFILE_SERVICE_A2DP_SINK},
@@ -51,7 +51,7 @@ bool offers(const Properties* device, Service service) {
 }
 
 bt_profile_service_id_e serviceId(const std::string& uuid, const Properties* device) {
-    for (const auto& [service, id] : serviceNumbers) {
+    for (const auto& [service, id] : SERVICE_NUMBERS) {
         if (isService(uuid, service)) {
             return id;
         }

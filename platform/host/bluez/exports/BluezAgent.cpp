@@ -15,9 +15,9 @@ namespace corvane::host {
 
 namespace {
 
-constexpr const char* agentPath = "/org/corvane/agent";
-constexpr const char* managerPath = "/org/bluez";
-constexpr const char* managerInterface = "org.bluez.AgentManager1";
+constexpr const char* AGENT_PATH = "/org/corvane/agent";
+constexpr const char* MANAGER_PATH = "/org/bluez";
+constexpr const char* MANAGER_INTERFACE = "org.bluez.AgentManager1";
 
 std::string passkeyText(std::uint32_t passkey) {
     std::array<char, 16> text{};
@@ -31,19 +31,19 @@ std::string readPath(sd_bus_message* call) {
 
 }  // namespace
 
-const sd_bus_vtable BluezAgent::interface[] = {
-    SD_BUS_VTABLE_START(anyCaller),
-    SD_BUS_METHOD("Release", "", "", &onCall<&BluezAgent::cancel>, anyCaller),
-    SD_BUS_METHOD("Cancel", "", "", &onCall<&BluezAgent::cancel>, anyCaller),
-    SD_BUS_METHOD("RequestPinCode", "o", "s", &onCall<&BluezAgent::requestPinCode>, anyCaller),
-    SD_BUS_METHOD("DisplayPinCode", "os", "", &onCall<&BluezAgent::displayPinCode>, anyCaller),
-    SD_BUS_METHOD("RequestPasskey", "o", "u", &onCall<&BluezAgent::requestPasskey>, anyCaller),
-    SD_BUS_METHOD("DisplayPasskey", "ouq", "", &onCall<&BluezAgent::displayPasskey>, anyCaller),
+const sd_bus_vtable BluezAgent::INTERFACE[] = {
+    SD_BUS_VTABLE_START(ANY_CALLER),
+    SD_BUS_METHOD("Release", "", "", &onCall<&BluezAgent::cancel>, ANY_CALLER),
+    SD_BUS_METHOD("Cancel", "", "", &onCall<&BluezAgent::cancel>, ANY_CALLER),
+    SD_BUS_METHOD("RequestPinCode", "o", "s", &onCall<&BluezAgent::requestPinCode>, ANY_CALLER),
+    SD_BUS_METHOD("DisplayPinCode", "os", "", &onCall<&BluezAgent::displayPinCode>, ANY_CALLER),
+    SD_BUS_METHOD("RequestPasskey", "o", "u", &onCall<&BluezAgent::requestPasskey>, ANY_CALLER),
+    SD_BUS_METHOD("DisplayPasskey", "ouq", "", &onCall<&BluezAgent::displayPasskey>, ANY_CALLER),
     SD_BUS_METHOD("RequestConfirmation", "ou", "", &onCall<&BluezAgent::requestConfirmation>,
-                  anyCaller),
+                  ANY_CALLER),
     SD_BUS_METHOD("RequestAuthorization", "o", "", &onCall<&BluezAgent::requestAuthorization>,
-                  anyCaller),
-    SD_BUS_METHOD("AuthorizeService", "os", "", &onCall<&BluezAgent::authorizeService>, anyCaller),
+                  ANY_CALLER),
+    SD_BUS_METHOD("AuthorizeService", "os", "", &onCall<&BluezAgent::authorizeService>, ANY_CALLER),
     SD_BUS_VTABLE_END,
 };
 
@@ -53,7 +53,7 @@ BluezAgent::~BluezAgent() {
 
 bool BluezAgent::exportObject() {
     return m_settings.agent.empty() ||
-           sd_bus_add_object_vtable(m_peer.bus(), nullptr, agentPath, "org.bluez.Agent1", interface,
+           sd_bus_add_object_vtable(m_peer.bus(), nullptr, AGENT_PATH, "org.bluez.Agent1", INTERFACE,
                                     this) >= 0;
 }
 
@@ -61,8 +61,8 @@ void BluezAgent::registerWithBluez() {
     if (m_settings.agent.empty()) {
         return;
     }
-    const auto call = m_peer.makeCall(managerPath, managerInterface, "RegisterAgent");
-    if (call && sd_bus_message_append(call.get(), "os", agentPath, m_settings.agent.c_str()) >= 0) {
+    const auto call = m_peer.makeCall(MANAGER_PATH, MANAGER_INTERFACE, "RegisterAgent");
+    if (call && sd_bus_message_append(call.get(), "os", AGENT_PATH, m_settings.agent.c_str()) >= 0) {
         m_peer.send(call, [this](sd_bus_message* answer) {
             if (answer == nullptr) {
                 dlog_print(DLOG_PRIORITY_ERROR, "BLUEZ", "BlueZ refuses the agent \"%s\"",
@@ -75,8 +75,8 @@ void BluezAgent::registerWithBluez() {
 }
 
 void BluezAgent::requestDefault() {
-    const auto call = m_peer.makeCall(managerPath, managerInterface, "RequestDefaultAgent");
-    if (call && sd_bus_message_append(call.get(), "o", agentPath) >= 0) {
+    const auto call = m_peer.makeCall(MANAGER_PATH, MANAGER_INTERFACE, "RequestDefaultAgent");
+    if (call && sd_bus_message_append(call.get(), "o", AGENT_PATH) >= 0) {
         m_peer.send(call, [](sd_bus_message* answer) {
             if (answer == nullptr) {
                 dlog_print(DLOG_PRIORITY_ERROR, "BLUEZ", "BlueZ refuses the agent as the default");
@@ -146,7 +146,7 @@ void BluezAgent::authorizeService(sd_bus_message* call) {
     hold(call, "");
     const auto device = readPath(call);
     const auto service =
-        serviceId(readName(call, SD_BUS_TYPE_STRING), m_objects.find(device, deviceInterface));
+        serviceId(readName(call, SD_BUS_TYPE_STRING), m_objects.find(device, DEVICE_INTERFACE));
     const LentText name(nameAt(device));
     const LentText address(m_objects.addressOf(device));
     slotOf<&bt_device_set_auth_event_cb>.deliver(0, name.get(), address.get(), service);
@@ -199,7 +199,7 @@ void BluezAgent::report(bt_authentication_type_info_e type, const std::string& d
 }
 
 std::string BluezAgent::nameAt(const std::string& device) const {
-    return nameOf(m_objects.find(device, deviceInterface));
+    return nameOf(m_objects.find(device, DEVICE_INTERFACE));
 }
 
 }  // namespace corvane::host

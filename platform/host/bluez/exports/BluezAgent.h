@@ -65,7 +65,7 @@ private:
                 const std::string& key);
     std::string nameAt(const std::string& device) const;
 
-    static const sd_bus_vtable interface[];
+    static const sd_bus_vtable INTERFACE[];
 
     const Settings::Bluez& m_settings;
     const BluezObjects& m_objects;

@@ -42,13 +42,13 @@ struct ProfileSockets::Connection {
     FdReader reader;
 };
 
-const sd_bus_vtable ProfileSockets::interface[] = {
-    SD_BUS_VTABLE_START(anyCaller),
-    SD_BUS_METHOD("Release", "", "", &onCall<&ProfileSockets::release>, anyCaller),
+const sd_bus_vtable ProfileSockets::INTERFACE[] = {
+    SD_BUS_VTABLE_START(ANY_CALLER),
+    SD_BUS_METHOD("Release", "", "", &onCall<&ProfileSockets::release>, ANY_CALLER),
     SD_BUS_METHOD("NewConnection", "oha{sv}", "", &onCall<&ProfileSockets::newConnection>,
-                  anyCaller),
+                  ANY_CALLER),
     SD_BUS_METHOD("RequestDisconnection", "o", "", &onCall<&ProfileSockets::requestDisconnection>,
-                  anyCaller),
+                  ANY_CALLER),
     SD_BUS_VTABLE_END,
 };
 
@@ -66,7 +66,7 @@ ProfileSockets::~ProfileSockets() = default;
 bool ProfileSockets::exportObjects() {
     return std::ranges::all_of(m_profiles, [this](Profile& profile) {
         return sd_bus_add_object_vtable(m_peer.bus(), nullptr, profile.path.c_str(),
-                                        "org.bluez.Profile1", interface, &profile) >= 0;
+                                        "org.bluez.Profile1", INTERFACE, &profile) >= 0;
     });
 }
 

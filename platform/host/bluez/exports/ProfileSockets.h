@@ -51,7 +51,7 @@ private:
     void read(int fd);
     void end(Connections::iterator connection);
 
-    static const sd_bus_vtable interface[];
+    static const sd_bus_vtable INTERFACE[];
 
     const BluezObjects& m_objects;
     BluezPeer& m_peer;

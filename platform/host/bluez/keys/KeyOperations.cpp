@@ -15,7 +15,7 @@ struct KeyOperation {
     unsigned char operation;
 };
 
-constexpr KeyOperation keyOperations[] = {
+constexpr KeyOperation KEY_OPERATIONS[] = {
     {KEY_SELECT, 0x00},    {KEY_UP, 0x01},          {KEY_DOWN, 0x02},
     {KEY_LEFT, 0x03},      {KEY_RIGHT, 0x04},       {KEY_MENU, 0x09},
     {KEY_PROGRAM, 0x0b},   {KEY_FAVORITES, 0x0c},   {KEY_EXIT, 0x0d},
@@ -40,8 +40,8 @@ constexpr KeyOperation keyOperations[] = {
 }  // namespace
 
 std::optional<unsigned char> operationOfKey(int key) {
-    const auto* const row = std::ranges::find(keyOperations, key, &KeyOperation::key);
-    return row == std::end(keyOperations) ? std::nullopt : std::optional(row->operation);
+    const auto* const row = std::ranges::find(KEY_OPERATIONS, key, &KeyOperation::key);
+    return row == std::end(KEY_OPERATIONS) ? std::nullopt : std::optional(row->operation);
 }
 
 }  // namespace corvane::host

@@ -24,7 +24,7 @@ namespace corvane::host {
 
 namespace {
 
-constexpr std::string_view deviceSuffix = " (AVRCP)";
+constexpr std::string_view DEVICE_SUFFIX = " (AVRCP)";
 
 // Other kinds of files are not opened: opening them may have side effects. A named pipe can
 // replace a device.
@@ -83,8 +83,8 @@ void KeyReporter::openDevice(const std::string& file) {
     }
     Descriptor fd(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     auto name = fd.get() < 0 ? "" : deviceName(fd.get(), file);
-    if (name.ends_with(deviceSuffix)) {
-        name.erase(name.size() - deviceSuffix.size());
+    if (name.ends_with(DEVICE_SUFFIX)) {
+        name.erase(name.size() - DEVICE_SUFFIX.size());
         m_devices.try_emplace(file, std::move(name), std::move(fd),
                               [this, file] { readDevice(file); });
     }
@@ -130,7 +130,7 @@ void KeyReporter::report(const std::string& remote, int key, bool pressed) {
 // the address is that of a connected one; if none has it, the address is empty.
 std::string KeyReporter::addressOf(const std::string& remote) const {
     std::string found;
-    m_objects.forEach(deviceInterface, [&](const std::string&, const Properties& device) {
+    m_objects.forEach(DEVICE_INTERFACE, [&](const std::string&, const Properties& device) {
         const bool isNamed = propertyOr<std::string>(&device, "Name") == remote ||
                              propertyOr<std::string>(&device, "Alias") == remote;
         if (isNamed && (found.empty() || propertyOr<bool>(&device, "Connected"))) {

@@ -16,7 +16,7 @@ namespace {
 class AdapterReporter : public BluezReporter {
 public:
     void onChange(const Change& change) override {
-        if (change.interface != adapterInterface) {
+        if (change.interface != ADAPTER_INTERFACE) {
             return;
         }
         reportState(change.objects);
@@ -34,7 +34,7 @@ public:
 
 private:
     void reportState(const BluezObjects& objects) {
-        const auto* const adapter = objects.find(objects.adapterPath(), adapterInterface);
+        const auto* const adapter = objects.find(objects.adapterPath(), ADAPTER_INTERFACE);
         const auto* const found =
             adapter == nullptr ? nullptr : findProperty<bool>(*adapter, "Powered");
         const bool isPowered = found != nullptr && *found;
@@ -54,9 +54,9 @@ private:
 class DiscoveryReporter : public BluezReporter {
 public:
     void onChange(const Change& change) override {
-        if (change.interface == adapterInterface) {
+        if (change.interface == ADAPTER_INTERFACE) {
             onAdapter(change);
-        } else if (change.interface == deviceInterface && change.now != nullptr) {
+        } else if (change.interface == DEVICE_INTERFACE && change.now != nullptr) {
             onDevice(change);
         }
     }
@@ -67,7 +67,7 @@ public:
 
 private:
     static bool isDiscovering(const BluezObjects& objects) {
-        return propertyOr<bool>(objects.find(objects.adapterPath(), adapterInterface),
+        return propertyOr<bool>(objects.find(objects.adapterPath(), ADAPTER_INTERFACE),
                                 "Discovering");
     }
 

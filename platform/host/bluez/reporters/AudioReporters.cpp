@@ -20,7 +20,7 @@ bool isActive(const Properties* transport) {
 class AudioReporter : public BluezReporter {
 public:
     void onChange(const Change& change) override {
-        if (change.interface != mediaTransportInterface) {
+        if (change.interface != MEDIA_TRANSPORT_INTERFACE) {
             return;
         }
         const auto* const transport = change.now == nullptr ? change.before : change.now;
@@ -55,9 +55,9 @@ public:
 class VolumeReporter : public BluezReporter {
 public:
     void onChange(const Change& change) override {
-        if (change.interface == mediaControlInterface) {
+        if (change.interface == MEDIA_CONTROL_INTERFACE) {
             onControl(change);
-        } else if (change.interface == mediaTransportInterface && change.now != nullptr) {
+        } else if (change.interface == MEDIA_TRANSPORT_INTERFACE && change.now != nullptr) {
             onTransport(change);
         }
     }

@@ -20,7 +20,7 @@ public:
     DeviceReporter(BluezObjects& objects, BluezPeer& peer) : m_objects(objects), m_peer(peer) {}
 
     void onChange(const Change& change) override {
-        if (change.interface != deviceInterface) {
+        if (change.interface != DEVICE_INTERFACE) {
             return;
         }
         if (change.before == nullptr) {
@@ -53,13 +53,13 @@ private:
 
     // When this side connects over LE, BlueZ may not signal the change of Connected.
     void checkConnected(const std::string& path) {
-        m_peer.get(path, deviceInterface, "Connected", [this, path](sd_bus_message* answer) {
+        m_peer.get(path, DEVICE_INTERFACE, "Connected", [this, path](sd_bus_message* answer) {
             int connected = 0;
             if (answer != nullptr) {
                 checked(sd_bus_message_read(answer, "v", "b", &connected));
             }
             if (connected != 0) {
-                m_objects.change(path, std::string(deviceInterface), {{"Connected", true}}, {});
+                m_objects.change(path, std::string(DEVICE_INTERFACE), {{"Connected", true}}, {});
             }
         });
     }
@@ -87,7 +87,7 @@ public:
     explicit BondReporter(BluezPeer& peer) : m_peer(peer) {}
 
     void onChange(const Change& change) override {
-        if (change.interface != deviceInterface || change.before == nullptr) {
+        if (change.interface != DEVICE_INTERFACE || change.before == nullptr) {
             return;
         }
         const bool wasPaired = propertyOr<bool>(change.before, "Paired");
@@ -106,7 +106,7 @@ private:
     // bonds remain. It then removes everything at once, so the adapter's answer arrives only
     // if the device alone was removed.
     void onRemoved(const Properties& device) {
-        m_peer.get(propertyOr<std::string>(&device, "Adapter"), adapterInterface, "Address",
+        m_peer.get(propertyOr<std::string>(&device, "Adapter"), ADAPTER_INTERFACE, "Address",
                    [address = propertyOr<std::string>(&device, "Address")](sd_bus_message* answer) {
                        if (answer != nullptr) {
                            reportDestroyed(address);
@@ -133,7 +133,7 @@ private:
 class BatteryReporter : public BluezReporter {
 public:
     void onChange(const Change& change) override {
-        if (change.interface != batteryInterface || change.isFound) {
+        if (change.interface != BATTERY_INTERFACE || change.isFound) {
             return;
         }
         const auto* const percentage = changedTo<std::uint8_t>(change, "Percentage");

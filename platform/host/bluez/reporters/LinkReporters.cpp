@@ -24,9 +24,9 @@ public:
 
     void onChange(const Change& change) override {
         auto path = change.path;
-        if (change.interface == gattServiceInterface) {
+        if (change.interface == GATT_SERVICE_INTERFACE) {
             path = propertyOr<std::string>(change.now, "Device");
-        } else if (change.interface != deviceInterface) {
+        } else if (change.interface != DEVICE_INTERFACE) {
             return;
         }
         const auto address = change.objects.addressOf(path);
@@ -38,14 +38,14 @@ public:
 
     void onSnapshot(const BluezObjects& objects) override {
         m_connected.clear();
-        objects.forEach(deviceInterface, [&](const std::string& path, const Properties&) {
+        objects.forEach(DEVICE_INTERFACE, [&](const std::string& path, const Properties&) {
             setMember(m_connected, path, isConnected(objects, path));
         });
     }
 
 private:
     bool isConnected(const BluezObjects& objects, const std::string& path) const {
-        const auto* const device = objects.find(path, deviceInterface);
+        const auto* const device = objects.find(path, DEVICE_INTERFACE);
         return propertyOr<bool>(device, "Connected") &&
                (m_connected.contains(path) || m_isProved(objects, path, device));
     }
@@ -57,7 +57,7 @@ private:
 
 bool servesGatt(const BluezObjects& objects, const std::string& path, const Properties* device) {
     bool hasService = propertyOr<bool>(device, "ServicesResolved");
-    objects.forEach(gattServiceInterface, [&](const std::string&, const Properties& service) {
+    objects.forEach(GATT_SERVICE_INTERFACE, [&](const std::string&, const Properties& service) {
         hasService = hasService || propertyOr<std::string>(&service, "Device") == path;
     });
     return hasService && linkOf(device) == BT_DEVICE_LINK_LE;
@@ -73,7 +73,7 @@ bool servesHid(const BluezObjects&, const std::string&, const Properties* device
 class RemoteControlReporter : public BluezReporter {
 public:
     void onChange(const Change& change) override {
-        if (change.interface != deviceInterface && change.interface != mediaControlInterface) {
+        if (change.interface != DEVICE_INTERFACE && change.interface != MEDIA_CONTROL_INTERFACE) {
             return;
         }
         const auto& path = change.path;
@@ -96,7 +96,7 @@ public:
     void onSnapshot(const BluezObjects& objects) override {
         m_targets.clear();
         m_controllers.clear();
-        objects.forEach(mediaControlInterface, [&](const std::string& path, const Properties&) {
+        objects.forEach(MEDIA_CONTROL_INTERFACE, [&](const std::string& path, const Properties&) {
             update(m_targets, objects, path, Service::RemoteControlTarget);
             update(m_controllers, objects, path, Service::RemoteControl);
         });
@@ -106,8 +106,8 @@ private:
     static bool update(PathSet& connected, const BluezObjects& objects, const std::string& path,
                        Service role) {
         const bool isConnected =
-            propertyOr<bool>(objects.find(path, mediaControlInterface), "Connected") &&
-            (connected.contains(path) || offers(objects.find(path, deviceInterface), role));
+            propertyOr<bool>(objects.find(path, MEDIA_CONTROL_INTERFACE), "Connected") &&
+            (connected.contains(path) || offers(objects.find(path, DEVICE_INTERFACE), role));
         return setMember(connected, path, isConnected);
     }
 

@@ -12,12 +12,12 @@ namespace {
 using enum Severity;
 using enum Stage;
 
-constexpr std::size_t maxDetails = 1000;
-constexpr std::size_t maxDetailBytes = 4000;
+constexpr std::size_t MAX_DETAILS = 1000;
+constexpr std::size_t MAX_DETAIL_BYTES = 4000;
 
-constexpr const char* useOwnThread = "Do long work on a thread of the plugin.";
+constexpr const char* USE_OWN_THREAD = "Do long work on a thread of the plugin.";
 
-constexpr FindingKind kinds[] = {
+constexpr FindingKind KINDS[] = {
     {"not-a-candidate", Warning, Static, "The daemon ignores files with this name.",
      "Rename the library so that its name ends in \".so\"."},
     {"not-loadable", Error, Static, "The loader can't open the library.",
@@ -59,10 +59,10 @@ constexpr FindingKind kinds[] = {
      "Catch it in the callback."},
     {"slow-callback", Warning, Running,
      "A callback took longer than the limit. On a device it blocks a thread of the platform.",
-     useOwnThread},
+     USE_OWN_THREAD},
     {"slow-job", Warning, Running,
      "A job in the plugin's task context took longer than the limit. Events wait behind it.",
-     useOwnThread},
+     USE_OWN_THREAD},
     {"queue-full", Error, Running,
      "A job queued more jobs than the task context accepts. The daemon waits 15 s and throws "
      "std::domain_error.",
@@ -101,13 +101,13 @@ constexpr FindingKind kinds[] = {
 }  // namespace
 
 std::span<const FindingKind> allFindingKinds() {
-    return kinds;
+    return KINDS;
 }
 
 const FindingKind& findingKind(std::string_view id) {
     const auto* const found =
-        std::ranges::find_if(kinds, [&](const FindingKind& kind) { return id == kind.id; });
-    if (found == std::end(kinds)) {
+        std::ranges::find_if(KINDS, [&](const FindingKind& kind) { return id == kind.id; });
+    if (found == std::end(KINDS)) {
         throw std::out_of_range("no finding " + std::string(id));
     }
     return *found;
@@ -119,8 +119,8 @@ void Findings::add(std::string_view id, const std::string& detail) {
     if (found == m_list.end()) {
         found = m_list.insert(found, {&kind, {}});
     }
-    const auto kept = detail.substr(0, maxDetailBytes);
-    if (!kept.empty() && found->details.size() < maxDetails &&
+    const auto kept = detail.substr(0, MAX_DETAIL_BYTES);
+    if (!kept.empty() && found->details.size() < MAX_DETAILS &&
         std::ranges::find(found->details, kept) == found->details.end()) {
         found->details.push_back(kept);
     }

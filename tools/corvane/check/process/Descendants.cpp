@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // Limits the race against a plugin that starts processes faster than they are killed.
-constexpr std::chrono::seconds endLimit(5);
+constexpr std::chrono::seconds END_LIMIT(5);
 
 // From "pid (name) state parent ..."; the name may contain anything.
 pid_t parentIn(const std::string& status) {
@@ -67,7 +67,7 @@ Descendants::~Descendants() {
 }
 
 void Descendants::end() {
-    const auto deadline = std::chrono::steady_clock::now() + endLimit;
+    const auto deadline = std::chrono::steady_clock::now() + END_LIMIT;
     while (true) {
         auto left = children();
         for (const auto id : m_before) {

@@ -173,7 +173,7 @@ bool PluginProcess::askWhereItHangs() {
         return false;
     }
     m_outcome.step = busy->second;
-    return syscall(SYS_tgkill, m_id, busy->first, hangSignal) == 0;
+    return syscall(SYS_tgkill, m_id, busy->first, HANG_SIGNAL) == 0;
 }
 
 void PluginProcess::end() {

@@ -17,9 +17,9 @@ namespace corvane::check {
 namespace {
 
 // A plugin that subscribes to all events needs a tenth of it.
-constexpr std::size_t maxMebibytes = 4;
+constexpr std::size_t MAX_MEBIBYTES = 4;
 // The runner writes each line atomically.
-constexpr std::size_t maxLineBytes = PIPE_BUF;
+constexpr std::size_t MAX_LINE_BYTES = PIPE_BUF;
 
 [[noreturn]] void refuse(const std::string& line) {
     constexpr std::size_t maxShownBytes = 100;
@@ -39,9 +39,9 @@ ResultReader::Outcome ResultReader::readFrom(int fd) {
         return Outcome::End;
     }
     m_size += static_cast<std::size_t>(size);
-    if (m_size > maxMebibytes << 20) {
+    if (m_size > MAX_MEBIBYTES << 20) {
         throw CheckError("the check failed: the plugin's process sent more than " +
-                         std::to_string(maxMebibytes) + " MiB of results");
+                         std::to_string(MAX_MEBIBYTES) + " MiB of results");
     }
     take({buffer.data(), static_cast<std::size_t>(size)});
     return Outcome::Read;
@@ -51,7 +51,7 @@ void ResultReader::take(std::string_view chunk) {
     while (!chunk.empty()) {
         const auto end = std::min(chunk.find('\n'), chunk.size());
         m_line += chunk.substr(0, end);
-        if (m_line.size() > maxLineBytes) {
+        if (m_line.size() > MAX_LINE_BYTES) {
             refuse(m_line);
         }
         if (end == chunk.size()) {

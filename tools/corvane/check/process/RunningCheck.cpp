@@ -14,8 +14,8 @@ namespace corvane::check {
 
 namespace {
 
-constexpr std::size_t maxShownFrames = 16;
-constexpr std::size_t maxShownLines = 12;
+constexpr std::size_t MAX_SHOWN_FRAMES = 16;
+constexpr std::size_t MAX_SHOWN_LINES = 12;
 
 std::vector<std::string> words(const std::string& text) {
     std::istringstream stream(text);
@@ -32,8 +32,8 @@ std::vector<std::string> lastLines(const std::string& text) {
     for (std::string line; std::getline(stream, line);) {
         lines.push_back(line);
     }
-    if (lines.size() > maxShownLines) {
-        lines.erase(lines.begin(), lines.end() - maxShownLines);
+    if (lines.size() > MAX_SHOWN_LINES) {
+        lines.erase(lines.begin(), lines.end() - MAX_SHOWN_LINES);
     }
     return lines;
 }
@@ -52,7 +52,7 @@ void addFrames(const char* id, const ProcessOutcome& outcome, const std::string&
     const auto known = last == outcome.frames.rend()
                            ? outcome.frames.size()
                            : static_cast<std::size_t>(outcome.frames.rend() - last);
-    for (std::size_t i = 0; i < std::min(known, maxShownFrames); ++i) {
+    for (std::size_t i = 0; i < std::min(known, MAX_SHOWN_FRAMES); ++i) {
         findings.add(id, '#' + std::to_string(i) + ' ' + outcome.frames[i]);
     }
 }
@@ -72,7 +72,7 @@ void addEnd(const ProcessOutcome& outcome, Findings& findings) {
         const auto line = output.rfind('\n', report);
         std::istringstream lines(output.substr(line == std::string::npos ? 0 : line + 1));
         std::string text;
-        for (std::size_t i = 0; i < maxShownFrames && std::getline(lines, text); ++i) {
+        for (std::size_t i = 0; i < MAX_SHOWN_FRAMES && std::getline(lines, text); ++i) {
             findings.add("sanitizer-report", text);
         }
     } else if (!outcome.isDone || outcome.exitStatus != 0) {
@@ -93,10 +93,10 @@ void addOutcome(const ProcessOutcome& outcome, const std::string& plugin, Findin
     }
     if (outcome.timedOut) {
         const char* const id =
-            outcome.step.starts_with(droppingStep) ? "dropped-task-hang" : "hang";
+            outcome.step.starts_with(DROPPING_STEP) ? "dropped-task-hang" : "hang";
         findings.add(id, during(outcome));
         addFrames(id, outcome, plugin, findings);
-    } else if (outcome.signal == hangSignal && findings.has("leftover-threads")) {
+    } else if (outcome.signal == HANG_SIGNAL && findings.has("leftover-threads")) {
         addFrames("leftover-threads", outcome, plugin, findings);
     } else if (outcome.signal) {
         // The abort of std::terminate belongs to the uncaught exception.

@@ -21,8 +21,8 @@ namespace corvane::check::crash {
 
 namespace {
 
-constexpr std::size_t stackSize = 131072;
-constexpr int maxFrames = 64;
+constexpr std::size_t STACK_SIZE = 131072;
+constexpr int MAX_FRAMES = 64;
 
 // The interrupted instruction; null on an unknown architecture.
 void* interruptedAt([[maybe_unused]] void* context) {
@@ -43,8 +43,8 @@ void onSignal(int number, siginfo_t* info, void* context) {
     while (isReported.exchange(true)) {
         pause();  // another thread reports already, and the command kills the process
     }
-    std::array<void*, maxFrames> frames;
-    const int count = backtrace(frames.data(), maxFrames);
+    std::array<void*, MAX_FRAMES> frames;
+    const int count = backtrace(frames.data(), MAX_FRAMES);
     // Skip the frames of this handler and its caller.
     int first = 0;
     while (first < count && frames[first] != interruptedAt(context)) {
@@ -77,10 +77,10 @@ void onSignal(int number, siginfo_t* info, void* context) {
 
 }  // namespace
 
-SignalStack::SignalStack() : m_memory(new char[stackSize]) {
+SignalStack::SignalStack() : m_memory(new char[STACK_SIZE]) {
     stack_t stack{};
     stack.ss_sp = m_memory;
-    stack.ss_size = stackSize;
+    stack.ss_size = STACK_SIZE;
     sigaltstack(&stack, nullptr);
 }
 
@@ -101,7 +101,7 @@ void install() {
     action.sa_flags = SA_SIGINFO | SA_ONSTACK;
     sigfillset(&action.sa_mask);
     for (const int number :
-         {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS, SIGXFSZ, hangSignal}) {
+         {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS, SIGXFSZ, HANG_SIGNAL}) {
         sigaction(number, &action, nullptr);
     }
     std::set_terminate(&onTerminate);

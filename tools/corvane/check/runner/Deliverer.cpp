@@ -13,8 +13,8 @@ using namespace corvane::host;
 
 namespace {
 
-constexpr unsigned threads = 4;
-constexpr unsigned rounds = 5;
+constexpr unsigned THREADS = 4;
+constexpr unsigned ROUNDS = 5;
 
 }  // namespace
 
@@ -46,8 +46,8 @@ void Deliverer::deliverAll() {
 }
 
 void Deliverer::deliverOnThreads(void (*onEnd)(void*), void* data) {
-    m_active = threads;
-    for (unsigned i = 0; i < threads; ++i) {
+    m_active = THREADS;
+    for (unsigned i = 0; i < THREADS; ++i) {
         m_threads.emplace_back([this, onEnd, data] {
             deliverRounds();
             if (--m_active == 0) {
@@ -65,7 +65,7 @@ void Deliverer::joinThreads() {
 
 void Deliverer::deliverRounds() {
     const crash::SignalStack stack;
-    for (unsigned round = 0; round < rounds; ++round) {
+    for (unsigned round = 0; round < ROUNDS; ++round) {
         for (const auto& name : m_subscriptions.events()) {
             if (round > 0 && m_plugin.wasSlow(name)) {
                 continue;

@@ -35,7 +35,7 @@ void DroppingPlugin::invokeTask(const ITaskInvoker::Task& task) {
     context->Schedule([&] {
         context->TerminateSync(0);  // queued; no wait, because this task must end first
         task();
-        report::step(std::string(droppingStep) + event);
+        report::step(std::string(DROPPING_STEP) + event);
     });
 }
 

@@ -9,9 +9,9 @@ namespace corvane::check {
 
 /// The command sends this signal to a thread of the runner to learn where the thread hangs.
 /// Neither the main-loop library nor plugins are likely to use it.
-constexpr int hangSignal = SIGXCPU;
+constexpr int HANG_SIGNAL = SIGXCPU;
 
 /// The step in which tasks of the plugin are dropped. The name of an event follows.
-constexpr std::string_view droppingStep = "the dropping of tasks requested in the callback of ";
+constexpr std::string_view DROPPING_STEP = "the dropping of tasks requested in the callback of ";
 
 }  // namespace corvane::check

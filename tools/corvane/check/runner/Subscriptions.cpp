@@ -20,7 +20,7 @@ struct Row {
     int (RequestBroker::*undo)();
 };
 
-constexpr Row rows[] = {
+constexpr Row ROWS[] = {
 #define BROKER_OPERATION(subscribe, unsubscribe, CallbackFunction, type, Source) \
     {type, #type, #subscribe, #unsubscribe, &RequestBroker::unsubscribe},
 #include "daemon/src/broker/BrokerOperations.def"
@@ -28,8 +28,8 @@ constexpr Row rows[] = {
 };
 
 const Row& rowOf(CallbackType type) {
-    const auto* const found = std::ranges::find(rows, type, &Row::type);
-    if (found == std::end(rows)) {
+    const auto* const found = std::ranges::find(ROWS, type, &Row::type);
+    if (found == std::end(ROWS)) {
         throw std::out_of_range("no operation for this event");
     }
     return *found;

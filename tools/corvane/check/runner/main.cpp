@@ -85,7 +85,7 @@ void run(const std::string& name, std::chrono::milliseconds slowLimit) {
             report::done();
             // The thread reports its stack, and the command kills the process. The thread may block
             // the signal, so don't wait forever.
-            syscall(SYS_tgkill, getpid(), thread, hangSignal);
+            syscall(SYS_tgkill, getpid(), thread, HANG_SIGNAL);
             sleep(1);
             _exit(EXIT_SUCCESS);
         }

@@ -22,7 +22,7 @@ namespace corvane::testkit {
 /// {{"state", "on"}}.
 using Arguments = std::map<std::string, std::string>;
 
-inline constexpr std::chrono::milliseconds defaultLimit{10000};
+inline constexpr std::chrono::milliseconds DEFAULT_LIMIT{10000};
 
 /// Owner: the test. Only one Host may exist in a process at a time. The thread that creates it is
 /// the plugin's main thread. Its main loop runs only during runMainLoopUntil().
@@ -71,13 +71,13 @@ public:
     /// Tasks that no other thread runs are run on the calling thread; the limit can't interrupt
     /// them. Throws TimedOut, the first exception that a callback threw on another thread, and the
     /// exceptions of tasks that run on the calling thread.
-    void waitUntilHandled(std::chrono::milliseconds limit = defaultLimit);
+    void waitUntilHandled(std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
     /// Runs the main loop until `condition` returns true or the limit has passed, and returns the
     /// last result of `condition`, which is called every few milliseconds. For plugins that use
     /// the main loop, for instance timers.
     bool runMainLoopUntil(const std::function<bool()>& condition,
-                          std::chrono::milliseconds limit = defaultLimit);
+                          std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
     /// Returns the events the plugin is subscribed to, in the order of `corvane list`.
     std::vector<std::string> subscriptions() const;
@@ -89,7 +89,7 @@ public:
     /// Waits for a log line whose text contains `part`. Returns the first one, or nothing if the
     /// limit has passed.
     std::optional<LogLine> waitForLog(const std::string& part,
-                                      std::chrono::milliseconds limit = defaultLimit) const;
+                                      std::chrono::milliseconds limit = DEFAULT_LIMIT) const;
 
     /// Sets the value that the platform's system information returns for `key`.
     void setSystemInformation(const std::string& key, int value);
