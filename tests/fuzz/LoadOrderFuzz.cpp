@@ -20,10 +20,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* liteName = "libbtapp-lite.so";
-constexpr const char* dongleName = "libZarnDongleDetectNotification.so";
-constexpr const char* knownNames[] = {"libbleapp.so", liteName, dongleName,
-                                      ".so",          "a.SO",   "b.so.1"};
+constexpr const char* LITE_NAME = "libbtapp-lite.so";
+constexpr const char* DONGLE_NAME = "libZarnDongleDetectNotification.so";
+constexpr const char* KNOWN_NAMES[] = {"libbleapp.so", LITE_NAME, DONGLE_NAME,
+                                       ".so",          "a.SO",    "b.so.1"};
 
 struct Product {
     bool marker;
@@ -31,10 +31,10 @@ struct Product {
     int type;
 
     int priorityOf(const std::string& name) const {
-        if (name == dongleName) {
+        if (name == DONGLE_NAME) {
             return answers && (type == 7 || type == 8) ? 10 : 5;
         }
-        return name == liteName ? (marker ? 9 : 7) : name == "libbleapp.so" ? 8 : 5;
+        return name == LITE_NAME ? (marker ? 9 : 7) : name == "libbleapp.so" ? 8 : 5;
     }
 };
 
@@ -89,7 +89,7 @@ private:
 /// A name that a file may have, or nothing.
 std::string fileName(Input& input) {
     const unsigned known = input.upTo(9);
-    std::string name = known < std::size(knownNames) ? knownNames[known] : input.text();
+    std::string name = known < std::size(KNOWN_NAMES) ? KNOWN_NAMES[known] : input.text();
     std::erase(name, '/');
     name.resize(std::min<std::size_t>(name.size(), 252));
     if (known == 9) {

@@ -10,12 +10,12 @@ namespace {
 
 using namespace corvane::testkit;
 
-constexpr const char* variable = "CORVANE_EVENT_LOG_PRIVATE";
+constexpr const char* VARIABLE = "CORVANE_EVENT_LOG_PRIVATE";
 
 class EventLogTest : public testing::Test {
 protected:
-    EventLogTest() { unsetenv(variable); }
-    ~EventLogTest() override { unsetenv(variable); }
+    EventLogTest() { unsetenv(VARIABLE); }
+    ~EventLogTest() override { unsetenv(VARIABLE); }
 
     std::string lineOf(const std::string& event, const Arguments& arguments) {
         m_host.clearLog();
@@ -46,7 +46,7 @@ TEST_F(EventLogTest, HidesWhatSocketsReceiveButNotHowMuch) {
 }
 
 TEST_F(EventLogTest, ShowsBothWhenTold) {
-    setenv(variable, "show", 1);
+    setenv(VARIABLE, "show", 1);
     m_host.load(EVENT_LOG_PLUGIN);
     EXPECT_THAT(lineOf("bt-adapter-authentication-req", {{"key", "123456"}}),
                 testing::EndsWith(" key=\"123456\""));
@@ -55,7 +55,7 @@ TEST_F(EventLogTest, ShowsBothWhenTold) {
 }
 
 TEST_F(EventLogTest, HidesThemAtAnyOtherValue) {
-    setenv(variable, "yes", 1);
+    setenv(VARIABLE, "yes", 1);
     m_host.load(EVENT_LOG_PLUGIN);
     EXPECT_THAT(lineOf("bt-adapter-authentication-req", {{"key", "123456"}}),
                 testing::EndsWith(" key=hidden"));

@@ -12,18 +12,18 @@ using testing::DescribeMatcher;
 using testing::Not;
 using testing::PrintToString;
 
-const LogLine line{DLOG_PRIORITY_WARNING, "MY_PLUGIN", "the adapter is on"};
+const LogLine LINE{DLOG_PRIORITY_WARNING, "MY_PLUGIN", "the adapter is on"};
 
 TEST(MatcherTest, MatchesPartsOfALogLine) {
-    EXPECT_THAT(line, AllOf(HasText("adapter is"), HasTag("MY_PLUGIN"),
+    EXPECT_THAT(LINE, AllOf(HasText("adapter is"), HasTag("MY_PLUGIN"),
                             HasPriority(DLOG_PRIORITY_WARNING)));
-    EXPECT_THAT(line, Not(HasText("adapter is off")));
-    EXPECT_THAT(line, Not(HasTag("PLUGIN")));
-    EXPECT_THAT(line, Not(HasPriority(DLOG_PRIORITY_ERROR)));
+    EXPECT_THAT(LINE, Not(HasText("adapter is off")));
+    EXPECT_THAT(LINE, Not(HasTag("PLUGIN")));
+    EXPECT_THAT(LINE, Not(HasPriority(DLOG_PRIORITY_ERROR)));
 }
 
 TEST(MatcherTest, PrintsALogLine) {
-    EXPECT_EQ(PrintToString(line), "W/MY_PLUGIN: the adapter is on");
+    EXPECT_EQ(PrintToString(LINE), "W/MY_PLUGIN: the adapter is on");
     EXPECT_EQ(PrintToString(LogLine{9, "T", ""}), "9/T: ");
 }
 

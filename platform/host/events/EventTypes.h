@@ -19,7 +19,7 @@ template <typename... All>
 struct SetFunctionTraits<int (*)(void (*)(All...), void*)> {
     using Callback = void (*)(All...);
     using AllTypes = std::tuple<All...>;  // the last is the user data
-    static constexpr std::size_t argumentCount = sizeof...(All) - 1;
+    static constexpr std::size_t ARGUMENT_COUNT = sizeof...(All) - 1;
 };
 
 template <auto setFunction>
@@ -31,7 +31,7 @@ using ArgumentType =
 
 template <auto setFunction>
 using ArgumentIndices =
-    std::make_index_sequence<SetFunctionTraits<decltype(setFunction)>::argumentCount>;
+    std::make_index_sequence<SetFunctionTraits<decltype(setFunction)>::ARGUMENT_COUNT>;
 
 /// An argument as a row of the table gives it. The default is as ValueText.h reads it; a record
 /// has none of its own.

@@ -12,7 +12,7 @@ struct FileText {
     int openError;  // 0, or the errno of a file that cannot be opened
     std::string text;
     bool isBroken;  // reading failed before the end
-    bool isCut;     // the file is longer than maxFileBytes; the text ends with a whole line
+    bool isCut;     // the file is longer than MAX_FILE_BYTES; the text ends with a whole line
 };
 
 /// Errors: std::bad_alloc. Any thread.

@@ -64,7 +64,8 @@ std::optional<int> findInFile(const std::string& path, std::string_view key) {
     const auto file = readFileText(path);
     if (file.isCut) {
         dlog_print(DLOG_PRIORITY_ERROR, "SYSTEM_INFO",
-                   "%s: has more than %zu bytes; the rest is ignored", path.c_str(), MAX_FILE_BYTES);
+                   "%s: has more than %zu bytes; the rest is ignored", path.c_str(),
+                   MAX_FILE_BYTES);
     }
     std::istringstream lines(file.text);
     std::optional<int> found;

@@ -15,10 +15,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int senders = 4;
-constexpr int eventsPerSecond = 10000;
-constexpr int events = eventsPerSecond * STORM_SECONDS / senders;  // of each sender
-constexpr auto pace = std::chrono::nanoseconds(1'000'000'000LL * senders / eventsPerSecond);
+constexpr int SENDERS = 4;
+constexpr int EVENTS_PER_SECOND = 10000;
+constexpr int EVENTS = EVENTS_PER_SECOND * STORM_SECONDS / SENDERS;  // of each sender
+constexpr auto PACE = std::chrono::nanoseconds(1'000'000'000LL * SENDERS / EVENTS_PER_SECOND);
 
 class InjectStormTest : public testing::Test {
 protected:
@@ -33,10 +33,10 @@ protected:
         const auto& event = *corvane::host::findEvent("bt-adapter-name-changed");
         corvane::host::Values values(event);
         const auto start = Clock::now();
-        for (int i = 0; i < events; ++i) {
+        for (int i = 0; i < EVENTS; ++i) {
             values.set(event.arguments[0], std::to_string(sender) + ' ' + std::to_string(i));
             ASSERT_EQ(peer.emit(event, values), 1u);
-            std::this_thread::sleep_until(start + i * pace);
+            std::this_thread::sleep_until(start + i * PACE);
         }
     }
 
@@ -48,16 +48,16 @@ TEST_F(InjectStormTest, EveryEventArrivesOnceAndInOrder) {
     ASSERT_TRUE(daemon.waitForLine("end init func")) << daemon.errors();
     const auto start = Clock::now();
     std::vector<std::thread> running;
-    for (int sender = 0; sender < senders; ++sender) {
+    for (int sender = 0; sender < SENDERS; ++sender) {
         running.emplace_back([this, sender] { send(sender); });
     }
     for (auto& thread : running) {
         thread.join();
     }
     const std::chrono::duration<double> time = Clock::now() - start;
-    RecordProperty("EventsPerSecond", std::to_string(senders * events / time.count()));
+    RecordProperty("EventsPerSecond", std::to_string(SENDERS * EVENTS / time.count()));
     EXPECT_EQ(daemon.terminate(), 0) << daemon.errors();
-    EXPECT_TRUE(daemon.waitForLine("counted " + std::to_string(senders * events) + ", misplaced 0"))
+    EXPECT_TRUE(daemon.waitForLine("counted " + std::to_string(SENDERS * EVENTS) + ", misplaced 0"))
         << daemon.errors();
 }
 

@@ -23,7 +23,7 @@ protected:
 
     std::string ask(const std::string& method, const std::string& more = "") {
         return call("CallAgent", {daemonId(), method,
-                                  std::string("[<objectpath '") + device + "'>" + more + "]"});
+                                  std::string("[<objectpath '") + DEVICE + "'>" + more + "]"});
     }
 
     // Name and address of the device follow the type.
@@ -138,7 +138,7 @@ TEST_F(AgentTest, CancelIsAnsweredAndQuestionsGoOn) {
 TEST_F(AgentTest, QuestionThatIsCancelledIsNotAnswered) {
     start();
     m_daemon->sendSignal(SIGSTOP);
-    call("AskAndCancel", {daemonId(), device});
+    call("AskAndCancel", {daemonId(), DEVICE});
     EXPECT_EQ(call("AgentAnswers", {}), "('',)\n");
     m_daemon->sendSignal(SIGCONT);
     expectRequest("pin-request", "");
@@ -154,7 +154,7 @@ TEST_F(AgentTest, AnswersNobodyButBluez) {
     const auto name = answer.substr(begin, answer.find('\'', begin) - begin);
     const auto refused =
         runAnyhow({"gdbus", "call", "--system", "-d", name, "-o", "/org/corvane/agent", "-m",
-                   "org.bluez.Agent1.RequestPinCode", device});
+                   "org.bluez.Agent1.RequestPinCode", DEVICE});
     EXPECT_NE(refused.status, 0);
     EXPECT_THAT(refused.errors, HasSubstr("only BlueZ may call this"));
     settle();

@@ -22,10 +22,10 @@ TEST_F(BluezBusTest, WhatIsFoundAtTheStartIsNoEventExceptTheAdapterState) {
     startBluez();
     mock({"AddAdapter", "ss", "hci0", "desk"});
     addDevice();
-    mock({"ConnectDevice", "ss", "hci0", deviceAddress});
+    mock({"ConnectDevice", "ss", "hci0", DEVICE_ADDRESS});
     startDaemon();
     EXPECT_EQ(nextState(), "result=0 state=on");
-    mock({"DisconnectDevice", "ss", "hci0", deviceAddress});
+    mock({"DisconnectDevice", "ss", "hci0", DEVICE_ADDRESS});
     EXPECT_THAT(nextEvent("bt-device-connection-state-changed"), HasSubstr("connected=false"));
     EXPECT_THAT(m_daemon->errors(), Not(HasSubstr("connected=true")));
     EXPECT_THAT(m_daemon->errors(), Not(HasSubstr("bt-adapter-name-changed")));
@@ -35,7 +35,7 @@ TEST_F(BluezBusTest, AnAdapterThatIsOffIsReportedOffAtTheStart) {
     startBus();
     startBluez();
     mock({"AddAdapter", "ss", "hci0", "desk"});
-    update(adapter, "org.bluez.Adapter1", "{'Powered': <false>}");
+    update(ADAPTER, "org.bluez.Adapter1", "{'Powered': <false>}");
     startDaemon();
     EXPECT_EQ(nextState(), "result=0 state=off");
 }

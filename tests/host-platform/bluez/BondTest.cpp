@@ -20,8 +20,8 @@ protected:
     }
 
     void removeDevice() {
-        run({"busctl", "--system", "call", "org.bluez", adapter, "org.bluez.Adapter1",
-             "RemoveDevice", "o", device});
+        run({"busctl", "--system", "call", "org.bluez", ADAPTER, "org.bluez.Adapter1",
+             "RemoveDevice", "o", DEVICE});
     }
 };
 

@@ -10,8 +10,8 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr const char* inputUuid = "00001124-0000-1000-8000-00805f9b34fb";
-constexpr const char* inputOverGattUuid = "00001812-0000-1000-8000-00805F9B34FB";
+constexpr const char* INPUT_UUID = "00001124-0000-1000-8000-00805f9b34fb";
+constexpr const char* INPUT_OVER_GATT_UUID = "00001812-0000-1000-8000-00805F9B34FB";
 
 class DeviceTest : public BluezTvFixture {
 protected:
@@ -23,11 +23,11 @@ protected:
 
 TEST_F(DeviceTest, ServicesAreTheUuidsOnceTheyAreResolved) {
     updateDevice("{'Connected': <true>}");
-    updateDevice(std::string("{'ServicesResolved': <true>, 'UUIDs': <['") + inputUuid +
+    updateDevice(std::string("{'ServicesResolved': <true>, 'UUIDs': <['") + INPUT_UUID +
                  "', 'x']>}");
     EXPECT_EQ(nextEvent("bt-device-service-searched"),
               std::string("result=0 info={remote_address=\"AA:BB:CC:DD:EE:01\" service_uuid=[") +
-                  inputUuid + ",x]}");
+                  INPUT_UUID + ",x]}");
     updateDevice("{'ServicesResolved': <true>, 'RSSI': <int16 -50>}");
     updateDevice("{'ServicesResolved': <false>}");
     settle();
@@ -37,7 +37,7 @@ TEST_F(DeviceTest, ServicesAreTheUuidsOnceTheyAreResolved) {
 }
 
 TEST_F(DeviceTest, AnLeConnectionThatIsNotToldIsAskedFor) {
-    call("SetSilently", {device, deviceInterface, "Connected", "<true>"});
+    call("SetSilently", {DEVICE, DEVICE_INTERFACE, "Connected", "<true>"});
     updateDevice("{'ServicesResolved': <true>}");
     EXPECT_EQ(nextEvent("bt-device-connection-state-changed"),
               "connected=true info={remote_address=\"AA:BB:CC:DD:EE:01\" link=bredr "
@@ -66,8 +66,8 @@ TEST_F(DeviceTest, GattIsConnectedOverLeOnceServicesAreResolved) {
 
 TEST_F(DeviceTest, GattIsConnectedOverLeOnceThereIsAService) {
     updateDevice("{'AddressType': <'random'>, 'Connected': <true>}");
-    addInterface(std::string(device) + "/service0001", "org.bluez.GattService1",
-                 std::string("{'Device': <objectpath '") + device + "'>}");
+    addInterface(std::string(DEVICE) + "/service0001", "org.bluez.GattService1",
+                 std::string("{'Device': <objectpath '") + DEVICE + "'>}");
     EXPECT_EQ(nextGatt(), "result=0 connected=true address=\"AA:BB:CC:DD:EE:01\"");
     updateDevice("{'ServicesResolved': <true>}");
     settle();
@@ -81,7 +81,7 @@ TEST_F(DeviceTest, GattIsNotConnectedOverTheOtherLink) {
 }
 
 TEST_F(DeviceTest, InputDeviceIsConnectedOnceItsServicesAreResolved) {
-    for (const std::string uuid : {inputUuid, inputOverGattUuid}) {
+    for (const std::string uuid : {INPUT_UUID, INPUT_OVER_GATT_UUID}) {
         updateDevice("{'Connected': <true>, 'UUIDs': <['" + uuid + "']>}");
         updateDevice("{'ServicesResolved': <true>}");
         EXPECT_EQ(nextInput(), "result=0 connected=true address=\"AA:BB:CC:DD:EE:01\"");
@@ -99,18 +99,18 @@ TEST_F(DeviceTest, DeviceWithoutInputIsNoInputDevice) {
 TEST_F(DeviceTest, ConnectedDeviceThatIsRemovedIsDisconnectedOnce) {
     updateDevice("{'Connected': <true>}");
     updateDevice("{'Connected': <false>}");
-    run({"busctl", "--system", "call", "org.bluez", adapter, "org.bluez.Adapter1", "RemoveDevice",
-         "o", device});
+    run({"busctl", "--system", "call", "org.bluez", ADAPTER, "org.bluez.Adapter1", "RemoveDevice",
+         "o", DEVICE});
     settle();
     EXPECT_EQ(countOf("bt-device-connection-state-changed"), 2);
 }
 
 TEST_F(DeviceTest, BatteryIsReportedWhenItAppearsAndWhenItChanges) {
-    addInterface(device, batteryInterface, "{'Percentage': <byte 87>}");
+    addInterface(DEVICE, BATTERY_INTERFACE, "{'Percentage': <byte 87>}");
     EXPECT_EQ(nextEvent("bt-hid-battery-status-received"),
               "status={status=87 address=\"AA:BB:CC:DD:EE:01\"}");
-    update(device, batteryInterface, "{'Percentage': <byte 87>}");
-    update(device, batteryInterface, "{'Percentage': <byte 86>}");
+    update(DEVICE, BATTERY_INTERFACE, "{'Percentage': <byte 87>}");
+    update(DEVICE, BATTERY_INTERFACE, "{'Percentage': <byte 86>}");
     EXPECT_EQ(nextEvent("bt-hid-battery-status-received"),
               "status={status=86 address=\"AA:BB:CC:DD:EE:01\"}");
     EXPECT_EQ(countOf("bt-hid-battery-status-received"), 2);

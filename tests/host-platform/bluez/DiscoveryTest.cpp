@@ -12,10 +12,10 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr const char* event = "bt-adapter-device-discovery-state-changed";
+constexpr const char* EVENT = "bt-adapter-device-discovery-state-changed";
 
 // The arguments of an event without a device.
-const std::string nothing =
+const std::string NOTHING =
     "info={remote_address=\"\" remote_name=\"\" bt_class={major_device_class=0 "
     "minor_device_class=0 major_service_class_mask=0} rssi=0 is_bonded=false service_uuid=[] "
     "appearance=0 manufacturer_data=[]}";
@@ -25,39 +25,39 @@ protected:
     void SetUp() override { startAll(); }
 
     void discover(bool on) {
-        update(adapter, "org.bluez.Adapter1",
+        update(ADAPTER, "org.bluez.Adapter1",
                on ? "{'Discovering': <true>}" : "{'Discovering': <false>}");
     }
 
     void start() {
         discover(true);
-        ASSERT_EQ(nextEvent(event), "result=0 state=started " + nothing);
+        ASSERT_EQ(nextEvent(EVENT), "result=0 state=started " + NOTHING);
     }
 };
 
 TEST_F(DiscoveryTest, StartsAndEnds) {
     start();
     discover(false);
-    EXPECT_EQ(nextEvent(event), "result=0 state=finished " + nothing);
+    EXPECT_EQ(nextEvent(EVENT), "result=0 state=finished " + NOTHING);
 }
 
 TEST_F(DiscoveryTest, ThatDidNotRunDoesNotEndWhenTheAdapterGoesOff) {
-    update(adapter, "org.bluez.Adapter1", "{'Powered': <false>, 'Discovering': <false>}");
+    update(ADAPTER, "org.bluez.Adapter1", "{'Powered': <false>, 'Discovering': <false>}");
     EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=off");
     settle();
-    EXPECT_EQ(countOf(event), 0);
+    EXPECT_EQ(countOf(EVENT), 0);
 }
 
 TEST_F(DiscoveryTest, EndsWithTheAdapter) {
     start();
     mock({"RemoveAdapter", "s", "hci0"});
-    EXPECT_EQ(nextEvent(event), "result=0 state=finished " + nothing);
+    EXPECT_EQ(nextEvent(EVENT), "result=0 state=finished " + NOTHING);
 }
 
 TEST_F(DiscoveryTest, FindsANewDevice) {
     start();
     mock({"AddDevice", "sss", "hci0", "AA:BB:CC:DD:EE:02", "Lamp"});
-    EXPECT_EQ(nextEvent(event),
+    EXPECT_EQ(nextEvent(EVENT),
               "result=0 state=found info={remote_address=\"AA:BB:CC:DD:EE:02\" "
               "remote_name=\"Lamp\" bt_class={major_device_class=0 minor_device_class=0 "
               "major_service_class_mask=0} rssi=-79 is_bonded=false service_uuid=[] appearance=0 "
@@ -67,30 +67,30 @@ TEST_F(DiscoveryTest, FindsANewDevice) {
 TEST_F(DiscoveryTest, FindsAKnownDeviceByEachNewStrengthOfItsSignal) {
     start();
     updateDevice("{'RSSI': <int16 -40>, 'UUIDs': <['a']>}");
-    EXPECT_THAT(nextEvent(event),
+    EXPECT_THAT(nextEvent(EVENT),
                 AllOf(StartsWith("result=0 state=found"), HasSubstr("rssi=-40"), HasSubstr("[a]")));
     updateDevice("{'RSSI': <int16 -40>}");
     updateDevice("{'RSSI': <int16 -50>}");
-    EXPECT_THAT(nextEvent(event), HasSubstr("rssi=-50"));
+    EXPECT_THAT(nextEvent(EVENT), HasSubstr("rssi=-50"));
     invalidate("RSSI");
     updateDevice("{'RSSI': <int16 -50>}");
-    EXPECT_THAT(nextEvent(event), HasSubstr("rssi=-50"));
+    EXPECT_THAT(nextEvent(EVENT), HasSubstr("rssi=-50"));
     settle();
-    EXPECT_EQ(countOf(event), 4);
+    EXPECT_EQ(countOf(EVENT), 4);
 }
 
 TEST_F(DiscoveryTest, OtherNewsOfAKnownDeviceFindNothing) {
     start();
     updateDevice("{'Trusted': <true>}");
     settle();
-    EXPECT_EQ(countOf(event), 1);
+    EXPECT_EQ(countOf(EVENT), 1);
 }
 
 TEST_F(DiscoveryTest, NothingIsFoundWithoutIt) {
     updateDevice("{'RSSI': <int16 -40>}");
     mock({"AddDevice", "sss", "hci0", "AA:BB:CC:DD:EE:02", "Lamp"});
     settle();
-    EXPECT_EQ(countOf(event), 0);
+    EXPECT_EQ(countOf(EVENT), 0);
 }
 
 TEST_F(DiscoveryTest, TheDevicesOfASecondAdapterAreNotFound) {
@@ -98,7 +98,7 @@ TEST_F(DiscoveryTest, TheDevicesOfASecondAdapterAreNotFound) {
     start();
     mock({"AddDevice", "sss", "hci1", "AA:BB:CC:DD:EE:02", "Lamp"});
     settle();
-    EXPECT_EQ(countOf(event), 1);
+    EXPECT_EQ(countOf(EVENT), 1);
 }
 
 }  // namespace

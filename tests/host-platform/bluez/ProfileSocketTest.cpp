@@ -12,21 +12,21 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* serial = "00001101-0000-1000-8000-00805f9b34fb";
-constexpr const char* other = "11111111-2222-3333-4444-555555555555";
-constexpr const char* firstPath = "/org/corvane/profile/0";
-constexpr const char* secondPath = "/org/corvane/profile/1";
+constexpr const char* SERIAL = "00001101-0000-1000-8000-00805f9b34fb";
+constexpr const char* OTHER = "11111111-2222-3333-4444-555555555555";
+constexpr const char* FIRST_PATH = "/org/corvane/profile/0";
+constexpr const char* SECOND_PATH = "/org/corvane/profile/1";
 
 class ProfileSocketTest : public BluezTvFixture {
 protected:
     void start() {
-        startAll(std::string("profiles = ") + serial + ", " + other + "\n");
+        startAll(std::string("profiles = ") + SERIAL + ", " + OTHER + "\n");
         ASSERT_TRUE(m_bluez->waitForLine("RegisterProfile \"/org/corvane/profile/1\""))
             << m_bluez->output();
     }
 
-    void connect(const std::string& path = firstPath) {
-        EXPECT_EQ(call("ConnectProfile", {daemonId(), path, device}), "('ok',)\n");
+    void connect(const std::string& path = FIRST_PATH) {
+        EXPECT_EQ(call("ConnectProfile", {daemonId(), path, DEVICE}), "('ok',)\n");
     }
 
     // The next event of a connection, with N for the number of its socket.
@@ -56,16 +56,16 @@ TEST_F(ProfileSocketTest, NoProfileIsRegisteredUnlessAskedFor) {
 
 TEST_F(ProfileSocketTest, EveryProfileAskedForIsRegistered) {
     start();
-    EXPECT_THAT(m_bluez->output(), HasSubstr(serial));
-    EXPECT_THAT(m_bluez->output(), HasSubstr(other));
+    EXPECT_THAT(m_bluez->output(), HasSubstr(SERIAL));
+    EXPECT_THAT(m_bluez->output(), HasSubstr(OTHER));
 }
 
 TEST_F(ProfileSocketTest, ConnectionIsReportedWithItsProfile) {
     start();
     connect();
-    EXPECT_EQ(nextConnection(), connection("connected", serial));
-    connect(secondPath);
-    EXPECT_EQ(nextConnection(), connection("connected", other));
+    EXPECT_EQ(nextConnection(), connection("connected", SERIAL));
+    connect(SECOND_PATH);
+    EXPECT_EQ(nextConnection(), connection("connected", OTHER));
 }
 
 TEST_F(ProfileSocketTest, DataIsReportedAsItComes) {
@@ -93,22 +93,22 @@ TEST_F(ProfileSocketTest, MoreThanOnePortionArrivesWhole) {
 TEST_F(ProfileSocketTest, EndOfTheRemoteDisconnectsAndIsNoData) {
     start();
     connect();
-    EXPECT_EQ(nextConnection(), connection("connected", serial));
+    EXPECT_EQ(nextConnection(), connection("connected", SERIAL));
     call("SendToSocket", {"last"});
     call("CloseSocket", {});
     EXPECT_EQ(nextData(), "data={socket_fd=N data=[6c617374]}");
-    EXPECT_EQ(nextConnection(), connection("disconnected", serial));
+    EXPECT_EQ(nextConnection(), connection("disconnected", SERIAL));
     EXPECT_EQ(countOf("bt-socket-data-received"), 1);
 }
 
 TEST_F(ProfileSocketTest, BluezMayAskForTheDisconnection) {
     start();
     connect();
-    connect(secondPath);
-    EXPECT_EQ(call("DisconnectProfile", {daemonId(), secondPath, device}), "('ok',)\n");
-    EXPECT_EQ(nextConnection(), connection("connected", serial));
-    EXPECT_EQ(nextConnection(), connection("connected", other));
-    EXPECT_EQ(nextConnection(), connection("disconnected", other));
+    connect(SECOND_PATH);
+    EXPECT_EQ(call("DisconnectProfile", {daemonId(), SECOND_PATH, DEVICE}), "('ok',)\n");
+    EXPECT_EQ(nextConnection(), connection("connected", SERIAL));
+    EXPECT_EQ(nextConnection(), connection("connected", OTHER));
+    EXPECT_EQ(nextConnection(), connection("disconnected", OTHER));
     EXPECT_EQ(call("ReceiveFromSocket", {"1"}), "('',)\n");
     settle();
     EXPECT_EQ(countOf("bt-socket-connection-state-changed"), 3);
@@ -117,7 +117,7 @@ TEST_F(ProfileSocketTest, BluezMayAskForTheDisconnection) {
 TEST_F(ProfileSocketTest, DaemonThatEndsClosesItsSockets) {
     start();
     connect();
-    EXPECT_EQ(nextConnection(), connection("connected", serial));
+    EXPECT_EQ(nextConnection(), connection("connected", SERIAL));
     EXPECT_EQ(m_daemon->terminate(), 0) << m_daemon->errors();
     EXPECT_EQ(call("ReceiveFromSocket", {"1"}), "('',)\n");
 }

@@ -10,7 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr const char* uuids =
+constexpr const char* UUIDS =
     "'UUIDs': <['00001124-0000-1000-8000-00805f9b34fb', '0000110c-0000-1000-8000-00805f9b34fb', "
     "'0000110e-0000-1000-8000-00805f9b34fb']>";
 
@@ -20,14 +20,14 @@ protected:
     void fill() {
         updateDevice(std::string("{'AddressType': <'random'>, 'Paired': <true>, 'Connected': "
                                  "<true>, 'ServicesResolved': <true>, ") +
-                     uuids + "}");
-        addInterface(device, batteryInterface, "{'Percentage': <byte 87>}");
-        addInterface(device, controlInterface, "{'Connected': <true>}");
-        addInterface(transport, transportInterface,
-                     std::string("{'Device': <objectpath '") + device +
+                     UUIDS + "}");
+        addInterface(DEVICE, BATTERY_INTERFACE, "{'Percentage': <byte 87>}");
+        addInterface(DEVICE, CONTROL_INTERFACE, "{'Connected': <true>}");
+        addInterface(TRANSPORT, TRANSPORT_INTERFACE,
+                     std::string("{'Device': <objectpath '") + DEVICE +
                          "'>, 'UUID': <'0000110a-0000-1000-8000-00805f9b34fb'>, 'State': "
                          "<'active'>, 'Volume': <uint16 5>}");
-        update(adapter, "org.bluez.Adapter1", "{'Discovering': <true>}");
+        update(ADAPTER, "org.bluez.Adapter1", "{'Discovering': <true>}");
     }
 
     // Ends BlueZ and starts it with the adapter alone.
@@ -77,9 +77,9 @@ TEST_F(SnapshotTest, IsSilent) {
     settle();
     EXPECT_EQ(events(), "");
     updateDevice("{'Connected': <true>, 'Paired': <true>, 'ServicesResolved': <true>}");
-    update(device, controlInterface, "{'Connected': <true>}");
-    update(device, batteryInterface, "{'Percentage': <byte 87>}");
-    update(transport, transportInterface, "{'State': <'active'>, 'Volume': <uint16 5>}");
+    update(DEVICE, CONTROL_INTERFACE, "{'Connected': <true>}");
+    update(DEVICE, BATTERY_INTERFACE, "{'Percentage': <byte 87>}");
+    update(TRANSPORT, TRANSPORT_INTERFACE, "{'State': <'active'>, 'Volume': <uint16 5>}");
     settle();
     EXPECT_EQ(events(), "");
     EXPECT_EQ(countOf("bt-adapter-device-discovery-state-changed"), 0);
@@ -103,9 +103,9 @@ TEST_F(SnapshotTest, EverythingInItEndsWithTheBusExceptTheBond) {
 
 TEST_F(SnapshotTest, AStrangerThatComesConnectedLaterIsConnected) {
     startAll();
-    addInterface("/org/bluez/hci0/dev_AA_BB_CC_DD_EE_03", deviceInterface,
+    addInterface("/org/bluez/hci0/dev_AA_BB_CC_DD_EE_03", DEVICE_INTERFACE,
                  std::string("{'Address': <'AA:BB:CC:DD:EE:03'>, 'Adapter': <objectpath '") +
-                     adapter + "'>, 'Class': <uint32 5>, 'Paired': <false>, 'Connected': <true>}");
+                     ADAPTER + "'>, 'Class': <uint32 5>, 'Paired': <false>, 'Connected': <true>}");
     EXPECT_EQ(nextEvent("bt-device-connection-state-changed"),
               "connected=true info={remote_address=\"AA:BB:CC:DD:EE:03\" link=bredr "
               "disconn_reason=unknown}");
@@ -114,11 +114,11 @@ TEST_F(SnapshotTest, AStrangerThatComesConnectedLaterIsConnected) {
 TEST_F(SnapshotTest, DevicesThatComeWithARestartedBluezAreSilent) {
     startAll();
     restartBluez();
-    addInterface("/org/bluez/hci0/dev_AA_BB_CC_DD_EE_02", deviceInterface,
+    addInterface("/org/bluez/hci0/dev_AA_BB_CC_DD_EE_02", DEVICE_INTERFACE,
                  std::string("{'Address': <'AA:BB:CC:DD:EE:02'>, 'Adapter': <objectpath '") +
-                     adapter +
+                     ADAPTER +
                      "'>, 'Paired': <true>, 'Connected': <true>, 'ServicesResolved': <true>, " +
-                     uuids + "}");
+                     UUIDS + "}");
     settle();
     EXPECT_EQ(events(), "");
 }

@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string eventHead = "I EVENT_LOG: sound-manager-speaker-changed ";
+const std::string EVENT_HEAD = "I EVENT_LOG: sound-manager-speaker-changed ";
 
 }  // namespace
 
@@ -64,7 +64,7 @@ std::string SoundFixture::pactl(std::vector<std::string> arguments) const {
 int SoundFixture::speakerEvents() const {
     const auto log = m_daemon->errors();
     int count = 0;
-    for (std::size_t place = 0; (place = log.find(eventHead, place)) != std::string::npos;
+    for (std::size_t place = 0; (place = log.find(EVENT_HEAD, place)) != std::string::npos;
          ++place) {
         ++count;
     }
@@ -72,7 +72,7 @@ int SoundFixture::speakerEvents() const {
 }
 
 std::string SoundFixture::nextSpeaker() {
-    const auto line = m_daemon->waitForLine(eventHead);
+    const auto line = m_daemon->waitForLine(EVENT_HEAD);
     EXPECT_TRUE(line) << m_daemon->errors();
-    return line ? line->substr(line->find(eventHead) + eventHead.size()) : "";
+    return line ? line->substr(line->find(EVENT_HEAD) + EVENT_HEAD.size()) : "";
 }

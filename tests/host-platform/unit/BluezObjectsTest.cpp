@@ -18,10 +18,10 @@ namespace {
 
 using namespace corvane::host;
 
-const std::string adapter(adapterInterface);
-const std::string device(deviceInterface);
-const std::string battery(batteryInterface);
-constexpr const char* devicePath = "/org/bluez/hci0/dev";
+const std::string ADAPTER(ADAPTER_INTERFACE);
+const std::string DEVICE(DEVICE_INTERFACE);
+const std::string BATTERY(BATTERY_INTERFACE);
+constexpr const char* DEVICE_PATH = "/org/bluez/hci0/dev";
 
 class BluezObjectsTest : public testing::Test {
 protected:
@@ -30,7 +30,7 @@ protected:
         bt_hid_set_battery_status_received_cb(&onBattery, this);
         m_objects.addReporter(makeDiscoveryReporter());
         m_objects.addReporter(makeBatteryReporter());
-        m_objects.addToSnapshot("/org/bluez/hci0", {{adapter, {{"Discovering", true}}}});
+        m_objects.addToSnapshot("/org/bluez/hci0", {{ADAPTER, {{"Discovering", true}}}});
         m_objects.finishSnapshot();
     }
 
@@ -62,7 +62,7 @@ protected:
 
     void addDevice(Properties more = {}) {
         more.emplace("Adapter", std::string("/org/bluez/hci0"));
-        m_objects.add(devicePath, {{device, more}});
+        m_objects.add(DEVICE_PATH, {{DEVICE, more}});
     }
 
     BluezObjects m_objects;
@@ -86,44 +86,44 @@ TEST_F(BluezObjectsTest, WhatIsKnownIsInTheRecord) {
 }
 
 TEST_F(BluezObjectsTest, EndOfDiscoveryHasEmptyTexts) {
-    m_objects.change("/org/bluez/hci0", adapter, {{"Discovering", false}}, {});
+    m_objects.change("/org/bluez/hci0", ADAPTER, {{"Discovering", false}}, {});
     EXPECT_EQ(m_found, std::vector<std::string>{"//0/0/0"});
 }
 
 TEST_F(BluezObjectsTest, AddressOfABatteryCanBeReadInFull) {
     addDevice({{"Address", std::string("A")}});
-    m_objects.add(devicePath, {{battery, {{"Percentage", std::uint8_t{7}}}}});
+    m_objects.add(DEVICE_PATH, {{BATTERY, {{"Percentage", std::uint8_t{7}}}}});
     EXPECT_EQ(m_batteries, std::vector<std::string>{"A/7"});
 }
 
 TEST_F(BluezObjectsTest, BatteryThatComesWithItsDeviceIsFound) {
-    m_objects.add(devicePath, {{device, {}}, {battery, {{"Percentage", std::uint8_t{7}}}}});
+    m_objects.add(DEVICE_PATH, {{DEVICE, {}}, {BATTERY, {{"Percentage", std::uint8_t{7}}}}});
     EXPECT_TRUE(m_batteries.empty());
 }
 
 TEST_F(BluezObjectsTest, AnInterfaceAddedAgainIsAChange) {
     addDevice();
-    m_objects.add(devicePath, {{battery, {{"Percentage", std::uint8_t{7}}}}});
-    m_objects.add(devicePath, {{device, {}}, {battery, {{"Percentage", std::uint8_t{7}}}}});
-    m_objects.add(devicePath, {{device, {}}, {battery, {{"Percentage", std::uint8_t{8}}}}});
+    m_objects.add(DEVICE_PATH, {{BATTERY, {{"Percentage", std::uint8_t{7}}}}});
+    m_objects.add(DEVICE_PATH, {{DEVICE, {}}, {BATTERY, {{"Percentage", std::uint8_t{7}}}}});
+    m_objects.add(DEVICE_PATH, {{DEVICE, {}}, {BATTERY, {{"Percentage", std::uint8_t{8}}}}});
     EXPECT_EQ(m_batteries, (std::vector<std::string>{"/7", "/8"}));
 }
 
 TEST_F(BluezObjectsTest, AnExceptionStopsNoOtherReport) {
     m_throws = true;
     EXPECT_THROW(addDevice({{"Address", std::string("A")}}), std::runtime_error);
-    EXPECT_EQ(m_objects.addressOf(devicePath), "A");
+    EXPECT_EQ(m_objects.addressOf(DEVICE_PATH), "A");
     EXPECT_THROW(m_objects.removeAll(), std::runtime_error);  // discovery has ended
     EXPECT_EQ(m_objects.adapterPath(), "");
 }
 
 TEST_F(BluezObjectsTest, AddressLastsAsLongAsAnythingOfTheDevice) {
     addDevice({{"Address", std::string("A")}});
-    m_objects.add(std::string(devicePath) + "/fd0", {{"x", {}}});
-    m_objects.remove(devicePath, {device});
-    EXPECT_EQ(m_objects.addressOf(devicePath), "A");
-    m_objects.remove(std::string(devicePath) + "/fd0", {"x"});
-    EXPECT_EQ(m_objects.addressOf(devicePath), "");
+    m_objects.add(std::string(DEVICE_PATH) + "/fd0", {{"x", {}}});
+    m_objects.remove(DEVICE_PATH, {DEVICE});
+    EXPECT_EQ(m_objects.addressOf(DEVICE_PATH), "A");
+    m_objects.remove(std::string(DEVICE_PATH) + "/fd0", {"x"});
+    EXPECT_EQ(m_objects.addressOf(DEVICE_PATH), "");
 }
 
 TEST(KeyOperationsTest, KeysAreTurnedBackIntoOperations) {

@@ -26,13 +26,13 @@ protected:
 
     // Returns the platform's answer, or -1 for an error.
     int ask(const char* key) {
-        int value = untouched;
+        int value = UNTOUCHED;
         const int result = system_info_get_custom_int(key, &value);
-        EXPECT_EQ(result == 0, value != untouched);
+        EXPECT_EQ(result == 0, value != UNTOUCHED);
         return result == 0 ? value : -1;
     }
 
-    static constexpr int untouched = 123456;
+    static constexpr int UNTOUCHED = 123456;
     TemporaryDirectory m_directory;
 };
 

@@ -14,17 +14,17 @@ namespace {
 
 using namespace corvane::host;
 
-constexpr EnumerationName colours[] = {{"red", 0}, {"green", 1}, {"blue", 5}};
-constexpr Field number{"number", Kind::Integer};
-constexpr Field byte{"byte", Kind::Byte};
-constexpr Field shortNumber{"short", Kind::Short};
-constexpr Field count{"count", Kind::Count};
-constexpr Field flag{"flag", Kind::Boolean};
-constexpr Field text{"text", Kind::Text};
-constexpr Field colour{"colour", Kind::Enumeration, "red", colours};
-constexpr Field bytes{"bytes", Kind::Bytes};
-constexpr Field uuids{"uuids", Kind::Uuids};
-constexpr Field record{"record", Kind::Record, "", {}, {&number, 1}};
+constexpr EnumerationName COLOURS[] = {{"red", 0}, {"green", 1}, {"blue", 5}};
+constexpr Field NUMBER{"number", Kind::Integer};
+constexpr Field BYTE{"byte", Kind::Byte};
+constexpr Field SHORT_NUMBER{"short", Kind::Short};
+constexpr Field COUNT{"count", Kind::Count};
+constexpr Field FLAG{"flag", Kind::Boolean};
+constexpr Field TEXT{"text", Kind::Text};
+constexpr Field COLOUR{"colour", Kind::Enumeration, "red", COLOURS};
+constexpr Field BYTES{"bytes", Kind::Bytes};
+constexpr Field UUIDS{"uuids", Kind::Uuids};
+constexpr Field RECORD{"record", Kind::Record, "", {}, {&NUMBER, 1}};
 
 std::string complaint(const Field& field, std::string_view given) {
     try {
@@ -36,46 +36,46 @@ std::string complaint(const Field& field, std::string_view given) {
 }
 
 TEST(ValueTextTest, ReadsIntegers) {
-    EXPECT_EQ(parseValue(number, "-2147483648"), Value(-2147483647 - 1));
-    EXPECT_EQ(parseValue(number, "0x1F"), Value(31));
+    EXPECT_EQ(parseValue(NUMBER, "-2147483648"), Value(-2147483647 - 1));
+    EXPECT_EQ(parseValue(NUMBER, "0x1F"), Value(31));
     for (const auto* bad : {"", "x", "1x", "2147483648", "0x", "0x-1", " 1", "+1"}) {
-        EXPECT_EQ(complaint(number, bad),
+        EXPECT_EQ(complaint(NUMBER, bad),
                   "number can't be \"" + std::string(bad) + "\"; it must be an integer of 32 bits");
     }
 }
 
 TEST(ValueTextTest, ReadsSmallNumbers) {
-    EXPECT_EQ(parseValue(byte, "255"), Value(255));
-    EXPECT_EQ(parseValue(shortNumber, "0xffff"), Value(65535));
-    EXPECT_EQ(complaint(byte, "256"), "byte can't be \"256\"; it must be an integer from 0 to 255");
-    EXPECT_EQ(complaint(byte, "-1"), "byte can't be \"-1\"; it must be an integer from 0 to 255");
-    EXPECT_EQ(complaint(shortNumber, "65536"),
+    EXPECT_EQ(parseValue(BYTE, "255"), Value(255));
+    EXPECT_EQ(parseValue(SHORT_NUMBER, "0xffff"), Value(65535));
+    EXPECT_EQ(complaint(BYTE, "256"), "byte can't be \"256\"; it must be an integer from 0 to 255");
+    EXPECT_EQ(complaint(BYTE, "-1"), "byte can't be \"-1\"; it must be an integer from 0 to 255");
+    EXPECT_EQ(complaint(SHORT_NUMBER, "65536"),
               "short can't be \"65536\"; it must be an integer from 0 to 65535");
 }
 
 TEST(ValueTextTest, ReadsCounts) {
-    EXPECT_EQ(parseValue(count, "auto"), Value());
-    EXPECT_EQ(parseValue(count, "-1"), Value(-1));
-    EXPECT_EQ(complaint(count, "many"),
+    EXPECT_EQ(parseValue(COUNT, "auto"), Value());
+    EXPECT_EQ(parseValue(COUNT, "-1"), Value(-1));
+    EXPECT_EQ(complaint(COUNT, "many"),
               "count can't be \"many\"; it must be auto, for as many as are given, or an integer "
               "of 32 bits");
 }
 
 TEST(ValueTextTest, ReadsBooleans) {
-    EXPECT_EQ(parseValue(flag, "true"), Value(true));
-    EXPECT_EQ(parseValue(flag, "false"), Value(false));
-    EXPECT_EQ(complaint(flag, "1"), "flag can't be \"1\"; it must be true or false");
+    EXPECT_EQ(parseValue(FLAG, "true"), Value(true));
+    EXPECT_EQ(parseValue(FLAG, "false"), Value(false));
+    EXPECT_EQ(complaint(FLAG, "1"), "flag can't be \"1\"; it must be true or false");
 }
 
 TEST(ValueTextTest, TakesTextsAsTheyAre) {
-    EXPECT_EQ(parseValue(text, " a=b "), Value(std::string(" a=b ")));
-    EXPECT_EQ(parseValue(text, ""), Value(std::string()));
+    EXPECT_EQ(parseValue(TEXT, " a=b "), Value(std::string(" a=b ")));
+    EXPECT_EQ(parseValue(TEXT, ""), Value(std::string()));
 }
 
 TEST(ValueTextTest, ReadsEnumerationsByNameAndValue) {
-    EXPECT_EQ(parseValue(colour, "blue"), Value(5));
-    EXPECT_EQ(parseValue(colour, "1"), Value(1));
-    EXPECT_EQ(complaint(colour, "2"),
+    EXPECT_EQ(parseValue(COLOUR, "blue"), Value(5));
+    EXPECT_EQ(parseValue(COLOUR, "1"), Value(1));
+    EXPECT_EQ(complaint(COLOUR, "2"),
               "colour can't be \"2\"; it must be red (0), green (1) or blue (5)");
 }
 
@@ -114,23 +114,23 @@ TEST(ValueTextTest, NamesTheValuesOfTheEnumerations) {
 }
 
 TEST(ValueTextTest, ReadsBytes) {
-    EXPECT_EQ(parseValue(bytes, "00ffA1"), Value(Bytes{'\0', '\xff', '\xa1'}));
-    EXPECT_EQ(parseValue(bytes, ""), Value(Bytes{}));
-    EXPECT_NE(complaint(bytes, "0"), "");
-    EXPECT_NE(complaint(bytes, "0g"), "");
-    EXPECT_NE(complaint(bytes, "-1"), "");
+    EXPECT_EQ(parseValue(BYTES, "00ffA1"), Value(Bytes{'\0', '\xff', '\xa1'}));
+    EXPECT_EQ(parseValue(BYTES, ""), Value(Bytes{}));
+    EXPECT_NE(complaint(BYTES, "0"), "");
+    EXPECT_NE(complaint(BYTES, "0g"), "");
+    EXPECT_NE(complaint(BYTES, "-1"), "");
 }
 
 TEST(ValueTextTest, ReadsUuids) {
-    EXPECT_EQ(parseValue(uuids, "110b,110e"), Value(Uuids{"110b", "110e"}));
-    EXPECT_EQ(parseValue(uuids, ""), Value(Uuids{}));
+    EXPECT_EQ(parseValue(UUIDS, "110b,110e"), Value(Uuids{"110b", "110e"}));
+    EXPECT_EQ(parseValue(UUIDS, ""), Value(Uuids{}));
     for (const auto* bad : {",", "110b,", ",110b", "1,,2"}) {
-        EXPECT_NE(complaint(uuids, bad), "") << bad;
+        EXPECT_NE(complaint(UUIDS, bad), "") << bad;
     }
 }
 
 TEST(ValueTextTest, HasNoTextForARecord) {
-    EXPECT_EQ(complaint(record, "none"),
+    EXPECT_EQ(complaint(RECORD, "none"),
               "record can't be \"none\"; it must be given by its fields, each by its own name");
 }
 

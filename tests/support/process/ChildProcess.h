@@ -36,7 +36,7 @@ public:
         std::string errors;
     };
 
-    static constexpr std::chrono::milliseconds defaultLimit{20000};
+    static constexpr std::chrono::milliseconds DEFAULT_LIMIT{20000};
 
     explicit ChildProcess(const Options& options);
     ~ChildProcess();
@@ -44,19 +44,19 @@ public:
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     /// Runs a program to its end; killed after the limit.
-    static Result run(const Options& options, std::chrono::milliseconds limit = defaultLimit);
+    static Result run(const Options& options, std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
     /// The next line, of either stream, that contains `text`: the search goes on behind
     /// the line found by the call before. Empty after the limit or the end of the output.
     std::optional<std::string> waitForLine(std::string_view text,
-                                           std::chrono::milliseconds limit = defaultLimit);
+                                           std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
     /// Waits for the end: the exit status, or minus the number of the signal that ended
     /// it. Empty after the limit.
-    std::optional<int> wait(std::chrono::milliseconds limit = defaultLimit);
+    std::optional<int> wait(std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
     /// Sends SIGTERM and waits; SIGKILL (so -9) after the limit.
-    int terminate(std::chrono::milliseconds limit = defaultLimit);
+    int terminate(std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
     void sendSignal(int number);
     pid_t id() const { return m_id; }

@@ -54,7 +54,7 @@ int HostFixture::connectPeer() const {
 }
 
 void HostFixture::expectServedAgain() const {
-    const auto limit = std::chrono::steady_clock::now() + ChildProcess::defaultLimit;
+    const auto limit = std::chrono::steady_clock::now() + ChildProcess::DEFAULT_LIMIT;
     while (tool({"emit", "bt-adapter-state-changed"}).status != 0) {
         ASSERT_LT(std::chrono::steady_clock::now(), limit);
     }
@@ -128,5 +128,5 @@ void BluezFixture::startWithAdapter() {
 }
 
 void BluezFixture::addDevice() const {
-    mock({"AddDevice", "sss", "hci0", deviceAddress, "Headset"});
+    mock({"AddDevice", "sss", "hci0", DEVICE_ADDRESS, "Headset"});
 }

@@ -63,9 +63,9 @@ protected:
 /// The same with a private bus and BlueZ on it.
 class BluezFixture : public HostFixture {
 protected:
-    static constexpr const char* adapter = "/org/bluez/hci0";
-    static constexpr const char* device = "/org/bluez/hci0/dev_AA_BB_CC_DD_EE_01";
-    static constexpr const char* deviceAddress = "AA:BB:CC:DD:EE:01";
+    static constexpr const char* ADAPTER = "/org/bluez/hci0";
+    static constexpr const char* DEVICE = "/org/bluez/hci0/dev_AA_BB_CC_DD_EE_01";
+    static constexpr const char* DEVICE_ADDRESS = "AA:BB:CC:DD:EE:01";
 
     void startBus();
     void startBluez();

@@ -12,13 +12,13 @@ namespace fs = std::filesystem;
 namespace {
 
 // A compiler may have to share the machine with another build.
-constexpr std::chrono::minutes limit{4};
+constexpr std::chrono::minutes LIMIT{4};
 
 void cmakeInstall(const std::vector<std::string>& options,
                   const std::map<std::string, std::string>& environment) {
     std::vector<std::string> command{CMAKE, "--install", BUILD_TREE};
     command.insert(command.end(), options.begin(), options.end());
-    const auto result = ChildProcess::run({command, {}, environment}, limit);
+    const auto result = ChildProcess::run({command, {}, environment}, LIMIT);
     if (result.status != 0) {
         throw std::runtime_error("cmake --install failed: " + result.output + result.errors);
     }
@@ -68,7 +68,7 @@ std::vector<std::string> Installation::files() const {
 ChildProcess::Result Installation::run(const std::vector<std::string>& command,
                                        const fs::path& directory) const {
     const auto packages = m_prefix / INSTALL_LIBDIR "/pkgconfig";
-    return ChildProcess::run({command, directory, {{"PKG_CONFIG_PATH", packages}}}, limit);
+    return ChildProcess::run({command, directory, {{"PKG_CONFIG_PATH", packages}}}, LIMIT);
 }
 
 std::string Installation::succeed(const std::vector<std::string>& command,

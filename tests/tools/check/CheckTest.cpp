@@ -18,17 +18,17 @@ using testing::Not;
 using testing::SizeIs;
 
 // A busy machine is no mistake of the plugin.
-const std::vector<std::string> patient{"--slow-ms", "10000", "--timeout", "60"};
+const std::vector<std::string> PATIENT{"--slow-ms", "10000", "--timeout", "60"};
 
 TEST(CheckTest, TheSamplePluginsAreClean) {
     for (const std::string name : {"libadapter-watch.so", "libevent-log.so"}) {
-        const auto result = check(PLUGIN_DIRECTORY "/" + name, patient);
+        const auto result = check(PLUGIN_DIRECTORY "/" + name, PATIENT);
         EXPECT_TRUE(result.value("clean", false)) << result.dump(2);
     }
 }
 
 TEST(CheckTest, EveryEventIsDeliveredToWhoSubscribesToAll) {
-    const auto result = check(PLUGIN_DIRECTORY "/libevent-log.so", patient);
+    const auto result = check(PLUGIN_DIRECTORY "/libevent-log.so", PATIENT);
     ASSERT_TRUE(result.contains("run")) << result.dump(2);
     EXPECT_THAT(result["run"]["events"], SizeIs(42));
     // Each once with its defaults, some with other values, and each 20 times by threads.
@@ -76,7 +76,7 @@ TEST(CheckTest, AFileThatIsNoCandidateIsFound) {
     ASSERT_NE(mkdtemp(directory.data()), nullptr);
     const auto name = directory + "/libclean.so.1";
     fs::copy_file(fixture("clean"), name);
-    const auto result = check(name, patient);
+    const auto result = check(name, PATIENT);
     fs::remove_all(directory);
     ASSERT_THAT(result["findings"], SizeIs(1)) << result.dump(2);
     EXPECT_EQ(result["findings"][0]["id"], "not-a-candidate");
@@ -84,7 +84,7 @@ TEST(CheckTest, AFileThatIsNoCandidateIsFound) {
 }
 
 TEST(CheckTest, ACrashIsNamedWithSignalEventAndPlace) {
-    const auto details = detailsOf(check(fixture("crashes"), patient), "crash");
+    const auto details = detailsOf(check(fixture("crashes"), PATIENT), "crash");
     EXPECT_THAT(details, HasSubstr("SIGSEGV (Segmentation fault)\n"
                                    "during the delivery of bt-adapter-name-changed\n"));
     EXPECT_THAT(details, ContainsRegex("#0 [^\n]*writeNowhere\\(\\)[^\n]* in crashes.so\n"));
@@ -92,20 +92,20 @@ TEST(CheckTest, ACrashIsNamedWithSignalEventAndPlace) {
 }
 
 TEST(CheckTest, ACrashTellsTheFormOfTheEvent) {
-    EXPECT_THAT(detailsOf(check(fixture("needs_record"), patient), "crash"),
+    EXPECT_THAT(detailsOf(check(fixture("needs_record"), PATIENT), "crash"),
                 AllOf(HasSubstr("SIGABRT"),
                       HasSubstr("during the delivery of bt-device-bond-created present=false\n"),
                       HasSubstr("onBond")));
 }
 
 TEST(CheckTest, AnExceptionIsNamedWithItsClassAndText) {
-    EXPECT_EQ(detailsOf(check(fixture("init_throws_runtime_error"), patient), "init-exception"),
+    EXPECT_EQ(detailsOf(check(fixture("init_throws_runtime_error"), PATIENT), "init-exception"),
               "std::runtime_error: from init\n");
-    EXPECT_EQ(detailsOf(check(fixture("deinit_throws_int"), patient), "deinit-exception"),
+    EXPECT_EQ(detailsOf(check(fixture("deinit_throws_int"), PATIENT), "deinit-exception"),
               "int, which isn't derived from std::exception\n");
-    EXPECT_THAT(detailsOf(check(fixture("callback_throws"), patient), "callback-exception"),
+    EXPECT_THAT(detailsOf(check(fixture("callback_throws"), PATIENT), "callback-exception"),
                 HasSubstr("bt-adapter-state-changed: std::runtime_error: from a callback\n"));
-    EXPECT_THAT(detailsOf(check(fixture("thread_throws"), patient), "uncaught-exception"),
+    EXPECT_THAT(detailsOf(check(fixture("thread_throws"), PATIENT), "uncaught-exception"),
                 AllOf(HasSubstr("std::runtime_error: from a thread\n"),
                       HasSubstr(" in thread_throws.so\n")));
 }
@@ -131,11 +131,11 @@ TEST(CheckTest, ADroppedTaskThatCallsTheBrokerIsNamedWithItsPlace) {
 }
 
 TEST(CheckTest, LeftoversAreNamed) {
-    EXPECT_EQ(detailsOf(check(fixture("leaves_subscription"), patient), "leftover-subscriptions"),
+    EXPECT_EQ(detailsOf(check(fixture("leaves_subscription"), PATIENT), "leftover-subscriptions"),
               "SoundManagerSetSpeakerChangedCb without SoundManagerUnetSpeakerChangedCb\n");
-    EXPECT_EQ(detailsOf(check(fixture("leaves_profile"), patient), "leftover-profiles"),
+    EXPECT_EQ(detailsOf(check(fixture("leaves_profile"), PATIENT), "leftover-profiles"),
               "BtAvrcpTargetInitialize without BtAvrcpTargetDeinitialize\n");
-    const auto threads = detailsOf(check(fixture("leaves_thread"), patient), "leftover-threads");
+    const auto threads = detailsOf(check(fixture("leaves_thread"), PATIENT), "leftover-threads");
     EXPECT_THAT(threads, ContainsRegex("^thread [0-9]+ \"[^\n]*\"\n"));
     // A thread checker puts the question off.
     if (SANITIZER != std::string("thread")) {

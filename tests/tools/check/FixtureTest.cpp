@@ -27,7 +27,7 @@ struct Row {
     }
 };
 
-const std::vector<Row> rows{
+const std::vector<Row> ROWS{
     {"clean", ""},
     {"uses_whole_queue", ""},
     {"gains_no_rights", ""},
@@ -92,7 +92,7 @@ TEST_P(FixtureTest, HasItsFindingAndNoOther) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, FixtureTest, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(All, FixtureTest, testing::ValuesIn(ROWS),
                          [](const auto& tested) { return tested.param.fixture; });
 
 TEST(FindingsTest, EachHasAFixture) {
@@ -101,7 +101,7 @@ TEST(FindingsTest, EachHasAFixture) {
         // The first is of a file's name; see CheckTest.
         const auto isOf = [&](const Row& row) { return row.finding == id; };
         EXPECT_TRUE(id == "not-a-candidate" || id == "sanitizer-report" ||
-                    std::ranges::any_of(rows, isOf))
+                    std::ranges::any_of(ROWS, isOf))
             << id;
     }
 }

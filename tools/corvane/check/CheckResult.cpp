@@ -34,7 +34,8 @@ std::string textOf(const Finding& finding) {
         text += "      " + tool::printable(finding.details[i]) + '\n';
     }
     if (finding.details.size() > MAX_SHOWN_DETAILS) {
-        text += "      and " + std::to_string(finding.details.size() - MAX_SHOWN_DETAILS) + " more\n";
+        text +=
+            "      and " + std::to_string(finding.details.size() - MAX_SHOWN_DETAILS) + " more\n";
     }
     return text + "    " + kind.advice + '\n';
 }

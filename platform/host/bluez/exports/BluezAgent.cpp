@@ -53,8 +53,8 @@ BluezAgent::~BluezAgent() {
 
 bool BluezAgent::exportObject() {
     return m_settings.agent.empty() ||
-           sd_bus_add_object_vtable(m_peer.bus(), nullptr, AGENT_PATH, "org.bluez.Agent1", INTERFACE,
-                                    this) >= 0;
+           sd_bus_add_object_vtable(m_peer.bus(), nullptr, AGENT_PATH, "org.bluez.Agent1",
+                                    INTERFACE, this) >= 0;
 }
 
 void BluezAgent::registerWithBluez() {
@@ -62,7 +62,8 @@ void BluezAgent::registerWithBluez() {
         return;
     }
     const auto call = m_peer.makeCall(MANAGER_PATH, MANAGER_INTERFACE, "RegisterAgent");
-    if (call && sd_bus_message_append(call.get(), "os", AGENT_PATH, m_settings.agent.c_str()) >= 0) {
+    if (call &&
+        sd_bus_message_append(call.get(), "os", AGENT_PATH, m_settings.agent.c_str()) >= 0) {
         m_peer.send(call, [this](sd_bus_message* answer) {
             if (answer == nullptr) {
                 dlog_print(DLOG_PRIORITY_ERROR, "BLUEZ", "BlueZ refuses the agent \"%s\"",

@@ -52,16 +52,16 @@ void BluezTvFixture::update(const std::string& path, const std::string& interfac
 }
 
 void BluezTvFixture::updateDevice(const std::string& properties) const {
-    update(device, deviceInterface, properties);
+    update(DEVICE, DEVICE_INTERFACE, properties);
 }
 
 void BluezTvFixture::invalidate(const std::string& property) const {
-    call("ChangeProperties", {device, deviceInterface, "@a{sv} {}", "['" + property + "']"});
+    call("ChangeProperties", {DEVICE, DEVICE_INTERFACE, "@a{sv} {}", "['" + property + "']"});
 }
 
 void BluezTvFixture::settle() {
     const auto name = "mark " + std::to_string(++m_marks);
-    update(adapter, "org.bluez.Adapter1", "{'Alias': <'" + name + "'>}");
+    update(ADAPTER, "org.bluez.Adapter1", "{'Alias': <'" + name + "'>}");
     EXPECT_EQ(nextEvent("bt-adapter-name-changed"), "name=\"" + name + '"');
 }
 

@@ -8,11 +8,11 @@
 
 class BluezTvFixture : public BluezFixture {
 protected:
-    static constexpr const char* deviceInterface = "org.bluez.Device1";
-    static constexpr const char* controlInterface = "org.bluez.MediaControl1";
-    static constexpr const char* transportInterface = "org.bluez.MediaTransport1";
-    static constexpr const char* batteryInterface = "org.bluez.Battery1";
-    static constexpr const char* transport = "/org/bluez/hci0/dev_AA_BB_CC_DD_EE_01/sep1/fd0";
+    static constexpr const char* DEVICE_INTERFACE = "org.bluez.Device1";
+    static constexpr const char* CONTROL_INTERFACE = "org.bluez.MediaControl1";
+    static constexpr const char* TRANSPORT_INTERFACE = "org.bluez.MediaTransport1";
+    static constexpr const char* BATTERY_INTERFACE = "org.bluez.Battery1";
+    static constexpr const char* TRANSPORT = "/org/bluez/hci0/dev_AA_BB_CC_DD_EE_01/sep1/fd0";
 
     /// Starts the bus and BlueZ, with an adapter that is on and the device.
     void startTv();

@@ -3,7 +3,7 @@
 
 namespace {
 
-const Injection adapterEvents[] = {
+const Injection ADAPTER_EVENTS[] = {
     {"bt-adapter-state-changed",
      "BtAdapterStateChanged",
      {"result=-1", "state=off"},
@@ -141,5 +141,5 @@ const Injection adapterEvents[] = {
 }  // namespace
 
 std::span<const Injection> adapterAndDeviceInjections() {
-    return adapterEvents;
+    return ADAPTER_EVENTS;
 }

@@ -119,7 +119,7 @@ protected:
 
 TEST_F(InjectLimitsTest, RefusesPeersBeyondTheMostUntilOneHasGone) {
     startDaemon();
-    connectPeers(limits::mostPeers);
+    connectPeers(limits::MOST_PEERS);
     for (int attempt = 0; attempt < 2; ++attempt) {
         const auto refused = tool({"emit", "bt-adapter-state-changed"});
         EXPECT_EQ(refused.status, 1);
@@ -156,7 +156,7 @@ INSTANTIATE_TEST_SUITE_P(Left, InjectDescriptorsTest, testing::Range(8, 12));
 
 TEST_F(InjectLimitsTest, TakesAMessageOfTheGreatestSize) {
     startDaemon();
-    const int peer = peerThatSent(dbusGreeting() + renaming(limits::mostMessageBytes));
+    const int peer = peerThatSent(dbusGreeting() + renaming(limits::MOST_MESSAGE_BYTES));
     shutdown(peer, SHUT_WR);
     const auto answers = dbusMessages(receiveAll(peer));
     ASSERT_TRUE(answers && answers->size() == 1);
@@ -166,7 +166,7 @@ TEST_F(InjectLimitsTest, TakesAMessageOfTheGreatestSize) {
 
 TEST_F(InjectLimitsTest, DisconnectsAPeerThatAnnouncesALongerMessageBeforeItIsSent) {
     startDaemon();
-    const auto message = renaming(limits::mostMessageBytes + 1);
+    const auto message = renaming(limits::MOST_MESSAGE_BYTES + 1);
     const int peer = peerThatSent(dbusGreeting() + message.substr(0, 100));
     EXPECT_THAT(receiveAll(peer), testing::StartsWith("OK "));
     nextLine("INJECT: a peer is disconnected: its message is broken or has more than 262144 bytes");
@@ -217,7 +217,7 @@ TEST_F(InjectLimitsTest, RefusesAnEventWhenTooManyWaitForItsThread) {
     const int peer = peerThatSent(dbusGreeting() + dbusCall(1, "BtAdapterNameChanged", "s", name));
     nextLine("DIRECTED: waiting");
     std::string calls;
-    constexpr std::uint32_t last = limits::mostWaitingEvents + 2;
+    constexpr std::uint32_t last = limits::MOST_WAITING_EVENTS + 2;
     for (std::uint32_t serial = 2; serial <= last; ++serial) {
         calls += dbusCall(serial, "BtAvrcpVolumeNotify", "", "");
     }

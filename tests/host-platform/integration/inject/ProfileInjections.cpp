@@ -3,7 +3,7 @@
 
 namespace {
 
-const Injection profileEvents[] = {
+const Injection PROFILE_EVENTS[] = {
     {"bt-host-connection-state-changed",
      "BtHostConnectionStateChanged",
      {"connected=false", "address=a"},
@@ -129,5 +129,5 @@ const Injection profileEvents[] = {
 }  // namespace
 
 std::span<const Injection> profileInjections() {
-    return profileEvents;
+    return PROFILE_EVENTS;
 }

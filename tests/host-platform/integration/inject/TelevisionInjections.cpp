@@ -3,7 +3,7 @@
 
 namespace {
 
-const Injection televisionEvents[] = {
+const Injection TELEVISION_EVENTS[] = {
     {"bt-hid-brek-switch-charging-status-received",
      "BtHidBrekSwitchChargingStatusReceived",
      {"level=255", "charging=0"},
@@ -93,5 +93,5 @@ const Injection televisionEvents[] = {
 }  // namespace
 
 std::span<const Injection> televisionInjections() {
-    return televisionEvents;
+    return TELEVISION_EVENTS;
 }

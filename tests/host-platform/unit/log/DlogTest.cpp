@@ -19,7 +19,7 @@ namespace {
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-constexpr const char* lineStart = "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9]+ [0-9]+ ";
+constexpr const char* LINE_START = "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9]+ [0-9]+ ";
 
 template <typename Log>
 std::string logged(Log log) {
@@ -34,7 +34,7 @@ ChildProcess::Result runLogProgram(const std::string& what, const std::string& l
 
 TEST(DlogTest, WritesTimeThreadPriorityTagAndText) {
     const auto line = logged([] { dlog_print(DLOG_PRIORITY_INFO, "QVX", "answer %d", 42); });
-    EXPECT_THAT(line, MatchesRegex(std::string(lineStart) + "I QVX: answer 42\n"));
+    EXPECT_THAT(line, MatchesRegex(std::string(LINE_START) + "I QVX: answer 42\n"));
 }
 
 TEST(DlogTest, NamesEachPriorityByItsLetter) {
@@ -175,7 +175,7 @@ TEST(DlogLevelTest, ReportsABadLevelOnceAndWritesEverything) {
     const auto result = runLogProgram("priorities", "loud");
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 5);
     EXPECT_THAT(result.errors.substr(0, result.errors.find('\n')),
-                MatchesRegex(std::string(lineStart) +
+                MatchesRegex(std::string(LINE_START) +
                              "E SETTINGS: CORVANE_LOG_LEVEL: level is \"loud\"; it must be debug, "
                              "info, warning, error or 3 to 6"));
 }
@@ -200,7 +200,7 @@ TEST(DlogStreamTest, StartsANewLineAfterOneThatWasCutOff) {
     ASSERT_NE(end, std::string::npos) << result.output.size();
     EXPECT_THAT(result.output.substr(0, end), testing::EndsWith("xxx"));
     EXPECT_THAT(result.output.substr(end + 1),
-                MatchesRegex(std::string(lineStart) + "I TEST: after\n"));
+                MatchesRegex(std::string(LINE_START) + "I TEST: after\n"));
 }
 
 }  // namespace

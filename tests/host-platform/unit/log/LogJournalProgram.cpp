@@ -18,15 +18,15 @@
 
 namespace {
 
-constexpr const char* journalPath = "/run/systemd/journal/socket";
+constexpr const char* JOURNAL_PATH = "/run/systemd/journal/socket";
 
 int openJournal() {
     const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    std::strcpy(address.sun_path, journalPath);
+    std::strcpy(address.sun_path, JOURNAL_PATH);
     if (bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-        std::perror(journalPath);
+        std::perror(JOURNAL_PATH);
         std::exit(1);
     }
     return fd;

@@ -203,9 +203,9 @@ TEST_P(SettingsValueTest, IsReportedAndTheDefaultStays) {
     EXPECT_THAT(settings.sound.routes, IsEmpty());
 }
 
-constexpr const char* allowedUuids =
+constexpr const char* ALLOWED_UUIDS =
     "UUIDs like 00001101-0000-1000-8000-00805f9b34fb, separated by commas";
-constexpr const char* socketPath = "a path of at most 107 characters, or empty";
+constexpr const char* SOCKET_PATH = "a path of at most 107 characters, or empty";
 
 INSTANTIATE_TEST_SUITE_P(
     All, SettingsValueTest,
@@ -223,16 +223,16 @@ INSTANTIATE_TEST_SUITE_P(
         BadValue{"inject",
                  ("socket = /123456789012345678901234567890123456789012345678901234567890"
                   "123456789012345678901234567890123456789012345678"),
-                 socketPath},
+                 SOCKET_PATH},
         BadValue{"callbacks", "slow_ms = -1", "a number of milliseconds from 0 to 3600000"},
         BadValue{"bluez", "agent = displayonly",
                  "none, DisplayOnly, DisplayYesNo, KeyboardOnly, NoInputNoOutput or "
                  "KeyboardDisplay"},
         BadValue{"bluez", "agent_answer = yes", "accept or reject"},
         BadValue{"bluez", "agent_default = true", "yes or no"},
-        BadValue{"bluez", "profiles = 1101", allowedUuids},
-        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fb,", allowedUuids},
-        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fg", allowedUuids},
+        BadValue{"bluez", "profiles = 1101", ALLOWED_UUIDS},
+        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fb,", ALLOWED_UUIDS},
+        BadValue{"bluez", "profiles = 00001101-0000-1000-8000-00805f9b34fg", ALLOWED_UUIDS},
         BadValue{"bluez", "input_directory =", "a path that starts with '/'"},
         BadValue{"sound", "route.x = radio", "speaker, bluetooth, optical, hdmi or line-out"}));
 

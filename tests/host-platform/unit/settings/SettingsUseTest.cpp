@@ -22,7 +22,7 @@ using testing::MatchesRegex;
 
 class SettingsUseTest : public SettingsFixture {
 protected:
-    static constexpr const char* lineStart = "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9]+ [0-9]+ ";
+    static constexpr const char* LINE_START = "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9]+ [0-9]+ ";
 
     static ChildProcess::Result run(std::vector<std::string> keys = {},
                                     const std::map<std::string, std::string>& environment = {}) {
@@ -40,7 +40,7 @@ protected:
 
 TEST_F(SettingsUseTest, LevelLeavesOutWhatIsBelow) {
     write("[log]\nlevel = error\n");
-    EXPECT_THAT(run().errors, MatchesRegex(std::string(lineStart) + "E TEST: priority 6\n"));
+    EXPECT_THAT(run().errors, MatchesRegex(std::string(LINE_START) + "E TEST: priority 6\n"));
 }
 
 TEST_F(SettingsUseTest, FileTakesTheLogAndKeepsWhatItHas) {
@@ -49,22 +49,22 @@ TEST_F(SettingsUseTest, FileTakesTheLogAndKeepsWhatItHas) {
     const auto result = run();
     EXPECT_EQ(result.errors, "");
     EXPECT_THAT(logged(),
-                MatchesRegex("before\n" + std::string(lineStart) + "E TEST: priority 6\n"));
+                MatchesRegex("before\n" + std::string(LINE_START) + "E TEST: priority 6\n"));
 }
 
 TEST_F(SettingsUseTest, StandardErrorTakesTheLogWhateverElseThereIs) {
     write("[log]\noutput = stderr\nlevel = error\nfile = " + logFile() + '\n');
-    EXPECT_THAT(run().errors, MatchesRegex(std::string(lineStart) + "E TEST: priority 6\n"));
+    EXPECT_THAT(run().errors, MatchesRegex(std::string(LINE_START) + "E TEST: priority 6\n"));
     EXPECT_FALSE(std::filesystem::exists(logFile()));
 }
 
 TEST_F(SettingsUseTest, AFileThatCannotBeOpenedIsReportedAndTheStandardErrorTaken) {
     write("[log]\noutput = file\nlevel = error\nfile = /nonexistent/log\n");
     EXPECT_THAT(run().errors,
-                MatchesRegex(std::string(lineStart) +
+                MatchesRegex(std::string(LINE_START) +
                              "E SETTINGS: the log can't go to /nonexistent/log: No such file or "
                              "directory\n" +
-                             lineStart + "E TEST: priority 6\n"));
+                             LINE_START + "E TEST: priority 6\n"));
 }
 
 TEST_F(SettingsUseTest, AFileBehindALinkIsNotWritten) {
@@ -115,10 +115,10 @@ TEST_F(SettingsUseTest, AFullDiskDoesNoHarm) {
 TEST_F(SettingsUseTest, ComplaintsAreMadeOnceAtAnyLevel) {
     write("[log]\nlevel = error\ncolour = red\n");
     const auto errors = run({"key"}).errors;
-    EXPECT_THAT(errors, MatchesRegex(std::string(lineStart) +
+    EXPECT_THAT(errors, MatchesRegex(std::string(LINE_START) +
                                      "E SETTINGS: [^\n]*platform.conf:3: "
                                      "\\[log\\] has no key \"colour\"[^\n]*\n" +
-                                     lineStart + "E TEST: priority 6\n"));
+                                     LINE_START + "E TEST: priority 6\n"));
 }
 
 // Such a program has more privileges than the user who starts it and sets its environment.

@@ -4,7 +4,7 @@
 
 namespace corvane::check::crash {
 
-/// Handles the signals of a crash, hangSignal and std::terminate. Call once, on the main thread,
+/// Handles the signals of a crash, HANG_SIGNAL and std::terminate. Call once, on the main thread,
 /// after report::open.
 void install();
 
