@@ -13,7 +13,7 @@ namespace corvane::host {
 
 namespace {
 
-int checked(int result) {
+int validated(int result) {
     if (result < 0) {
         throw InvalidValue("the message is broken");
     }
@@ -23,32 +23,32 @@ int checked(int result) {
 template <typename Number>
 int readNumber(sd_bus_message* message, char type) {
     Number number = 0;
-    checked(sd_bus_message_read_basic(message, type, &number));
+    validated(sd_bus_message_read_basic(message, type, &number));
     return static_cast<int>(number);
 }
 
 std::string readText(sd_bus_message* message) {
     const char* text = nullptr;
-    checked(sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text));
+    validated(sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text));
     return text;
 }
 
 Bytes readBytes(sd_bus_message* message) {
     const void* data = nullptr;
     std::size_t size = 0;
-    checked(sd_bus_message_read_array(message, SD_BUS_TYPE_BYTE, &data, &size));
+    validated(sd_bus_message_read_array(message, SD_BUS_TYPE_BYTE, &data, &size));
     const auto* const begin = static_cast<const char*>(data);
     return size == 0 ? Bytes() : Bytes(begin, begin + size);
 }
 
 Uuids readUuids(sd_bus_message* message) {
     Uuids uuids;
-    checked(sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "s"));
+    validated(sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "s"));
     const char* text = nullptr;
-    while (checked(sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text)) > 0) {
+    while (validated(sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text)) > 0) {
         uuids.emplace_back(text);
     }
-    checked(sd_bus_message_exit_container(message));
+    validated(sd_bus_message_exit_container(message));
     return uuids;
 }
 
@@ -92,15 +92,15 @@ void readField(sd_bus_message* message, const Field& record, Values& values) {
     const auto& field = fieldOf(record, readText(message));
     const std::string_view wanted = signatureOf(field.kind);
     const char* given = nullptr;
-    checked(sd_bus_message_peek_type(message, nullptr, &given));
+    validated(sd_bus_message_peek_type(message, nullptr, &given));
     if (wanted != given) {
         throw InvalidValue(std::string(field.name) + " can't be of the type \"" + given +
                            "\"; it must be of \"" + std::string(wanted) + "\", " +
                            allowedText(field));
     }
-    checked(sd_bus_message_enter_container(message, SD_BUS_TYPE_VARIANT, given));
+    validated(sd_bus_message_enter_container(message, SD_BUS_TYPE_VARIANT, given));
     values.set(field, readValue(message, field));
-    checked(sd_bus_message_exit_container(message));
+    validated(sd_bus_message_exit_container(message));
 }
 
 }  // namespace
@@ -112,12 +112,13 @@ Values readValues(sd_bus_message* message, const Event& event) {
             values.set(argument, readValue(message, argument));
             continue;
         }
-        checked(sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "{sv}"));
-        while (checked(sd_bus_message_enter_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv")) > 0) {
+        validated(sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "{sv}"));
+        while (validated(sd_bus_message_enter_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv")) >
+               0) {
             readField(message, argument, values);
-            checked(sd_bus_message_exit_container(message));
+            validated(sd_bus_message_exit_container(message));
         }
-        checked(sd_bus_message_exit_container(message));
+        validated(sd_bus_message_exit_container(message));
     }
     return values;
 }
