@@ -1,5 +1,5 @@
-// Entry points of a plugin that subscribes to the adapter's name, and has the rest to do
-// in its callback.
+// Entry points of a plugin that subscribes to the adapter's name and does everything else in its
+// callback.
 #pragma once
 
 #include "tests/plugins/Fixture.h"

@@ -1,9 +1,7 @@
 // A plugin that counts the changes of the adapter's state and says when there have been a hundred.
-#include <IRequestBroker.h>
-
 #include <atomic>
 
-#include "tests/plugins/Fixture.h"
+#include "tests/plugins/StateSubscriber.h"
 
 namespace {
 
@@ -16,13 +14,3 @@ void onState(int, bt_adapter_state_e, void*) {
 }
 
 }  // namespace
-
-int PLUGIN_INIT(void* handle) {
-    keepBroker(handle);
-    return broker->BtAdapterSetStateChangedCb(&onState, nullptr);
-}
-
-void PLUGIN_DEINIT() {
-    broker->BtAdapterUnsetStateChangedCb();
-    say("deinit");
-}

@@ -1,0 +1,21 @@
+// Entry points of a plugin that subscribes to the adapter's state and does everything else in its
+// callback.
+#pragma once
+
+#include "tests/plugins/Fixture.h"
+
+namespace {
+
+void onState(int, bt_adapter_state_e, void*);
+
+}  // namespace
+
+int PLUGIN_INIT(void* handle) {
+    keepBroker(handle);
+    return broker->BtAdapterSetStateChangedCb(&onState, nullptr);
+}
+
+void PLUGIN_DEINIT() {
+    broker->BtAdapterUnsetStateChangedCb();
+    say("deinit");
+}
