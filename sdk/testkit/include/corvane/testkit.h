@@ -1,4 +1,4 @@
-// All of the test kit: a host for a plugin under test, and matchers for GoogleTest.
+// The whole test kit: Host, which runs a plugin under test, and matchers for GoogleTest.
 #pragma once
 
 #include <corvane/testkit/Host.h>
