@@ -1,4 +1,5 @@
-// How often an event asks the heap for memory, once the thread that delivers has begun.
+// Counts the heap allocations of an event, a task and a trace line. A thread's first event, which
+// allocates more, is not counted.
 #include <bluetooth.h>
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ namespace {
 
 template <typename Function>
 long allocationsOf(Function function) {
-    allocations::failAt(0, allocations::Failing::Once);  // none
+    allocations::failAt(0, allocations::Failing::Once);  // only counts
     function();
     allocations::succeed();
     return allocations::made();

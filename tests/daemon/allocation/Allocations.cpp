@@ -43,7 +43,7 @@ bool mayAllocate() {
     return true;
 }
 
-// Before each block stands its size, in as many bytes as the alignment needs.
+// Returns the length of a block's prefix, which holds the size and keeps the block aligned.
 std::size_t prefixOf(std::size_t alignment) {
     return std::max(alignment, alignof(std::max_align_t));
 }
@@ -153,7 +153,7 @@ char* __wrap_strndup(const char* text, std::size_t size) {
             return copy;
         }
     }
-    std::abort();  // more strings than any scenario has
+    std::abort();  // no scenario has so many strings
 }
 
 void __wrap_free(void* block) {

@@ -1,33 +1,38 @@
-// The program's own operator new and delete, strndup and free: they count what is
-// outstanding, and fail where a test says so. The linker passes the two C functions of
-// everything linked in here through this file (--wrap).
+// Replaces operator new and delete, strndup and free in a test program. The replacements count the
+// outstanding allocations and fail where a test requests it. The linker option --wrap redirects
+// the calls of strndup and free in the program's object files.
 #pragma once
 
 #include <cstddef>
 #include <functional>
 
-/// Threads: counting from any; the rest from one, while no other allocates.
+/// Threads: any, except that failAt and succeed are called on one thread while no other thread
+/// allocates.
 namespace allocations {
 
 enum class Failing { Once, FromThenOn };
 
-/// Lets the `number`-th allocation from now on fail, and those behind it if so wanted.
+/// Starts counting and makes the `number`-th allocation from now fail, with FromThenOn also all
+/// later ones. With 0 and Once, none fails.
 void failAt(long number, Failing failing);
-/// No allocation fails any more.
+/// Stops counting. No allocation fails any more.
 void succeed();
 
-/// Allocations since failAt until succeed, and whether one of them has failed.
+/// Returns the number of allocations between failAt and succeed.
 long made();
+/// Returns true if one of them has failed.
 bool hasFailed();
 
-/// Calls `function`, which has to last until then, before this thread's next allocation.
+/// Calls `function` once, before the calling thread's next allocation. It must live until then.
 void beforeNext(const std::function<void()>& function);
 
-/// Blocks of operator new that have not been deleted; those of one size below 512.
+/// Returns the number of blocks from operator new that have not been deleted.
 long outstandingBlocks();
+/// The same for blocks of one size, which must be below 512.
 long outstandingBlocks(std::size_t size);
-/// Strings of strndup that have not been freed, and how many were ever made.
+/// Returns the number of strings from strndup that have not been freed.
 long outstandingStrings();
+/// Returns the number of strings that strndup has returned since the program started.
 long stringsMade();
 
 }  // namespace allocations

@@ -1,4 +1,4 @@
-// The daemon's own main while memory runs out: start and stop with three plugins.
+// Runs the daemon's main with three plugins, from start to stop, while allocations fail.
 #include <Ecore.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -17,7 +17,7 @@
 
 PluginCounts pluginCounts;
 
-/// The daemon's main under another name.
+/// The daemon's main, renamed by a compile definition.
 int daemonMain(int, char**);
 
 namespace {
@@ -26,7 +26,7 @@ constexpr int PLUGINS = 3;
 
 bool mainLoopLibraryFails = false;
 
-/// An exception that leaves main ends the process.
+/// noexcept: an exception that leaves main ends the process.
 int runDaemon() noexcept {
     return daemonMain(0, nullptr);
 }
@@ -36,13 +36,13 @@ public:
     DaemonScenario() {
         require(chdir(DAEMON_DIRECTORY) == 0, "no directory for the daemon");
         prepareDelegator();
-        // Its first use also makes what stays until the process exits.
+        // The first Plugin also allocates objects that live until the process exits.
         { const Plugin first; }
         const long used = allocations::outstandingBlocks();
         {
             Plugin plugin;
             plugin.create("a");
-            // On the stack; in the queue it is a block itself.
+            // This Plugin is on the stack. In the daemon each Plugin is one more block.
             m_blocksOfPlugin = 1 + allocations::outstandingBlocks() - used;
         }
         m_ofSameSize = allocations::outstandingBlocks(sizeof(Plugin));
@@ -60,7 +60,7 @@ public:
         if (m_result == 0) {
             require(pluginCounts.stopped == pluginCounts.started, "not every plugin stopped");
         }
-        // Those found before the memory ran out, while the others were still looked for.
+        // If memory runs out during discovery, the plugins found before are not deleted.
         if (m_result != 0 && pluginCounts.started == 0) {
             leaves(0, [blocks = m_blocksOfPlugin, others = m_ofSameSize] {
                 return blocks * (allocations::outstandingBlocks(sizeof(Plugin)) - others);
@@ -87,14 +87,14 @@ int __wrap_ecore_init() {
 }
 
 TEST(DaemonAllocationTest, StartsAndStopsWithThreePlugins) {
-    // For all runs at once: it takes long, and holds the library's own threads and files.
+    // Initialised once for all runs: it takes long and creates the library's threads and files.
     setenv("EINA_LOG_LEVEL", "0", 0);
     setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=no-bus", 0);
     {
-        const IntendedLeak leak;  // the library's own, in modules that it has unloaded
+        const IntendedLeak leak;  // of the library itself, in modules that it has unloaded
         ASSERT_GT(ecore_init(), 0);
     }
-    std::signal(SIGCHLD, SIG_DFL);  // the children are the sweep's
+    std::signal(SIGCHLD, SIG_DFL);  // the sweep waits for its children
     expectToSurvive("start and stop with 3 plugins",
                     [] { return std::make_unique<DaemonScenario>(); }, 120, {"~TaskInvokerImpl"});
 }

@@ -1,4 +1,4 @@
-// Each kind of event while memory runs out: subscribed twice, delivered, unsubscribed.
+// Subscribes twice to each kind of event, delivers it and unsubscribes, while allocations fail.
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ namespace {
 
 struct Received {
     int events = 0;
-    int addresses = 0;  // of device connections: each task frees its own
+    int addresses = 0;  // of device connections; each task frees its address
 };
 
 template <typename... All>
@@ -77,7 +77,7 @@ public:
     }
 
     void check() override {
-        // The one that the task frees when it has run; this one hasn't.
+        // A task frees its address after it has run. Otherwise the address is left.
         if (CARRIES_CONNECTION) {
             leaves(allocations::stringsMade() - m_received.addresses);
         }
@@ -145,8 +145,8 @@ class EventAllocationTest : public testing::TestWithParam<Kind> {};
 
 TEST_P(EventAllocationTest, FailsForItsCallerAndLeavesNothingBehind) {
     const long strings = expectToSurvive("42 kinds of events", GetParam().make, 19);
-    // Two allocations lie between the making of a task and its run, for each of two subscriptions
-    // and each way of failing.
+    // A string is left if one of the two allocations between a task's creation and its run fails,
+    // for each of two subscriptions and each of two series.
     const bool isConnection = GetParam().source == std::string("BtDeviceConnectionStateChangedCb");
     EXPECT_EQ(strings, isConnection ? 2 * 2 * 2 : 0);
 }

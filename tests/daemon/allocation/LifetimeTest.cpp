@@ -1,4 +1,5 @@
-// What a call uses lasts until the call has ended, also when its owner lets it go meanwhile.
+// The objects that a call uses live until the call has ended, even if their owner releases them
+// during the call.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -29,7 +30,8 @@ protected:
     }
     ~EventLifetimeTest() override { fake_platform::reset(); }
 
-    /// The last subscriber leaves at the event's first allocation.
+    /// Delivers an event on a new thread, which calls `prepareThread` first. The last subscriber
+    /// unsubscribes at the event's first allocation.
     static void expectSourceToOutliveAnEventOn(void (*prepareThread)());
 };
 
@@ -59,12 +61,12 @@ void EventLifetimeTest::expectSourceToOutliveAnEventOn(void (*prepareThread)()) 
 
 }  // namespace
 
-// The thread's place among the epochs is what it allocates first.
+// The first allocation is the thread's record in the list of delivering threads.
 TEST_P(EventLifetimeTest, TheSourceOutlivesTheFirstEventOfAThread) {
     expectSourceToOutliveAnEventOn([] {});
 }
 
-// The conversion of a C string is what the trampoline allocates first.
+// In an event with a C string, the first allocation is the string's conversion to std::string.
 TEST_P(EventLifetimeTest, TheSourceOutlivesALaterEventOfAThread) {
     expectSourceToOutliveAnEventOn([] { const EpochGuard earlier; });
 }
@@ -79,7 +81,7 @@ TEST(TaskContextLifetimeTest, AContextOutlivesAProducerThatIsStillInACall) {
     TaskInvokerImpl invoker;
     const auto contexts = [] { return allocations::outstandingBlocks(sizeof(TaskExecutor)); };
     const long before = contexts();
-    // Where a producer comes before it waits for room.
+    // A producer logs this line before it locks the queue.
     fake_platform::onLog([&, main = std::this_thread::get_id()](const fake_platform::Line& line) {
         if (std::this_thread::get_id() != main && line.text.find("_InvokeJob(") != line.text.npos &&
             line.text.ends_with("> Entered\n")) {

@@ -1,4 +1,4 @@
-// What the plugins of the daemon's scenario tell the program that loads them.
+// Counters through which the plugins of the daemon's scenario report to the test program.
 #pragma once
 
 struct PluginCounts {
@@ -7,5 +7,5 @@ struct PluginCounts {
     int stopped = 0;
 };
 
-/// The program's; the plugins bind to it.
+/// Defined by the test program; the plugins link to it when they are loaded.
 extern PluginCounts pluginCounts;

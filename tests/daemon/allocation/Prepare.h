@@ -1,10 +1,10 @@
-// What a thread sanitizer can't do itself.
+// A workaround for a limit of ThreadSanitizer.
 #pragma once
 
 #include "daemon/src/Callback/CallbackDelegator.h"
 
-/// Under ThreadSanitizer makes the delegator with memory at hand: its stand-in for
-/// pthread_once hangs for good once a function that it called has thrown.
+/// Under ThreadSanitizer, creates the delegator while no allocation fails: the sanitizer's
+/// replacement of pthread_once hangs forever after a function that it called has thrown.
 inline void prepareDelegator() {
 #ifdef __SANITIZE_THREAD__
     Singleton<CallbackDelegator>::getInstance();

@@ -12,7 +12,8 @@ namespace {
 
 constexpr int MOST_FRAMES = 100;
 
-// A call that never returns may be the last of its function: what it would return to is another.
+// Returns the name of the function that made the call. If the call is the function's last
+// instruction, the return address already belongs to the next function, hence the - 1.
 std::string functionOf(void* returnAddress) {
     Dl_info info{};
     if (dladdr(static_cast<char*>(returnAddress) - 1, &info) == 0 || info.dli_sname == nullptr) {
@@ -25,7 +26,7 @@ std::string functionOf(void* returnAddress) {
     return name;
 }
 
-/// "Class" of "Class::<member>", or nothing.
+/// Returns "Class" for "Class::<member>", otherwise an empty string.
 std::string classOf(const std::string& function, const std::string& member) {
     const std::size_t at = function.find("::" + member);
     return at == std::string::npos || function.starts_with("std::") ? "" : function.substr(0, at);
@@ -49,7 +50,7 @@ std::string innermostDestructor() {
                 return "~" + name;
             }
         }
-        // Unwinding may have left main itself behind.
+        // Unwinding may have left main already; expectToSurvive is its caller.
         if (function.starts_with("daemonMain(") || function.starts_with("expectToSurvive(")) {
             return "main";
         }

@@ -1,12 +1,12 @@
-// Why a process is about to end: in which function an exception found no way out.
+// Finds the function whose exception terminates the process.
 #pragma once
 
 #include <string>
 
-/// Loads what a backtrace needs; not for the first time when memory is short.
+/// Loads the library for backtraces. Call it while no allocation fails.
 void prepareBacktraces();
 
-/// For a terminate handler: the innermost destructor of the product on the stack as
-/// "~Class", also where a class's own operator delete stands for it; else "main" if the
-/// daemon's main is there; else all frames.
+/// Call it in a terminate handler. Returns the innermost destructor of the product on the stack as
+/// "~Class"; the operator delete of a class counts as its destructor. Without a destructor, returns
+/// "main" if the daemon's main or its caller is on the stack, otherwise the names of all frames.
 std::string innermostDestructor();

@@ -28,7 +28,7 @@ namespace {
 constexpr unsigned int TIME_LIMIT_SEC = 30;
 constexpr int MOST_PROBLEMS = 3;
 
-/// What a run tells the test. In memory that both processes have.
+/// The result of a run, in memory shared by the child process and the test.
 struct Report {
     bool isComplete;
     bool hasFailed;
@@ -63,7 +63,7 @@ void note(const std::string& problem) {
     allocations::succeed();
     std::snprintf(g_report->processEnd, sizeof g_report->processEnd, "%s",
                   innermostDestructor().c_str());
-    // Optimised code of g++ doesn't say which exception it was.
+    // This may be null in code that g++ has optimised.
     const std::exception_ptr exception = std::current_exception();
     try {
         if (exception != nullptr) {
@@ -79,8 +79,7 @@ void note(const std::string& problem) {
     leave();
 }
 
-// Registered before all others, so that it runs when all that the product keeps until the
-// process exits is gone.
+// Registered first, so it runs last: after the product's static objects have been destroyed.
 void atExit() {
     if (fake_platform::callbacksSet() != 0) {
         note("a platform callback is still set");
@@ -116,7 +115,7 @@ void atExit() {
     g_intendedBlocks = &intendedBlocks;
     fake_platform::reset();
     fake_platform::recordNothing();
-    ShortLived::stopKeeping();  // memory that the thread has kept would not fail
+    ShortLived::stopKeeping();  // a kept block is reused without an allocation
     g_blocksBefore = allocations::outstandingBlocks();
     {
         const std::unique_ptr<Scenario> scenario = make();

@@ -1,5 +1,6 @@
-// Runs a scenario again and again, each time in a process of its own: with the first
-// allocation failing, with the second, until it runs through; once and from then on.
+// Runs a scenario repeatedly, each time in a new child process. In run number n, allocation n
+// fails. The series ends with the first run in which no allocation fails. In a second series,
+// allocation n and all later ones fail.
 #pragma once
 
 #include <functional>
@@ -10,7 +11,7 @@
 
 #include "tests/daemon/allocation/Allocations.h"
 
-/// Made, run, checked and destroyed in that process; only in run does memory fail.
+/// Created, run, checked and destroyed in the child process. Allocations fail only in run.
 class Scenario {
 public:
     virtual ~Scenario() = default;
@@ -22,12 +23,15 @@ protected:
     Scenario(const Scenario&) = delete;
     Scenario& operator=(const Scenario&) = delete;
 
-    /// Notes a problem; the first one counts. Allocates nothing.
+    /// Records `text` as a problem if `holds` is false. A run reports only its first problem.
+    /// Allocates nothing.
     static void require(bool holds, const char* text);
-    /// What is left allocated on purpose. `blocks` is asked when all else is gone.
+    /// Declares what is left allocated on purpose. `blocks` returns the number of blocks and is
+    /// called after everything else has been freed.
     static void leaves(long strings, std::function<long()> blocks = {});
 
-    /// False if the operation ended for want of memory; any other exception is a problem.
+    /// Returns true if `operation` has not thrown. An exception other than std::bad_alloc is
+    /// recorded as a problem.
     template <typename Operation>
     static bool attempt(const Operation& operation) {
         try {
@@ -44,11 +48,13 @@ protected:
 
 using MakeScenario = std::function<std::unique_ptr<Scenario>()>;
 
-/// Expects of every run: no crash, nothing left behind, every platform callback unset as
-/// often as set; and that the process ends, if at all, because one of the functions
-/// `mayEndProcess` lacked memory. Expects at least `leastPoints` points to fail at.
-/// Returns how many strings were left on purpose in all the runs.
-/// Appends a line for each way of failing to the file that CORVANE_FIGURES names: family,
-/// way, points, process ends, strings and blocks left on purpose, with tabs between.
+/// Runs both series. Expects that no run crashes or leaks, that every platform callback is unset as
+/// often as it is set, that failed allocations terminate the process only in the functions
+/// `mayEndProcess`, and that each series makes at least `leastPoints` allocations fail. Returns the
+/// number of strings left on purpose in all runs.
+///
+/// Appends a line for each series to the file named by the environment variable CORVANE_FIGURES:
+/// family, series, failing allocations, process ends, strings and blocks left on purpose, separated
+/// by tabs.
 long expectToSurvive(const std::string& family, const MakeScenario& make, long leastPoints,
                      const std::set<std::string>& mayEndProcess = {});

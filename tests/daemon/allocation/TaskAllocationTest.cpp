@@ -1,4 +1,4 @@
-// Task contexts and task invokers while memory runs out.
+// Task contexts and task invokers while allocations fail.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -17,7 +17,7 @@ constexpr unsigned int TIME_LIMIT_MS = 20'000;
 
 class TaskScenario : public Scenario {
 protected:
-    /// As large as a task that owns something; a copy of it needs memory.
+    /// Returns a task with captures so large that each copy allocates memory.
     std::function<void()> task() {
         return [this, filler = std::array<void*, 4>{}] { m_ran += filler.size() == 4 ? 1 : 0; };
     }
@@ -75,7 +75,7 @@ TEST(TaskAllocationTest, AContextRunsExactlyWhatItAccepted) {
 }
 
 TEST(TaskAllocationTest, APluginsInvokerRunsExactlyWhatItAccepted) {
-    // It ends its context in its destructor, which needs a job for that.
+    // The destructor terminates the context by a job, and the job needs memory.
     expectToSurvive("task invoker", [] { return std::make_unique<InvokerScenario>(); }, 11,
                     {"~TaskInvokerImpl"});
 }

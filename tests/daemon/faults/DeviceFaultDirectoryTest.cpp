@@ -1,4 +1,4 @@
-// What is wrong with the plugin directory, and how much is in it.
+// Faults of the plugin directory, and directories with many files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -19,7 +19,7 @@ namespace {
 
 class DeviceFaultDirectoryTest : public testing::Test {
 protected:
-    // Measures both ways and expects an orderly end.
+    // Measures the start and the end of the daemon. Expects exit status 0.
     Outcome startAndTerminate(const std::string& what) {
         Longest start;
         auto since = Longest::Clock::now();
@@ -41,7 +41,8 @@ protected:
                   "E QVX: FileManager.cpp: getFilesInDirectory(#) > can not open directory, "
                   "plugins/\n");
     }
-    // Puts the plugin directory, as it is, on a file system of its own.
+    // Moves the plugin directory to a file system of its own, on which the daemon's starter runs
+    // the shell commands `afterwards`. Returns false if the system does not allow mounts.
     bool setPluginFileSystem(const std::string& afterwards) {
         fs::rename(m_sandbox.plugins(), m_sandbox.directory() / "source");
         fs::create_directory(m_sandbox.plugins());
@@ -127,7 +128,7 @@ TEST_F(DeviceFaultDirectoryTest, AmongManyFilesTheFewPluginsAreFound) {
     EXPECT_TRUE(outcome.log.ofPriority("E").lines().empty());
 }
 
-// Each is tried, said to have failed, and gone through at the end.
+// The daemon tries to load each of the files and logs an error for each.
 TEST_F(DeviceFaultDirectoryTest, ManyFilesThatOnlyLookLikePluginsAreNamedEach) {
     const auto count = static_cast<std::size_t>(lengthOf("CORVANE_FAULT_FILES", 2000)) / 10;
     m_sandbox.addPlugin("liba.so");

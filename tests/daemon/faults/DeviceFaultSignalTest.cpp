@@ -1,5 +1,6 @@
-// Signals at any moment of the daemon's life: the daemon is held behind a record of its log, gets
-// the signal there, and goes on. Which records, and how many, is up to CORVANE_FAULT_MOMENTS.
+// Signals at any moment from the daemon's start to its end. The daemon stops after a chosen log
+// record, receives the signal there, and continues. The environment variable CORVANE_FAULT_MOMENTS
+// sets the number of records.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,7 +27,7 @@ protected:
     }
 
     int records() const { return static_cast<int>(m_ordinary.lines().size()); }
-    // So many moments, evenly over the life, the first and the last among them.
+    // Returns the numbers of `count` log records, evenly spaced from the first to the last.
     std::vector<int> moments(int count) const {
         count = std::min(count, records());
         std::vector<int> chosen;
@@ -35,7 +36,8 @@ protected:
         }
         return chosen;
     }
-    // Behind the record; on the way down, that is, if the record belongs to it.
+    // Starts the daemon and waits until it stops after the record. For a record of the shutdown,
+    // sends SIGTERM first.
     void runUpTo(int record) {
         m_sandbox.setEnvironment("HOLD_AT", std::to_string(record));
         m_sandbox.launch();
@@ -45,7 +47,7 @@ protected:
         }
         ASSERT_TRUE(m_sandbox.daemon().waitForLine("held")) << m_sandbox.log().transcript();
     }
-    // All of the log up to the record.
+    // Returns the transcript up to and including the record.
     std::string transcriptUpTo(int record) const {
         std::size_t end = 0;
         for (int i = 0; i < record; ++i) {
@@ -64,9 +66,9 @@ protected:
     int m_recordsToLoop = 0;
 };
 
-// From ecore_init on the main-loop library has handlers, with which the daemon finishes its start
-// and then ends in order, or goes on ending. Before, when nothing is up yet, the signal's default
-// action ends the process.
+// From ecore_init on, the main-loop library handles the signal: the daemon completes its start and
+// then shuts down, or continues its shutdown. Before ecore_init, the signal's default action ends
+// the process.
 TEST_F(DeviceFaultSignalTest, SigtermEndsTheDaemonInOrderFromEcoreInitOn) {
     const int lastUnhandled = recordOf("ecore_init");
     Longest longest;
@@ -76,7 +78,7 @@ TEST_F(DeviceFaultSignalTest, SigtermEndsTheDaemonInOrderFromEcoreInitOn) {
         runUpTo(record);
         m_sandbox.daemon().sendSignal(SIGTERM);
         const auto start = Longest::Clock::now();
-        // One that the signal has ended passes no gate: the next daemon would pass it instead.
+        // A daemon that the signal has ended reads nothing: the next daemon would read the byte.
         if (record > lastUnhandled) {
             m_gate.letPass(1);
         }
@@ -112,8 +114,7 @@ TEST_F(DeviceFaultSignalTest, ManySigtermsWhileAPluginGoesDownAreOne) {
     EXPECT_EQ(outcome.log.transcript(), m_transcript);
 }
 
-// Whatever a killed daemon left behind, its socket among it, the next one lives as if it had been
-// the first.
+// The files that a killed daemon leaves, such as its socket, do not affect the next daemon.
 TEST_F(DeviceFaultSignalTest, AfterSigkillAtAnyMomentTheDaemonStartsAgain) {
     Longest longest;
     for (const int record : moments(lengthOf("CORVANE_FAULT_MOMENTS", 20) / 2)) {

@@ -1,5 +1,5 @@
-// No space for the log and for the socket. The daemon has a small file system to itself, on the
-// directory "small" of its own; from outside it is to be seen through the process.
+// No space for the log and for the socket. Only the daemon sees a small file system, which is
+// mounted on its directory "small". The test accesses it through /proc.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -21,7 +21,8 @@ namespace {
 
 class DeviceFaultSpaceTest : public testing::Test {
 protected:
-    // A daemon whose log and socket lie in "small", after `script` has filled that.
+    // Prepares a daemon with its log and socket in "small". Its starter runs `script`, which fills
+    // "small". Returns false if the system does not allow mounts.
     bool prepare(const std::string& options, const std::string& script) {
         const auto small = m_sandbox.directory() / "small";
         fs::create_directory(small);
@@ -34,7 +35,7 @@ protected:
         m_sandbox.setStarter(starter);
         return !starter.empty();
     }
-    // As the daemon sees it.
+    // Returns a path of "small" as the daemon sees it.
     fs::path small() {
         return "/proc/" + std::to_string(m_sandbox.daemon().id()) + "/root" +
                fs::canonical(m_sandbox.directory()).string() + "/small";
@@ -44,7 +45,7 @@ protected:
         text << file.rdbuf();
         return text.str();
     }
-    // The daemon can't say when it has started.
+    // Repeats the event until the daemon listens, because its log can't show that it has started.
     std::string emitFirst() {
         const auto start = Longest::Clock::now();
         std::string answer;

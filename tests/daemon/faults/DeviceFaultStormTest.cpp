@@ -1,4 +1,4 @@
-// Signals while events arrive as fast as several senders can make them.
+// Signals while several processes send events as fast as possible.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int SENDERS = 3;
 
-// The parameter is the number of the platform's threads that deliver; 0: the main loop does.
+// The parameter is the number of the platform's delivery threads; 0 means the main loop delivers.
 class DeviceFaultStormTest : public testing::TestWithParam<int> {
 protected:
     void install(Sandbox& sandbox) const {
@@ -28,7 +28,7 @@ protected:
         std::ofstream(sandbox.directory() / "storm")
             << "repeat 1000000\nemit bt-adapter-state-changed state=on\nend\n";
     }
-    // Until every plugin has had a hundred events.
+    // Starts the daemon and the senders, and waits until every plugin has received 100 events.
     void begin(Sandbox& sandbox) {
         sandbox.launch();
         ASSERT_TRUE(sandbox.daemon().waitForLine("ecore_main_loop_begin"));
@@ -42,7 +42,7 @@ protected:
             ASSERT_TRUE(sandbox.daemon().waitForLine("a hundred events", HANG));
         }
     }
-    // They notice that the daemon has gone.
+    // Expects that each sender notices the daemon's end and exits with status 1.
     void expectSendersEnd() {
         for (const auto& sender : m_senders) {
             EXPECT_EQ(sender->wait(), 1) << sender->errors();

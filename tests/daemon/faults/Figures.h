@@ -1,5 +1,5 @@
-// What the device-fault tests measure, and how long they are: short, unless the environment says
-// otherwise.
+// The measurements of the device-fault tests, and their lengths. The tests are short unless
+// environment variables set other lengths.
 #pragma once
 
 #include <algorithm>
@@ -9,15 +9,16 @@
 #include <sstream>
 #include <string>
 
-/// No end and no start may take longer.
+/// The limit for every start and every end of a daemon.
 constexpr std::chrono::seconds HANG{20};
 
+/// Returns the number in the environment variable, or `usual` if it is not set.
 inline int lengthOf(const char* variable, int usual) {
     const char* const text = std::getenv(variable);
     return text == nullptr ? usual : std::atoi(text);
 }
 
-/// Counts runs and keeps the longest time among them.
+/// Counts runs and keeps the duration of the longest one.
 class Longest {
 public:
     using Clock = std::chrono::steady_clock;

@@ -25,7 +25,7 @@ dev_t deviceOf(const fs::path& path) {
     return status.st_dev;
 }
 
-// Whether what is mounted there is seen there only.
+// Returns true if mounts work under the command `space` and are not visible outside of it.
 bool mountsIn(const Command& space) {
     auto path = (fs::temp_directory_path() / "corvane-mount-XXXXXX").string();
     if (mkdtemp(path.data()) == nullptr) {
@@ -42,8 +42,9 @@ bool mountsIn(const Command& space) {
     return mounts && !isSeenHere;
 }
 
-// A space of mounts alone is for the superuser; any user may have one as the superuser of a space
-// of users. In a changed root nothing can be made private, which may be so from the start.
+// Returns the first command that works. Only the superuser can create a mount namespace; with a
+// user namespace, any user can. In a chroot, unshare can't make the mounts private, but they may be
+// private already.
 Command findSpace() {
     for (const Command& space : {Command{"unshare", "-m"},
                                  {"unshare", "-Urm"},

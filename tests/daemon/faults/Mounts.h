@@ -1,9 +1,10 @@
-// File systems that only a test's daemon sees, on directories of its sandbox.
+// Mounts file systems that only a test's daemon sees, on directories of its sandbox.
 #pragma once
 
 #include <string>
 #include <vector>
 
-/// Commands that start the daemon where `script`, a shell's, has been run before: it may mount. As
-/// the superuser or as any user; empty where the system allows neither.
+/// Returns a command that runs the shell script `script`, which may mount, in a new mount namespace
+/// and then starts the daemon there. Works for any user if the system allows user namespaces.
+/// Returns an empty vector if the system does not allow mounts.
 std::vector<std::string> starterWithMounts(const std::string& script);

@@ -1,4 +1,5 @@
-// The pipe "gate" in the daemon's directory, at which fixtures wait until the test lets them pass.
+// The named pipe "gate" in the daemon's directory. Fixtures read from it and so wait until the test
+// lets them pass.
 #pragma once
 
 #include <fcntl.h>
@@ -10,7 +11,7 @@
 
 #include "tests/support/process/Sandbox.h"
 
-/// Owner: the test, on whose thread it is used. Errors: std::runtime_error.
+/// Owner: the test, which uses it on one thread. Errors: std::runtime_error.
 class PipeGate {
 public:
     explicit PipeGate(const Sandbox& sandbox) {
@@ -25,6 +26,7 @@ public:
     PipeGate(const PipeGate&) = delete;
     PipeGate& operator=(const PipeGate&) = delete;
 
+    /// Lets `count` fixtures pass: those that wait now, or the next ones to arrive.
     void letPass(int count) {
         const std::string bytes(static_cast<std::size_t>(count), '!');
         if (write(m_fd, bytes.data(), bytes.size()) != count) {

@@ -1,5 +1,5 @@
-// Whatever is wrong with a plugin, the daemon ends as it should, and its complete log is what the
-// transcript says: every line, but for times, threads, source lines and pointers.
+// Checks the daemon's exit status and complete log for each plugin fault. The log is compared with
+// a transcript, without times, threads, source lines and pointers.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -13,7 +13,7 @@ class PluginFaultTest : public testing::TestWithParam<PluginFault> {
 protected:
     PluginFaultTest() { m_sandbox.preload(SORTING_LIBRARY); }
 
-    // The loader puts the program's path in front of its complaints.
+    // Removes the program's path, with which the dynamic loader begins its messages.
     static std::string withoutPath(std::string transcript) {
         const std::string daemon = DAEMON;
         for (std::size_t at; (at = transcript.find(daemon)) != std::string::npos;) {

@@ -22,7 +22,7 @@ namespace {
 using Install = std::function<void(Sandbox&)>;
 using Run = std::function<Outcome(Sandbox&)>;
 
-// By its own priority it comes before all others.
+// The daemon knows this name. Its priority is the highest here, so it is loaded first.
 constexpr const char* FIRST = "libbleapp.so";
 constexpr const char* PLUGIN = "libfoo.so";
 constexpr const char* OTHER = "libother.so";
@@ -49,7 +49,7 @@ Install file(const std::string& bytes) {
     return [bytes](Sandbox& sandbox) { write(sandbox.plugins() / PLUGIN, bytes); };
 }
 
-// `part` of the whole, as after an update that was broken off.
+// Installs the first bytes of a library, as after an interrupted update. `part` is a fraction.
 Install truncated(double part) {
     return [part](Sandbox& sandbox) {
         const std::string bytes = libraryBytes();
@@ -72,7 +72,7 @@ void installProgram(Sandbox& sandbox) {
     fs::copy_file(DAEMON, sandbox.plugins() / PLUGIN);
 }
 
-// For the superuser every file is readable, unless the right to that is given up.
+// The superuser can read every file, so the daemon is started without that capability.
 void installUnreadable(Sandbox& sandbox) {
     sandbox.addPlugin(PLUGIN);
     fs::permissions(sandbox.plugins() / PLUGIN, fs::perms::none);
@@ -109,7 +109,7 @@ void installTwoLinksToOneFile(Sandbox& sandbox) {
     fs::create_hard_link(sandbox.plugins() / FIRST, sandbox.plugins() / "libbtapp-lite.so");
 }
 
-// What comes after a plugin that fails.
+// Installs the fixture so that it is loaded before a plugin without faults.
 Install beforeAnother(const std::string& name) {
     return [name](Sandbox& sandbox) {
         sandbox.addPlugin(FIRST, name);
@@ -117,8 +117,9 @@ Install beforeAnother(const std::string& name) {
     };
 }
 
-// Not the other way round: a library opened later may get the addresses of one that was closed, and
-// they would have one name in the transcript.
+// Installs the fixture so that it is loaded after a plugin without faults. In the other order, the
+// second library might get the addresses of the first, closed one, and the transcript would give
+// them the same names.
 Install behindAnother(const std::string& name) {
     return [name](Sandbox& sandbox) {
         sandbox.addPlugin(FIRST, "subscriber");
@@ -181,7 +182,7 @@ void waitForArrival(Sandbox& sandbox) {
     }
 }
 
-// The second and the third thread bring their events while the first is in the plugin.
+// The second and the third thread deliver their events while the first is inside the plugin.
 Outcome threeThreadsForOnePlugin(Sandbox& sandbox) {
     setThreads(sandbox, 3);
     PipeGate gate(sandbox);
@@ -195,7 +196,7 @@ Outcome threeThreadsForOnePlugin(Sandbox& sandbox) {
     return sandbox.terminate();
 }
 
-// All three are in their plugins before the first leaves.
+// All three threads are inside their plugins before the first one leaves.
 Outcome threeThreadsForThreePlugins(Sandbox& sandbox) {
     setThreads(sandbox, 3);
     PipeGate gate(sandbox);
@@ -213,7 +214,7 @@ Outcome threeThreadsForThreePlugins(Sandbox& sandbox) {
     return sandbox.terminate();
 }
 
-// The plugin goes down while its callback still runs on a thread of the platform.
+// The plugin is unloaded while its callback still runs on a thread of the platform.
 Outcome endDuringCallback(Sandbox& sandbox) {
     setThreads(sandbox, 1);
     const PipeGate gate(sandbox);
@@ -223,7 +224,7 @@ Outcome endDuringCallback(Sandbox& sandbox) {
     return sandbox.terminate();
 }
 
-// The tasks that fill the queue run when the daemon has given the plugin up.
+// The tasks that fill the plugin's queue run after the plugin has failed to start.
 Outcome failWithFullQueue(Sandbox& sandbox) {
     PipeGate gate(sandbox);
     sandbox.start();
@@ -241,7 +242,7 @@ constexpr const char* NO_CANDIDATE = "no_candidate";
 
 const std::vector<PluginFault>& pluginFaults() {
     static const std::vector<PluginFault> faults{
-        // No library, or one that can't be opened.
+        // Files that are not libraries or can't be opened.
         {"text", file("not a library\n"), startAndStop, 0, CANNOT_BE_OPENED},
         {"empty_file", file(""), startAndStop, 0, CANNOT_BE_OPENED},
         {"head_of_a_library", installHead, startAndStop, 0, CANNOT_BE_OPENED},
@@ -260,7 +261,7 @@ const std::vector<PluginFault>& pluginFaults() {
         {"pipe", installPipe, startAndStop, 0, NO_CANDIDATE},
         {"two_links_to_one_file", installTwoLinksToOneFile, emit({OFF})},
 
-        // A library with the wrong entries, or with entries that fail.
+        // Libraries with functions that are missing or fail.
         {"no_init", fixture("no_init"), startAndStop},
         {"no_init_before_another", beforeAnother("no_init"), emit({OFF})},
         {"no_deinit", fixture("no_deinit"), startAndStop},

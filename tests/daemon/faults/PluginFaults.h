@@ -1,5 +1,5 @@
-// The matrix of what can be wrong with a plugin: how it gets into the plugin directory, what
-// happens then, and how the daemon ends. The complete log of each lies in the folder transcripts.
+// The table of plugin faults: how the faulty plugin is installed, what the test does with the
+// daemon, and how the daemon ends. The folder transcripts contains the complete log of each case.
 #pragma once
 
 #include <functional>
@@ -10,12 +10,12 @@
 #include "tests/support/process/Sandbox.h"
 
 struct PluginFault {
-    std::string name;  // also of the transcript, unless that has a name of its own
+    std::string name;  // also names the transcript if `transcript` is empty
     std::function<void(Sandbox&)> install;
     std::function<Outcome(Sandbox&)> run;
-    int status = 0;  // as of ChildProcess::wait
+    int status = 0;  // as returned by ChildProcess::wait
     std::string transcript = {};
-    // Several threads write, whose lines have no order among each other.
+    // Several threads log at the same time, so the transcript is ordered by thread.
     bool byThread = false;
 
     friend std::ostream& operator<<(std::ostream& out, const PluginFault& fault) {

@@ -1,5 +1,5 @@
-// Which files of the plugin directory the daemon takes for plugins, and in which order
-// it loads those of equal priority.
+// Which files of the plugin directory the daemon loads as plugins, and the load order of plugins
+// with equal priority.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -106,7 +106,7 @@ TEST_F(DaemonDiscoveryTest, ThreeOfEqualPriorityAreLoadedAsFound) {
     EXPECT_EQ(loaded(log), found(log));
 }
 
-// Not the order in which they were found: the queue is a heap.
+// The load order differs from the order of discovery, because the queue is a heap.
 TEST_F(DaemonDiscoveryTest, FourOfEqualPriorityAreLoadedFirstThirdSecondFourth) {
     for (const char* name : {"a.so", "b.so", "c.so", "d.so"}) {
         m_sandbox.addPlugin(name);

@@ -1,4 +1,4 @@
-// Events on their way from the platform to the plugins that asked for them.
+// Delivery of events from the platform to the plugins that have subscribed.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-// In this order, by their priorities.
+// The daemon's priorities for these names give this load order.
 constexpr const char* FIRST_PLUGIN = "libbleapp.so";
 constexpr const char* SECOND_PLUGIN = "libbtapp-lite.so";
 
@@ -19,18 +19,18 @@ constexpr const char* NOT_DELIVERED = "bt-adapter-state-changed: no plugin has s
 
 class DaemonEventTest : public testing::Test {
 protected:
-    /// An adapter state change; what the sender was told.
+    /// Sends an adapter state change. Returns the output of the sending command.
     std::string changeState(const std::string& state = "off") {
         return m_sandbox.emit({"bt-adapter-state-changed", "state=" + state});
     }
-    /// The log from the start of the main loop to its end.
+    /// Returns the log from the start of the main loop to its end.
     static Log whileRunning(const Log& log) {
         return log.from("ecore_main_loop_begin").upTo("ecore_main_loop_begin returned");
     }
     static std::string story(const Log& log) { return log.ofTags({"PLATFORM", "FIXTURE"}).texts(); }
 
-    /// The life of a daemon whose adapter goes off and on. The first of these events is delivered;
-    /// `second` is what the command says of the other one.
+    /// Starts the daemon, sends the adapter states off and on, and terminates it. Expects that the
+    /// first event is delivered and that the command prints `second` for the other one.
     Outcome switchOffAndOn(const char* second) {
         m_sandbox.start();
         EXPECT_EQ(changeState("off"), DELIVERED);
@@ -121,8 +121,8 @@ TEST_F(DaemonEventTest, NobodyIsSubscribedAfterUnsubscribingInTheCallback) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-// Both subscriptions of the running event are served, although the first one's callback
-// ends the source.
+// The event is delivered to both subscriptions, although the first one's callback deletes the event
+// source.
 TEST_F(DaemonEventTest, UnsubscribingInTheCallbackTakesEffectFromTheNextEventOn) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "subscribed_twice_unsubscribes_in_callback");
     const Outcome outcome = switchOffAndOn(NOT_DELIVERED);
@@ -134,7 +134,7 @@ TEST_F(DaemonEventTest, UnsubscribingInTheCallbackTakesEffectFromTheNextEventOn)
               "libbleapp.so: subscription 1: result 0, state 0\n"
               "libbleapp.so: unsubscribe returned 0\n"
               "ecore_main_loop_begin returned\n");
-    EXPECT_EQ(outcome.log.count("> no callback"), 3U);  // made, and two too many
+    EXPECT_EQ(outcome.log.count("> no callback"), 3U);  // creation and two unneeded unsubscribes
     EXPECT_EQ(outcome.status, 0);
 }
 
@@ -152,7 +152,7 @@ TEST_F(DaemonEventTest, TheCallbackStaysSetWhileAnotherPluginIsSubscribed) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-// Its library is closed, so its callback must not be called.
+// The plugin's library is closed, so its callback must not be called.
 TEST_F(DaemonEventTest, TheSubscriptionOfAPluginThatFailedReachesNobody) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "subscribes_then_fails");
     m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");

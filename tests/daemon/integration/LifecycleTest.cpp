@@ -1,5 +1,5 @@
-// The daemon's way up and down: in which order, on which thread, and with which exit
-// status, however the main loop ends.
+// The daemon's start and shutdown: their order, their thread and the exit status, for each way in
+// which the main loop can end.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -136,8 +136,8 @@ TEST_F(DaemonLifecycleTest, AnExceptionThatLeavesTheMainLoopSkipsTheWayDown) {
               "E QVX_TPL_CONTEXT: TPLContext.h : _InvokeJob(#)  "
               "_InvokeJob exception has been occured\n"
               "E QVX_TPL_CONTEXT: main.cpp: main(#) > exception : from a callback\n");
-    // The libraries are closed, without their deinit entries. The callback delegator
-    // ends with the process.
+    // The libraries are closed without a call of PLUGIN_DEINIT. The callback delegator is destroyed
+    // when the process exits.
     EXPECT_EQ(story(outcome.log.from("ecore_main_loop_begin")),
               "ecore_main_loop_begin\n"
               "libthrows.so: throws\n"

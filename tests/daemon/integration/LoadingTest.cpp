@@ -1,4 +1,4 @@
-// Plugins that fail to load, and what becomes of them and of the others.
+// Plugins that fail to load, and the effect on the other plugins.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 namespace {
 
-// The first two have a priority of their own, so the order among the three is known.
+// The daemon has priorities for the first two names, so the load order of the three is known.
 constexpr const char* FIRST = "libbleapp.so";
 constexpr const char* SECOND = "libbtapp-lite.so";
 constexpr const char* THIRD = "libother.so";
@@ -32,7 +32,7 @@ protected:
 
 struct Failure {
     const char* name;
-    const char* fixture;  // null for a file that is no library
+    const char* fixture;  // null for a file that is not a library
     const char* text;
 
     friend std::ostream& operator<<(std::ostream& out, const Failure& failure) {
@@ -80,8 +80,8 @@ TEST_P(DaemonFailingPluginTest, HasItsLibraryClosedBeforeTheNextIsLoaded) {
     EXPECT_EQ(log.count(name + ": closed"), first.count(name + ": closed"));
 }
 
-// The failed plugin is still in the daemon's list and goes through shut-down like the
-// others, without anything left to take down.
+// The failed plugin is still in the daemon's list. At shutdown it is unloaded like the others, with
+// nothing left to do.
 TEST_P(DaemonFailingPluginTest, IsUnloadedAndDeletedAgainBeforeTheLowerOnes) {
     addFailing(FIRST);
     m_sandbox.addPlugin(SECOND);

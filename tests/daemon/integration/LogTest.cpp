@@ -1,4 +1,4 @@
-// What holds for every line of the daemon's log, over a whole life with events.
+// Checks every log line of a daemon from start to end, with events.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -29,13 +29,13 @@ protected:
     Sandbox m_sandbox;
 };
 
-// The traced scope that a line opens or closes, with the source line it is traced at.
+// A log line that reports the entry or exit of a traced scope. The name includes the source line.
 struct Scope {
     std::string name;
     bool isOpened;
 };
 
-// The part of `text` behind `mark`, nothing if it isn't there.
+// Returns the part of `text` after `mark`, or an empty string if `text` does not contain it.
 std::string behind(const std::string& text, const std::string& mark) {
     const auto at = text.find(mark);
     return at == std::string::npos ? "" : text.substr(at + mark.size());

@@ -1,5 +1,5 @@
-// What a plugin can rely on: the daemon's exports, shared profiles, tasks of its own,
-// and unsubscribing at any time.
+// What a plugin can rely on: the daemon's exported symbols, profiles shared with other plugins,
+// requested tasks, and that it may unsubscribe at any time.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -115,7 +115,7 @@ TEST_F(PluginContractTest, WorkRunsInThePluginsContextOneAfterTheOther) {
               "libfoo.so: work with its user data\n"
               "libfoo.so: next request returned 0\n"
               "libfoo.so: closed\n");
-    // All of it on the thread that was running the context.
+    // Everything ran on the main thread, which was running the task context.
     EXPECT_THAT(outcome.log.ofTags({"FIXTURE"}).lines(),
                 Each(Field(&LogLine::thread, std::to_string(m_sandbox.daemon().id()))));
     EXPECT_FALSE(outcome.log.contains("CallbackDelegator.h"));

@@ -1,5 +1,5 @@
-// The load order of the plugins whose names the daemon knows, and what it asks the
-// product for to find it.
+// The load order of the plugins whose names the daemon knows, and the platform queries that the
+// daemon makes to determine it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
-// The daemon's complete log, line by line, where nothing is wrong with a plugin; else see
-// PluginFaultTest. What is expected lies in the folder transcripts, in the form that
-// Log::transcript gives.
+// Compares the daemon's complete log with a file in the folder transcripts, which has the format of
+// Log::transcript. All plugins are without faults here; PluginFaultTest covers the others.
 #include <gtest/gtest.h>
 
 #include <string>

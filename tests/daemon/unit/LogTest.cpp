@@ -1,4 +1,4 @@
-// The form of the daemon's log lines, and the scope tracer.
+// The format of the daemon's log lines, and the class that traces scopes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// The registry of event sources: when a platform callback is set and unset.
+// The registry of event sources: when it sets and unsets a platform callback.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -228,7 +228,7 @@ TEST_F(CallbackDelegatorTest, APluginSubscribedTwiceMayUnsubscribeInItsOwnCallba
     subscribe(plugin, function);
     EXPECT_TRUE(fake_platform::deliver(SET, 0, BT_ADAPTER_STATE_ON));
     EXPECT_EQ(received, 2) << "the running event reaches both entries";
-    // The source's end is complete, for the platform and the log, when the call returns.
+    // When unsubscribe returns, the callback is unset and the source's destructor is logged.
     const std::string destructor = "virtual BtAdapterStateChangedCb::~BtAdapterStateChangedCb()";
     EXPECT_THAT(transcript, testing::Contains("call " + UNSET));
     EXPECT_THAT(transcript, testing::Contains(out(destructor)));
@@ -260,7 +260,7 @@ TEST_F(CallbackDelegatorTest, TheDelegatorMayGoDuringAnEvent) {
 }
 
 TEST(CallbackDelegatorSingletonTest, IsMadeOnceAndNotAgainAfterItsEnd) {
-    // In a process of its own, which the other tests' singleton survives.
+    // Called in a child process, so that the other tests keep their singleton.
     const auto life = [] {
         CallbackDelegator* first = Singleton<CallbackDelegator>::getInstance();
         EXPECT_NE(first, nullptr);

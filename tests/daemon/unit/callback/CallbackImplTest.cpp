@@ -1,4 +1,4 @@
-// The subscriber list of one event: order, identity, and changes during a fan-out.
+// The subscriber list of one event source: order, removal, and changes during a delivery.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

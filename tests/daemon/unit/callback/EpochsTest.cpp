@@ -1,4 +1,4 @@
-// Deliveries that are under way: what they may use is kept, and they can be waited for.
+// Running deliveries: objects they may use are kept, and a thread can wait for their end.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -27,7 +27,7 @@ struct Object : Retired {
     void reclaim() noexcept override { ++reclaimed; }
 };
 
-/// A delivery on a thread of its own, under way until it is ended.
+/// A delivery on a new thread. It lasts until end() or the destructor is called.
 class Delivery {
 public:
     Delivery() { m_begun.wait(); }
@@ -101,7 +101,7 @@ TEST(EpochsTest, NestedDeliveriesLastAsLongAsTheOutermost) {
     EXPECT_EQ(object.reclaimed, 1);
 }
 
-// Epochs begin while deliveries begin.
+// New epochs begin while deliveries begin on other threads.
 TEST(EpochsTest, WhatIsRetiredLivesAsLongAsADeliveryUsesIt) {
     struct Value : Retired {
         std::atomic<bool> isAlive = true;

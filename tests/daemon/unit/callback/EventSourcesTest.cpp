@@ -1,5 +1,5 @@
-// All 42 event sources against one table: what they set and unset, what they trace,
-// and that a plugin gets its own copies when the platform's buffers are long gone.
+// Checks all 42 event sources against one table: the platform callbacks they set and unset, the
+// lines they log, and that a plugin receives copies that outlive the platform's buffers.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

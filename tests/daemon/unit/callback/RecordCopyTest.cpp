@@ -1,4 +1,4 @@
-// The record copies at their edges, as a plugin meets them.
+// Edge cases of the record copies that plugins receive.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@
 
 namespace {
 
-/// One subscriber of a source; runs `check` on the record it receives.
+/// Subscribes to a source and runs `check` on each record it receives.
 template <typename Source, typename Record>
 class Subscriber {
 public:

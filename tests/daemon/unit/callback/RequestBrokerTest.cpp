@@ -1,5 +1,5 @@
-// The broker as a plugin sees it: the table of operations, shared profiles, and work
-// of the plugin's own.
+// The request broker as a plugin uses it: its vtable, profiles shared with other plugins, and tasks
+// that the plugin requests.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -69,7 +69,7 @@ TEST_F(RequestBrokerTest, EverySlotReachesItsOperation) {
 TEST_F(RequestBrokerTest, TheLastSlotRunsThePluginsOwnWork) {
     IRequestBroker& broker = m_brokerA;
     void** table = *reinterpret_cast<void***>(&broker);
-    // The function object is passed by reference to the caller's copy.
+    // In the ABI, the std::function is passed as a reference to the caller's copy.
     using Operation = int (*)(IRequestBroker*, std::function<void(void*)>, void*);
     void* received = nullptr;
     int userData = 0;

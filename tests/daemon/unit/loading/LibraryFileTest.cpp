@@ -1,4 +1,4 @@
-// Libraries that end too early.
+// Detection of truncated library files.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <link.h>
@@ -22,14 +22,14 @@ class LibraryFileTest : public testing::Test {
 protected:
     LibraryFileTest()
         : m_path(fs::temp_directory_path() / ("corvane-library-" + std::to_string(getpid()))) {
-        // This program has the shape of a library.
+        // This program, a position-independent executable, has the file format of a library.
         std::ifstream self("/proc/self/exe", std::ios::binary);
         m_bytes.resize(fs::file_size("/proc/self/exe"));
         self.read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()));
     }
     ~LibraryFileTest() override { fs::remove(m_path); }
 
-    /// Where the last of the loaded segments ends in the file.
+    /// Returns the file offset at which the last loaded segment ends.
     static std::size_t endOfSegments(const std::string& library) {
         ElfW(Ehdr) header;
         std::memcpy(&header, library.data(), sizeof header);
@@ -71,7 +71,7 @@ TEST_F(LibraryFileTest, OneThatLacksTheLastPageOfWhatTheLoaderMapsIsCutOff) {
     EXPECT_FALSE(isCutOff(m_bytes.substr(0, lastPage + 1)));
 }
 
-// The loader maps whole pages, and what lies behind a file's end on its last page reads as zeros.
+// The loader maps whole pages. The part of the last page after the file's end reads as zeros.
 TEST_F(LibraryFileTest, OneThatLacksTheLastByteOfItsLastPageIsNotAndCanBeOpened) {
     std::ifstream file(UNIT_PLUGIN_ROOT "/plugins/ordinary.so", std::ios::binary);
     const std::string library(std::istreambuf_iterator<char>(file), {});
@@ -89,11 +89,11 @@ TEST_F(LibraryFileTest, ATableOfSegmentsMayStandAnywhere) {
     header.e_phoff = m_bytes.size();
     std::memcpy(m_bytes.data(), &header, sizeof header);
     EXPECT_FALSE(isCutOff(m_bytes + table));
-    // Without the whole table the loader refuses the file.
+    // The loader itself refuses a file with an incomplete table.
     EXPECT_FALSE(isCutOff(m_bytes + table.substr(0, table.size() - 1)));
 }
 
-// Its tables of sections come last, and the loader doesn't look at them.
+// The section headers are at the end of the file, and the loader does not read them.
 TEST_F(LibraryFileTest, OneThatLacksItsLastBytesIsNot) {
     EXPECT_FALSE(isCutOff(m_bytes.substr(0, m_bytes.size() - 64)));
 }

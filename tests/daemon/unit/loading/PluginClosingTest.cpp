@@ -1,4 +1,4 @@
-// A plugin's library is closed when no other thread uses it any more, or when that takes too long.
+// A plugin's library is closed when no other thread uses it, or when a time limit has passed.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -30,7 +30,7 @@ bool isOpen(const std::string& library) {
     return handle != nullptr;
 }
 
-/// A thread that delivers to a plugin, whose callback doesn't return until it is released.
+/// Delivers to a plugin on a new thread. The delivery lasts until this object is destroyed.
 class StuckDelivery {
 public:
     explicit StuckDelivery(Plugin& plugin)
@@ -72,7 +72,8 @@ protected:
         return plugin;
     }
 
-    /// Unloads the plugin while a thread of its own begins with as many tasks as its queue takes.
+    /// Unloads the plugin while another thread runs a full queue of its tasks. Expects that all of
+    /// them have run when the library is closed.
     static void expectBacklogRunsBeforeTheLibraryIsClosed(Plugin& plugin,
                                                           const std::string& library) {
         std::atomic<int> ranWhileOpen = 0;
@@ -113,7 +114,7 @@ TEST_F(PluginClosingTest, ADeliveryOnItsWayToThePluginIsWaitedFor) {
     std::thread delivering([&] {
         const EpochGuard guard;
         hasBegun.open();
-        std::this_thread::sleep_for(WORK);  // in the callback of another plugin
+        std::this_thread::sleep_for(WORK);  // as if in the callback of another plugin
         plugin->invokeTask([&] { ranWhileOpen = isOpen("ordinary.so"); });
     });
     hasBegun.wait();

@@ -1,4 +1,4 @@
-// Which files of a directory are candidates, and the priority of each.
+// Which files of a directory are candidates for plugins, and their priorities.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ using testing::UnorderedElementsAre;
 
 namespace {
 
-/// In a temporary directory of its own, which holds the marker's relative path.
+/// Runs in a temporary directory; the path of the marker file is relative to it.
 class PluginDiscoveryTest : public testing::Test {
 protected:
     PluginDiscoveryTest() {
@@ -125,7 +125,7 @@ TEST_F(PluginDiscoveryTest, OtherNamesAreComparedWholeAndAskThePlatformNothing) 
 }
 
 TEST_F(PluginDiscoveryTest, EqualPrioritiesLeaveTheQueueInTheHeapsOrder) {
-    // Equal ones go A, C, B, D for four, A, B, C for three.
+    // Four plugins leave the queue in the order A, C, B, D, three in the order A, B, C.
     for (const std::size_t count : {3U, 4U}) {
         std::vector<Plugin> plugins(count);
         std::priority_queue<Plugin*, std::vector<Plugin*>, Plugin::Compare> queue;

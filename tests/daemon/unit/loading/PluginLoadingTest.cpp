@@ -1,4 +1,4 @@
-// A plugin object whose library can't be opened or started.
+// Plugin objects whose library can't be opened or initialised.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -18,7 +18,7 @@ protected:
     }
     ~PluginLoadingTest() override { fake_platform::reset(); }
 
-    /// What load throws.
+    /// Loads the library. Returns the text of the exception, or an empty string without one.
     std::string failureOf(const std::string& library) {
         m_plugin.create(library);
         try {

@@ -1,4 +1,4 @@
-// Which memory short-lived objects get, on one thread, on several, and while a thread ends.
+// Reuse of the memory of short-lived objects: on one thread, on several, and while a thread ends.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -48,7 +48,7 @@ std::set<void*> placesOf(const Objects& objects) {
     return places;
 }
 
-/// On a thread that has not kept anything yet.
+/// Calls `function` on a new thread, which keeps no blocks yet.
 template <typename Function>
 void onNewThread(Function function) {
     std::thread(function).join();
@@ -144,7 +144,7 @@ TEST(ShortLivedTest, ObjectsMayMoveBetweenManyThreadsThatComeAndGo) {
     EXPECT_EQ(placesOf(shared).size(), 39U);
 }
 
-// The leak check of the sanitizer run knows whether the memory is freed.
+// Without LeakSanitizer, this test does not notice memory that is not freed.
 TEST(ShortLivedTest, AThreadThatIsEndingKeepsNothing) {
     struct Late {
         ~Late() {
@@ -154,7 +154,7 @@ TEST(ShortLivedTest, AThreadThatIsEndingKeepsNothing) {
         std::unique_ptr<Largest> early;
     };
     onNewThread([] {
-        thread_local Late late;  // destroyed after what the thread keeps
+        thread_local Late late;  // destroyed after the kept blocks are freed
         late.early = std::make_unique<Largest>();
         make(3);
     });

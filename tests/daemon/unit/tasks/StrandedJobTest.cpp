@@ -1,6 +1,6 @@
-// The instant between a runner's unlock and the moment it gives the running flag up: a
-// job queued then is appended, not run, and waits for the next one. A program of its
-// own, for it puts itself between the mutex and its users.
+// A job that is queued after the runner has unlocked the empty queue and before it clears the
+// running flag. Such a job waits until the next job is queued. This is a separate program, because
+// it replaces pthread_mutex_unlock.
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ TEST(StrandedJobTest, AJobQueuedWhileTheRunnerLeavesWaitsForTheNextOne) {
     const auto executor = TaskExecutor::Create();
     executor->Initiate(0, 0);
 
-    // The next unlock after the job's end is the one of the emptied queue.
+    // After the job's destruction, the runner's next unlock is the one of the empty queue.
     const std::thread::id runner = std::this_thread::get_id();
     fake_platform::onLog([&](const fake_platform::Line& line) {
         if (std::this_thread::get_id() == runner &&

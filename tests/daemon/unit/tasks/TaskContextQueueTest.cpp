@@ -1,4 +1,4 @@
-// The bounded queue of a task context: who waits for room, how long, and who is told.
+// The bounded queue of a task context: producers that wait for room, their timeouts and wake-ups.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ namespace {
 
 constexpr int CAPACITY = 10;
 
-/// A context whose runner is held inside a task while CAPACITY jobs wait behind it.
+/// A context whose runner is blocked inside a task while CAPACITY jobs are queued.
 class FullQueueTest : public testing::Test {
 protected:
     ~FullQueueTest() override { fake_platform::reset(); }
@@ -86,7 +86,7 @@ TEST_F(FullQueueTest, AProducerThatFindsNoRoomInTimeGetsADomainError) {
 TEST_F(FullQueueTest, AProducerThatTimedOutLeavesTheRunnerAlone) {
     fill(0);
     EXPECT_THROW(m_executor->Schedule([] {}), std::domain_error);
-    // Had the context been taken for idle, this would run the queued jobs here.
+    // If the timeout had cleared the running flag, this call would run the queued jobs.
     m_executor->Initiate(0, 0);
     EXPECT_EQ(m_ran, upTo(0));
     drain();
@@ -103,13 +103,13 @@ TEST_F(FullQueueTest, AProducerWaitsUntilTheRunnerMakesRoom) {
     drain();
     ASSERT_EQ(producer.wait_for(TEST_TIME_LIMIT), std::future_status::ready);
     EXPECT_TRUE(producer.get());
-    // The producer may have come in while the runner left; then it waits for the next.
+    // If the producer's job was queued while the runner was leaving, the next call runs it.
     m_executor->Schedule([] {});
     EXPECT_EQ(m_ran, upTo(CAPACITY + 1));
 }
 
 TEST_F(FullQueueTest, EveryWaitingProducerIsServedAtTheLatestWhenItsTimeIsUp) {
-    // Only a pop from a full queue wakes a producer, and only one.
+    // Only removing a job from a full queue wakes a producer, and it wakes only one.
     fill(1);
     std::vector<std::future<bool>> producers;
     for (int i = 0; i < 3; ++i) {

@@ -1,4 +1,4 @@
-// The task context: who runs a job, in which order, and what a failure leaves behind.
+// The task context: the thread that runs a job, the order of jobs, and the state after a failure.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -168,7 +168,7 @@ TEST_F(TaskContextTest, ATerminatedContextRefusesJobsAndRunsAgainAfterInitiate) 
 
 TEST_F(TaskContextTest, AContextThatWasTerminatedSkipsTasksUntilItIsInitiatedAgain) {
     m_executor->TerminateSync(0);
-    // Initiate has taken the termination back, and its job isn't queued yet.
+    // At this line, Initiate has cleared the terminated flag but has not queued its job.
     fake_platform::onLog([this](const fake_platform::Line& line) {
         if (line.text.find("InitiateJob created") != std::string::npos) {
             EXPECT_TRUE(m_executor->Schedule(note("early")));
@@ -273,7 +273,7 @@ TEST_F(TaskContextTest, AnEmptyTaskIsAcceptedAndFailsWhenItRuns) {
 
 namespace {
 
-/// A context that anybody may make and drive.
+/// A minimal context with a public constructor, for any invoker.
 class OpenContext : public TPL::CContext<OpenContext> {
 public:
     void _Execute(const std::function<void()>& task) { task(); }
@@ -286,8 +286,8 @@ struct CallingInvoker {
 }  // namespace
 
 TEST_F(TaskContextTest, AContextThatNoSharedPointerOwnsThrowsAndKeepsItsJobs) {
-    ShortLived::stopKeeping();  // kept blocks would not count as intended leaks
-    const IntendedLeak leak;    // queued jobs don't go with their context
+    ShortLived::stopKeeping();  // a block kept from before would be reported as a leak
+    const IntendedLeak leak;    // a context does not free its queued jobs
     CallingInvoker invoker;
     OpenContext context;
     EXPECT_THROW(context.Initiate(0, 0, invoker), std::bad_weak_ptr);
@@ -324,8 +324,8 @@ TEST_F(TaskContextTest, ALoopThatIsEnteredAfterTheEndOnlyLogs) {
 }
 
 TEST_F(TaskContextTest, AFailedDrainNeverLetsASecondRunnerIn) {
-    // The invoker keeps the failed caller inside its handler while another thread
-    // becomes the runner; a third must still find the context busy.
+    // The invoker keeps the failed caller in its exception handler while a second thread becomes
+    // the runner. A third caller must still find the context busy.
     struct ThrowingLateInvoker {
         std::function<void()> afterLoop;
         void Invoke(const std::function<void()>& loop) {

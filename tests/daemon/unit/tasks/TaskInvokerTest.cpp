@@ -1,4 +1,4 @@
-// Task invokers: a task context with its fixed limits, and the main thread's identity.
+// The task invokers: the one of a plugin, with its limits, the direct one and the main thread's.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
