@@ -48,7 +48,7 @@ std::size_t padded(std::size_t size) {
     return (size + 7) / 8 * 8;
 }
 
-// The fields of a header that answers have; those of other types are passed over.
+// Reads the header fields of an answer. Skips other fields.
 void readFields(std::string_view header, DBusMessage& message) {
     for (std::size_t at = 16; at + 8 <= header.size();) {
         const auto field = header[at];

@@ -1,5 +1,5 @@
-// D-Bus as bytes, so that a request can be wrong in every way: the bus library makes no
-// wrong ones. Little-endian only.
+// Encodes and decodes D-Bus messages as bytes. Tests use it to send malformed requests, which the
+// bus library can't make. Little-endian only.
 #pragma once
 
 #include <cstddef>
@@ -9,10 +9,10 @@
 #include <string_view>
 #include <vector>
 
-/// What a peer says before its first message.
+/// Returns the authentication that a peer sends before its first message.
 std::string dbusGreeting();
 
-/// A method call. `body` is sent as it is, whatever `signature` says.
+/// Returns a method call. `body` is used unchanged, even if it doesn't match `signature`.
 std::string dbusCall(std::uint32_t serial, const std::string& member, const std::string& signature,
                      const std::string& body);
 
@@ -25,5 +25,6 @@ struct DBusMessage {
     std::string body;
 };
 
-/// The messages behind the answer to the greeting; empty if these are no whole messages.
+/// Returns the messages after the answer to the greeting, or nothing if the bytes received are not
+/// the answer and complete messages.
 std::optional<std::vector<DBusMessage>> dbusMessages(std::string_view received);

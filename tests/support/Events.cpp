@@ -23,8 +23,8 @@ struct ArgumentsOf<void (*)(All...)> {
     using Tuple = std::tuple<All...>;  // the last is the user data
 };
 
-/// A member pointer to a virtual function holds 1 + its offset in the table; the
-/// destructor takes the first two entries.
+/// A member pointer to a virtual function contains 1 + its offset in the vtable. The destructor
+/// occupies the first two entries.
 template <typename Operation>
 int slotOf(Operation operation) {
     std::uintptr_t offset;

@@ -1,5 +1,5 @@
-// The 42 events for parametrised tests: the names of EventTable.def, and each event
-// driven from both ends, the platform's and a plugin's.
+// The 42 events for parametrised tests: the names from EventTable.def, and functions that act as
+// the platform and as a plugin for each event.
 #pragma once
 
 #include <ostream>
@@ -10,11 +10,11 @@
 
 class IRequestBroker;
 
-/// A plugin's callback; its user data points here.
+/// Receives the events of a plugin's callbacks, whose user data points to it.
 class Receiver {
 public:
     virtual ~Receiver() = default;
-    /// Called for each event with its arguments as text.
+    /// Called for each event, with its arguments as text.
     virtual void receive(const std::string& event) { events.push_back(event); }
 
     std::vector<std::string> events;
@@ -32,20 +32,20 @@ public:
     std::string setFunction;
     std::string unsetFunction;
     std::string callbackName;
-    std::string argumentTypes;  // of the signature texts, without the user data
+    std::string argumentTypes;  // as in EventTable.def, without the user data
 
     virtual ~Event() = default;
 
     virtual int subscribe(IRequestBroker& broker, Receiver& receiver) const = 0;
     virtual int unsubscribe(IRequestBroker& broker) const = 0;
-    /// Call the operation at a slot of the table of virtual functions.
+    /// Call the operation at a slot of the broker's vtable.
     virtual int subscribeBySlot(IRequestBroker& broker, int slot, Receiver& receiver) const = 0;
     virtual int unsubscribeBySlot(IRequestBroker& broker, int slot) const = 0;
-    /// The slots of the two operations, counted from the first behind the destructor.
+    /// Return the vtable slots of the two operations. The first slot after the destructor is 0.
     virtual int subscribeSlot() const = 0;
     virtual int unsubscribeSlot() const = 0;
-    /// Delivers sample arguments as the platform would, in buffers that are gone on
-    /// return. What a plugin is to receive, as text, or "not set".
+    /// Delivers sample arguments as the platform does, in buffers that are freed on return. Returns
+    /// the arguments that a plugin must receive, as text, or "not set" if no callback is set.
     virtual std::string deliver() const = 0;
 };
 

@@ -26,8 +26,7 @@ struct Entry {
 
 using Slots = std::map<std::string, fake_platform::Slot, std::less<>>;
 
-/// All of them, so that none has to be made when a callback is set: while nothing is
-/// recorded the platform allocates nothing.
+/// Returns a slot for every event, so that setting a callback allocates no memory.
 Slots allSlots() {
     Slots slots;
 #define EVENT(source, type, value, subscribe, unsubscribe, setFunction, unsetFunction, Callback, \

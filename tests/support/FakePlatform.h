@@ -1,5 +1,5 @@
-// The platform's C interfaces, recorded: what was called, what was logged, and the one
-// callback of each kind. Link it in place of the platform libraries.
+// A fake of the platform's C interfaces, linked instead of the platform libraries. It records the
+// calls, the log lines, and the callback that is set for each event.
 #pragma once
 
 #include <functional>
@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-/// Threads: any; reset only while no other thread uses the platform.
+/// Threads: any, except that reset must not run while another thread uses the platform.
 namespace fake_platform {
 
-constexpr int NO_LOG_ID = -1;  // dlog_print takes none
+constexpr int NO_LOG_ID = -1;  // logged by dlog_print, which has no log id
 
 struct Line {
     int logId;
@@ -28,38 +28,40 @@ struct Slot {
 
 void reset();
 
-/// What every set, unset, initialise and deinitialise function returns. 0 after reset.
+/// Sets the result of every set, unset, initialise and deinitialise function. 0 after reset.
 void setResult(int result);
-/// What the query of the product type returns and stores. 0 and 0 after reset.
+/// Sets what the query of the product type returns and stores. 0 and 0 after reset.
 void setProductType(int result, int value);
-/// Called for each line, on the thread that logs it, without a lock.
+/// Sets a function that is called for each log line, on the thread that logs it, without a lock.
 void onLog(std::function<void(const Line&)> observer);
-/// Stops recording, for runs of millions of lines and for those that count allocations: the
-/// platform makes none of its own then.
+/// Stops recording. The fake then allocates no memory. For tests that log millions of lines or
+/// count allocations.
 void recordNothing();
 
 std::vector<Line> lines();
-/// The names of the functions called, without the log's, in order.
+/// Returns the names of the called functions in order, without those of the log.
 std::vector<std::string> calls();
-/// Lines and calls in order: "<priority letter> <tag> <text>" and "call <function>".
-/// Line numbers stand as "#", pointers as "0x#".
+/// Returns log lines and calls in order: "<priority letter> <tag> <text>" and "call <function>".
+/// Line numbers are replaced by "#", pointers by "0x#".
 std::vector<std::string> transcript();
-/// How often `part` occurs in the lines' texts.
+/// Returns the number of log lines whose text contains `part`.
 int count(const std::string& part);
 
-/// The state behind a set (or initialise) function.
+/// Returns the state of the callback that `setFunction` sets (or initialises).
 Slot slot(const std::string& setFunction);
 
-/// Lets every set and unset wait for the deliveries under way, as a platform does that
-/// serialises them; a callback must not subscribe or unsubscribe then.
+/// Makes every set and unset function wait until no delivery is running, as a platform with
+/// serialised deliveries does. A callback must not subscribe or unsubscribe then: it would
+/// deadlock.
 void serialiseDeliveries();
 std::shared_lock<std::shared_mutex> beginDelivery();
 
-/// Called on the delivering thread immediately before each callback; none after reset.
+/// Sets a function that is called on the delivering thread immediately before each callback. None
+/// after reset.
 void onDelivery(std::function<void()> observer);
 void announceDelivery();
 
-/// Calls what is set, as the platform would, on this thread. False if nothing is.
+/// Calls the callback on the calling thread, as the platform does. Returns false if none is set.
 template <typename... Args>
 bool deliver(const std::string& setFunction, Args... args) {
     const std::shared_lock delivery = beginDelivery();
@@ -72,7 +74,7 @@ bool deliver(const std::string& setFunction, Args... args) {
     return true;
 }
 
-/// How many callbacks of all kinds are set.
+/// Returns the number of callbacks that are set.
 int callbacksSet();
 
 }  // namespace fake_platform

@@ -1,4 +1,4 @@
-// Lets one thread hold another at a point of its choice. Waits are limited: a test
+// A gate at which one thread waits until another opens it. The wait has a time limit, so a test
 // that would hang fails instead.
 #pragma once
 
@@ -8,7 +8,8 @@
 
 constexpr std::chrono::seconds TEST_TIME_LIMIT{20};
 
-/// Threads: open from one, wait from any.
+/// Threads: open on one thread, once; wait on any. Errors: wait throws std::runtime_error at the
+/// time limit.
 class Gate {
 public:
     void open() { m_promise.set_value(); }

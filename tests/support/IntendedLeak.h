@@ -1,12 +1,12 @@
-// Marks what a test leaks because the product does so on purpose: the leak detector
-// overlooks what is allocated while one of these lives.
+// Marks the intended leaks of the product in a test. The leak detector ignores the memory that is
+// allocated while such an object exists.
 #pragma once
 
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/lsan_interface.h>
 #endif
 
-/// Threads: concerns the one that made it.
+/// Threads: affects only the thread that created it.
 class IntendedLeak {
 public:
 #ifdef __SANITIZE_ADDRESS__

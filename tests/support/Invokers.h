@@ -1,4 +1,4 @@
-// Task invokers for tests: one that runs what it is given, one that keeps it.
+// Task invokers for tests: one runs a task at once, the other queues it.
 #pragma once
 
 #include <deque>
@@ -11,7 +11,7 @@ public:
     void invokeTask(const ITaskInvoker::Task& task) override { task(); }
 };
 
-/// One thread.
+/// Threads: only one.
 class QueueTaskInvoker : public ITaskInvoker {
 public:
     void invokeTask(const ITaskInvoker::Task& task) override { tasks.push_back(task); }

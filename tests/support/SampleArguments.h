@@ -1,6 +1,5 @@
-// Arguments of events as a platform lends them: in buffers that are overwritten and
-// freed when the platform's call ends; and every value as text, to compare what a
-// plugin received with what was sent.
+// Sample arguments of events, in buffers that are overwritten and freed when the delivery ends, as
+// on a platform. Every value can be converted to text, to compare the received with the sent ones.
 #pragma once
 
 #include <bluetooth.h>
@@ -11,7 +10,8 @@
 #include <type_traits>
 #include <vector>
 
-/// Owns what it lends; on destruction overwrites it, so that a kept pointer shows.
+/// Owns the buffers. Overwrites them on destruction, so that a test detects a pointer that a
+/// receiver has kept.
 class SampleBuffers {
 public:
     SampleBuffers() = default;
@@ -34,7 +34,7 @@ private:
     std::vector<std::shared_ptr<void>> m_records;
 };
 
-/// The argument at `position` of an event, every field set and no two alike.
+/// Returns the argument at `position` of an event. All fields are set.
 template <typename T>
 T sample(SampleBuffers& buffers, int position) {
     if constexpr (std::is_same_v<T, char*> || std::is_same_v<T, const char*>) {
@@ -66,7 +66,7 @@ bt_socket_received_data_s* sample(SampleBuffers&, int);
 template <>
 bt_audio_stream_type_s sample(SampleBuffers&, int);
 
-/// A value as text, with all fields of a record.
+/// Return a value as text, with all fields of a record.
 template <typename T>
 requires(!std::is_pointer_v<T>) std::string describe(T value) {
     return std::to_string(static_cast<long>(value));
@@ -84,7 +84,7 @@ std::string describe(const bt_socket_connection_s* record);
 std::string describe(const bt_socket_received_data_s* record);
 std::string describe(bt_audio_stream_type_s record);
 
-/// What a plugin is to receive for a value sent, as text.
+/// Return what a plugin must receive for a sent value, as text.
 template <typename T>
 std::string describeExpected(T value) {
     return describe(value);

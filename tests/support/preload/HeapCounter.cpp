@@ -1,7 +1,7 @@
-// Preloaded into a program: counts the blocks, and their bytes, that it has allocated and not
-// freed. Blocks of the size that threads keep for tasks are counted apart. It writes the sums to
-// the standard error when it receives the signal SIGRTMIN + 5. Each block has its size in front of
-// it.
+// Preloaded into a program: counts the blocks and bytes that the program has allocated and not
+// freed. Blocks of the size that threads keep for tasks are counted separately. The signal
+// SIGRTMIN + 5 makes it write the sums to the standard error. A header in front of each block
+// contains its size.
 #include <errno.h>
 #include <malloc.h>
 #include <signal.h>
@@ -26,7 +26,7 @@ namespace {
 
 struct alignas(std::max_align_t) Header {
     std::size_t size;
-    std::size_t offset;  // of the block in what the C library gave
+    std::size_t offset;  // of the block in the C library's block
 };
 
 std::atomic<long> g_blocks = 0;

@@ -1,5 +1,5 @@
-// Runs a program for a test. Between fork and exec only what is safe in a copy of
-// a process with several threads is called; everything else is prepared before.
+// Between fork and exec, only async-signal-safe functions may be called, because the test has
+// several threads. Everything else is prepared before.
 #include "tests/support/process/ChildProcess.h"
 
 #include <fcntl.h>
@@ -94,7 +94,7 @@ ChildProcess::~ChildProcess() {
         kill(m_id, SIGKILL);
         waitpid(m_id, nullptr, 0);
     }
-    close(m_stop[1]);  // a grandchild may keep the pipes open for ever
+    close(m_stop[1]);  // ends the reader even if a grandchild keeps the output pipes open
     m_reader.join();
     close(m_stop[0]);
     close(m_output.fd);
@@ -175,8 +175,8 @@ std::string ChildProcess::errors() const {
 
 void ChildProcess::collect(int status) {
     m_status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    // All this process wrote is in the pipes by now. They end later, or never, if a
-    // grandchild holds them open.
+    // The program's output is in the pipes by now. Wait for the reader with a limit: a grandchild
+    // may keep the pipes open.
     std::unique_lock lock(m_mutex);
     m_changed.wait_for(lock, std::chrono::milliseconds(500), [this] { return m_ended; });
 }

@@ -1,6 +1,5 @@
-// Runs a program for a test: in a directory and an environment of its own, with
-// everything it writes collected line by line. The program never outlives the
-// object, nor the test that started it.
+// Runs a program for a test, in a given directory and environment, and collects its output line by
+// line. The program is killed when the object is destroyed or the test process ends.
 #pragma once
 
 #include <sys/types.h>
@@ -18,20 +17,22 @@
 #include <thread>
 #include <vector>
 
-/// Owner: the test, on whose thread all operations run; a thread of the object reads
-/// the output, so the program never waits for the test. Errors: what the system refuses
-/// is thrown as std::system_error; a program that can't be executed exits with 127.
+/// Owner: the test.
+/// Threads: call the functions on the test's thread. A thread of the object reads the output, so
+/// the program never blocks on a full pipe.
+/// Errors: failures of system calls are thrown as std::system_error. A program that can't be
+/// executed exits with 127.
 class ChildProcess {
 public:
     struct Options {
-        std::vector<std::string> command;      // looked up in PATH if it has no slash
-        std::filesystem::path directory = {};  // empty: the test's own
-        std::map<std::string, std::string> environment = {};  // added to the test's own
-        std::vector<std::string> unset = {};                  // removed from it
+        std::vector<std::string> command;                     // searched in PATH if it has no slash
+        std::filesystem::path directory = {};                 // empty: the test's working directory
+        std::map<std::string, std::string> environment = {};  // added to the test's environment
+        std::vector<std::string> unset = {};                  // removed from the test's environment
     };
 
     struct Result {
-        int status;  // as of wait()
+        int status;  // as returned by wait()
         std::string output;
         std::string errors;
     };
@@ -43,25 +44,27 @@ public:
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// Runs a program to its end; killed after the limit.
+    /// Runs a program until it ends. Kills it after the limit.
     static Result run(const Options& options, std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
-    /// The next line, of either stream, that contains `text`: the search goes on behind
-    /// the line found by the call before. Empty after the limit or the end of the output.
+    /// Waits for a line of either stream that contains `text` and returns it. The search starts
+    /// after the line that the previous call returned. Returns nothing after the limit or at the
+    /// end of the output.
     std::optional<std::string> waitForLine(std::string_view text,
                                            std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
-    /// Waits for the end: the exit status, or minus the number of the signal that ended
-    /// it. Empty after the limit.
+    /// Waits until the program ends. Returns its exit status, or minus the number of the signal
+    /// that ended it, or nothing after the limit.
     std::optional<int> wait(std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
-    /// Sends SIGTERM and waits; SIGKILL (so -9) after the limit.
+    /// Sends SIGTERM and returns the status as wait() does. Sends SIGKILL after the limit; the
+    /// status is then -9.
     int terminate(std::chrono::milliseconds limit = DEFAULT_LIMIT);
 
     void sendSignal(int number);
     pid_t id() const { return m_id; }
 
-    /// What was written up to now.
+    /// Return what the program has written so far.
     std::string output() const;
     std::string errors() const;
 
@@ -69,7 +72,7 @@ private:
     struct Stream {
         int fd = -1;
         std::string text = {};
-        std::size_t split = 0;  // up to here `text` has been cut into lines
+        std::size_t split = 0;  // `text` has been split into lines up to this position
     };
 
     void readAll();

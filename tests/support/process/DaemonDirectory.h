@@ -1,5 +1,5 @@
-// The directory in which a test starts the daemon, and an environment in which the daemon finds
-// nothing of this machine: neither a bus nor a sound server, settings or a home directory.
+// The directory in which a test starts the daemon. The environment hides the machine's bus, sound
+// server, settings and home directory from the daemon.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 #include "tests/support/process/ChildProcess.h"
 #include "tests/support/process/TemporaryDirectory.h"
 
-/// Owner: the test. Errors: what the system refuses is thrown as std::system_error.
+/// Owner: the test. Errors: failures of system calls are thrown as std::system_error.
 class DaemonDirectory {
 public:
     DaemonDirectory();
@@ -18,17 +18,17 @@ public:
     std::filesystem::path plugins() const { return directory() / "plugins"; }
     std::filesystem::path settings() const { return directory() / "platform.conf"; }
     std::filesystem::path socket() const { return directory() / "inject.sock"; }
-    /// Where a bus is expected.
+    /// Returns the address at which the daemon expects the system bus.
     std::string bus() const { return "unix:path=" + (directory() / "bus").string(); }
 
-    /// Puts a copy of the library into the plugin directory: the loader takes two links to one
-    /// file for one library.
+    /// Copies the library into the plugin directory. Links don't work: the dynamic loader loads two
+    /// links to the same file as one library.
     void addPlugin(const std::filesystem::path& library) const;
-    /// The settings of the host platform, instead of those before; none by default.
+    /// Replaces the settings of the host platform. They are empty by default.
     void setSettings(const std::string& text) const;
     void setEnvironment(const std::string& variable, const std::string& value);
 
-    /// How the daemon is started here.
+    /// Returns the options that start the daemon in this directory.
     ChildProcess::Options daemon() const;
 
 private:

@@ -22,7 +22,7 @@ LogLine parseLine(const std::string& line) {
     return isLogLine ? parsed : LogLine{"", "", "", line};
 }
 
-// A source line is a number in parentheses with something behind it.
+// Replaces source line numbers: numbers in parentheses that don't end the text.
 std::string withoutSourceLines(std::string text) {
     for (std::size_t at = 0; (at = text.find('(', at)) != std::string::npos; ++at) {
         const std::size_t end = text.find_first_not_of(DIGITS, at + 1);

@@ -1,4 +1,4 @@
-// What a daemon wrote, line by line, in a form that is the same for each run.
+// The log of a daemon, line by line, and transcripts of it that are the same for each run.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-/// A line "<priority letter> <tag>: <text>", as the platform log writes it behind the time
-/// and the thread. A line that isn't of that form is all text.
+/// A line "<time> <thread> <priority letter> <tag>: <text>" of the platform log. For a line of
+/// another form only `text` is set, to the whole line.
 struct LogLine {
     std::string thread;
     std::string priority;
@@ -16,7 +16,7 @@ struct LogLine {
     std::string text;
 };
 
-/// A value; the tests' own.
+/// A value type. Owner: the test.
 class Log {
 public:
     Log() = default;
@@ -26,24 +26,23 @@ public:
 
     Log ofTags(std::initializer_list<std::string_view> tags) const;
     Log ofPriority(std::string_view priority) const;
-    /// From the first line that contains `first` on; up to the first line behind that
-    /// which contains `last`, both included. Empty if there is no such line.
+    /// Return the lines from the first one that contains `first`, or up to the first one that
+    /// contains `last`, each inclusive. Empty if there is no such line.
     Log from(std::string_view first) const;
     Log upTo(std::string_view last) const;
 
     bool contains(std::string_view text) const { return count(text) > 0; }
     std::size_t count(std::string_view text) const;
-    /// What stands behind `mark` in each line that contains it.
+    /// Returns the text after `mark` of each line that contains `mark`.
     std::vector<std::string> behind(std::string_view mark) const;
 
-    /// All lines, without time and thread: source lines are "#", and pointers are numbered
-    /// in the order of their first appearance, "@1" and so on.
+    /// Returns all lines without time and thread. Source line numbers are replaced by "#", pointers
+    /// by "@1", "@2" and so on in the order of their first appearance.
     std::string transcript() const;
-    /// The same, each thread's lines by themselves behind a line that says so: for threads
-    /// whose lines have no order among each other. The threads come in the order of their
-    /// first lines.
+    /// The same, grouped by thread, with a heading for each. For threads whose lines interleave
+    /// differently in each run. The threads are in the order of their first lines.
     std::string transcriptByThread() const;
-    /// The texts alone, each ended by a newline.
+    /// Returns only the texts, each followed by a newline.
     std::string texts() const;
 
 private:

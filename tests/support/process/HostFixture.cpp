@@ -1,4 +1,3 @@
-// Runs the daemon, a private bus and a mock of BlueZ for a test.
 #include "tests/support/process/HostFixture.h"
 
 #include <sys/socket.h>

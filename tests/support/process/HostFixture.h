@@ -1,5 +1,5 @@
-// A directory of its own for each test, in which it runs the daemon, a private bus
-// and a mock of BlueZ as it needs them.
+// Fixtures for tests of the host platform. Each test has its own directory, in which it can run the
+// daemon, a private bus and a mock of BlueZ.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,36 +17,38 @@ class HostFixture : public testing::Test {
 protected:
     HostFixture();
 
-    /// A daemon that still runs must end in order: the checkers of memory and threads
-    /// report by the exit status.
+    /// Terminates a daemon that is still running and expects exit status 0: the sanitizers report
+    /// errors through the exit status.
     void TearDown() override;
 
     /// Starts the daemon with a plugin and waits until the plugin has been loaded.
     void startDaemon(const std::string& plugin = EVENT_LOG_PLUGIN,
                      const std::map<std::string, std::string>& environment = {});
 
-    /// The daemon's next line that contains `text`, or an empty one after a time limit.
+    /// Waits for the daemon's next line that contains `text`. Fails the test and returns an empty
+    /// string after a time limit.
     std::string nextLine(const std::string& text);
 
-    /// The part of the next line of the event-log plugin for `event` behind its name.
+    /// Waits for the event-log plugin's next line for `event` and returns its text after the name.
     std::string nextEvent(const std::string& event);
 
-    /// A connection to the daemon's socket, over which nothing has been said yet.
+    /// Returns a new connection to the daemon's socket, on which nothing has been sent.
     int connectPeer() const;
 
-    /// Runs `corvane emit` until the daemon takes the event.
+    /// Runs `corvane emit` repeatedly until the daemon accepts the event.
     void expectServedAgain() const;
 
-    /// Runs `corvane` with the daemon's socket.
+    /// Runs `corvane` with the daemon's socket until it ends.
     ChildProcess::Result tool(const std::vector<std::string>& arguments) const;
 
     /// Starts `corvane` with the daemon's socket.
     std::unique_ptr<ChildProcess> startTool(const std::vector<std::string>& arguments) const;
 
-    /// Writes a file of settings; returns the environment with which a daemon reads it.
+    /// Writes a settings file. Returns the environment with which a daemon reads it.
     std::map<std::string, std::string> withSettings(const std::string& text) const;
 
-    /// Runs any program where the private bus is the system bus. Expects success.
+    /// Run a program that uses the private bus as the system bus. run() expects success and returns
+    /// the output.
     std::string run(std::vector<std::string> command) const;
     ChildProcess::Result runAnyhow(std::vector<std::string> command) const;
 
@@ -60,7 +62,7 @@ protected:
     std::unique_ptr<ChildProcess> m_daemon;
 };
 
-/// The same with a private bus and BlueZ on it.
+/// Adds a private bus with a mock of BlueZ.
 class BluezFixture : public HostFixture {
 protected:
     static constexpr const char* ADAPTER = "/org/bluez/hci0";
@@ -70,14 +72,16 @@ protected:
     void startBus();
     void startBluez();
 
-    /// A method of the mock, as `busctl call` takes its arguments.
+    /// Calls a method of the mock. The arguments have the form of `busctl call`.
     void mock(const std::vector<std::string>& methodAndArguments) const;
 
-    /// Changes properties of an object, given as gdbus takes a dictionary, with the signal.
+    /// Changes properties of an object and emits the signal for that. `properties` is a dictionary
+    /// in the syntax of gdbus.
     void update(const std::string& path, const std::string& interface,
                 const std::string& properties) const;
 
-    /// Starts all, with an adapter that is on, and waits until the daemon has seen it.
+    /// Starts the bus, the mock with an adapter that is on, and the daemon. Waits until the daemon
+    /// has found the adapter.
     void startWithAdapter();
     void addDevice() const;
 

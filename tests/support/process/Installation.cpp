@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A compiler may have to share the machine with another build.
+// Long enough for a compiler that shares the machine with another build.
 constexpr std::chrono::minutes LIMIT{4};
 
 void cmakeInstall(const std::vector<std::string>& options,
@@ -26,8 +26,8 @@ void cmakeInstall(const std::vector<std::string>& options,
 
 }  // namespace
 
-// In the build tree, because other users can write to the temporary directory and `corvane` warns
-// about plugins there.
+// The directory is in the build tree: other users can write to the temporary directory, so
+// `corvane` warns about plugins there.
 Installation::Installation() : m_directory(fs::current_path()), m_prefix(root() / "first") {}
 
 void Installation::install(const std::string& component) {

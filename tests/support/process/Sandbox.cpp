@@ -9,14 +9,14 @@
 
 namespace {
 
-/// A program with its arguments that is to run the daemon; none by default.
+/// Returns the command, with its arguments, that runs the daemon. Empty by default.
 std::vector<std::string> wrapper() {
     const char* const set = std::getenv("CORVANE_DAEMON_WRAPPER");
     std::istringstream words(set == nullptr ? "" : set);
     return {std::istream_iterator<std::string>(words), {}};
 }
 
-// Generous: a run under a thread checker on a busy machine, and more in a wrapper.
+// Long enough for ThreadSanitizer on a busy machine. A wrapper needs more time.
 const std::chrono::seconds LIMIT{wrapper().empty() ? 40 : 240};
 
 std::vector<std::string> daemonCommand() {
@@ -35,9 +35,9 @@ std::string withOption(const char* variable, const std::string& option) {
 Sandbox::Sandbox() {
     m_command = daemonCommand();
     m_preloaded = PLATFORM_RECORDER;
-    // The recorder is loaded before the address checker's own library.
+    // The recorder is preloaded before AddressSanitizer's library, which would report that.
     m_checkerOptions = "verify_asan_link_order=0";
-    // A busy machine is slow, and that is no part of what the daemon has to say.
+    // On a busy machine callbacks are slow; don't report that in the log.
     setSettings("[callbacks]\nslow_ms = 0\n");
     setEnvironment("ECORE_NO_SYSTEM_MODULES", "1");
     setEnvironment("CORVANE_PLATFORM_CONF", "platform.conf");
@@ -136,7 +136,7 @@ void Sandbox::launch() {
     m_daemon = std::make_unique<ChildProcess>(options());
 }
 
-// A starter is a program like any other, into which nothing is to be loaded.
+// Only the daemon gets the preloaded libraries, not the starter.
 ChildProcess::Options Sandbox::options() const {
     auto options = DaemonDirectory::daemon();
     std::erase(options.unset, "ECORE_NO_SYSTEM_MODULES");

@@ -1,5 +1,5 @@
-// A directory in which a test starts the daemon: with plugins, a marker file and a
-// product type as the test wants them, on a host platform that finds no bus.
+// A directory in which a test starts the daemon on a host platform without a bus. The test chooses
+// the plugins, the marker file and the product type.
 #pragma once
 
 #include <filesystem>
@@ -11,57 +11,59 @@
 #include "tests/support/process/DaemonDirectory.h"
 #include "tests/support/process/DaemonLog.h"
 
-/// How a daemon ended and what it wrote.
+/// The exit status of a daemon and its log.
 struct Outcome {
-    int status;  // as of ChildProcess::wait
+    int status;  // as returned by ChildProcess::wait
     Log log;
 };
 
-/// Owner: the test, on whose thread everything happens. The daemon logs at level debug, and slow
-/// callbacks are not reported.
-/// The environment variable CORVANE_DAEMON_WRAPPER names a program to run the daemon in.
+/// The daemon logs at level debug and doesn't report slow callbacks. The environment variable
+/// CORVANE_DAEMON_WRAPPER contains a command that runs the daemon, for instance a memory checker.
+///
+/// Owner: the test. Threads: only the test's.
 /// Errors: std::runtime_error for a daemon that doesn't start or doesn't end in time.
 class Sandbox : public DaemonDirectory {
 public:
     Sandbox();
 
-    /// Where the built library of the fixture `fixture` lies.
+    /// Returns the path of the built library of a fixture plugin.
     static std::filesystem::path libraryOf(const std::string& fixture);
-    /// Puts a copy of it into the plugin directory.
+    /// Copies that library into the plugin directory, as file `name`.
     void addPlugin(const std::string& name, const std::string& fixture = "ordinary");
     void addMarkerFile();
     void setSystemInformation(const std::string& text);
     void setProductType(int type);
-    /// Names of calls, separated by blanks, that are to fail or to throw.
+    /// Set the names, separated by spaces, of the platform calls that fail or throw.
     void failPlatformCalls(const std::string& names);
     void throwFromPlatformCalls(const std::string& names);
     void setArguments(const std::vector<std::string>& arguments);
-    /// The daemon is started by this command, which gets the daemon's own as its arguments.
+    /// Starts the daemon through another command, which receives the daemon's command line as its
+    /// arguments.
     void setStarter(const std::vector<std::string>& starter) { m_starter = starter; }
-    /// Loaded into the daemon before anything else.
+    /// Preloads a library into the daemon, before the other preloaded libraries.
     void preload(const std::filesystem::path& library);
-    /// For daemons that are not to shut the main-loop library down: what that allocated for
-    /// itself is then left behind.
+    /// Disables the leak detector. For daemons that don't shut the main-loop library down, so that
+    /// its memory is not freed.
     void ignoreLeaks();
-    /// For daemons that are to end by the signal of their crash, also where a checker
-    /// would report it.
+    /// For daemons that must end by the signal of their crash. Prevents a sanitizer from handling
+    /// the signal.
     void leaveCrashesAlone();
 
-    /// Starts the daemon, and no more.
+    /// Starts the daemon without waiting.
     void launch();
-    /// Starts the daemon and waits until it has started.
+    /// Starts the daemon and waits until its initialisation is complete.
     void start();
-    /// What `corvane emit` with these words said.
+    /// Runs `corvane emit` with these arguments and returns its output.
     std::string emit(const std::vector<std::string>& words);
-    /// Ends the started daemon with SIGTERM.
+    /// Terminates the daemon with SIGTERM.
     Outcome terminate();
-    /// Waits until the daemon, started or not, ends by itself.
+    /// Waits until the launched daemon ends by itself.
     Outcome wait();
 
     Outcome startAndTerminate();
     Outcome runToItsEnd();
 
-    /// The log of the daemon up to now.
+    /// Returns the log of the daemon so far.
     Log log() const { return Log(m_daemon->errors()); }
     ChildProcess& daemon() { return *m_daemon; }
 

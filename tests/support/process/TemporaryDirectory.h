@@ -1,4 +1,4 @@
-// A directory that lasts as long as the object.
+// A new directory that is removed, with its content, when the object is destroyed.
 #pragma once
 
 #include <stdlib.h>
@@ -8,7 +8,7 @@
 #include <string>
 #include <system_error>
 
-/// Owner: the test. Errors: what the system refuses is thrown as std::system_error.
+/// Owner: the test. Errors: failures of system calls are thrown as std::system_error.
 class TemporaryDirectory {
 public:
     explicit TemporaryDirectory(
