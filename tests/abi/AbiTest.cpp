@@ -1,5 +1,5 @@
-// Plugins built for a frozen release keep working: the operations stand where they
-// stood, reach what they reached, and events look as they looked.
+// Plugins built for a frozen release keep working: the operations have the same vtable slots and
+// the same effect, and the arguments of events have the same layout.
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ using testing::SizeIs;
 
 namespace {
 
-/// The folders v* beside this file, each a release.
+/// Returns the names of the folders v* beside this file. Each folder is a release.
 std::vector<std::string> frozenReleases() {
     std::vector<std::string> releases;
     for (const auto& entry : std::filesystem::directory_iterator(CORVANE_ABI_DIR)) {

@@ -1,5 +1,5 @@
-// A plugin as it was built for a frozen release: compiled against that release's
-// headers, table of events and record descriptions, whatever they are today.
+// A plugin of a frozen release. It is compiled with the headers, the event table and the record
+// descriptions of that release, not with the current ones.
 #include "tests/abi/FrozenPlugin.h"
 
 #include <IRequestBroker.h>

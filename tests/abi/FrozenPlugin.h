@@ -1,23 +1,23 @@
-// Between the test and the plugin of a frozen release. Plain types only: the two are
-// compiled against different headers.
+// The interface between the test and the plugin of a frozen release. It uses plain types only,
+// because the two are compiled with different versions of the headers.
 #pragma once
 
 #include <cstddef>
 
-/// The receiver of the events. Owned by the test.
+/// Receives the events. Owned by the test.
 struct FrozenListener {
-    /// `event` is the arguments as text, as the release's headers see them; it may
-    /// contain zeros.
+    /// `event` holds the arguments as text, as the release's headers define them. It may contain
+    /// zero bytes.
     void (*receive)(FrozenListener* self, const char* event, std::size_t length);
 };
 
-/// One operation, called through the release's own class.
+/// An operation of the broker, called through the class of the release's header.
 struct FrozenOperation {
     const char* name;
-    const char* platformCall;  // where it ends for the first or last subscriber, or null
+    const char* platformCall;  // called for the first or last subscriber; null if there is none
     int (*call)(void* broker, FrozenListener* listener);
 };
 
-/// All operations in the order of the release; valid while the plugin is loaded.
+/// Returns all operations in the order of the release. They are valid while the plugin is loaded.
 using FrozenOperations = const FrozenOperation* (*)(int* count);
 constexpr const char* FROZEN_OPERATIONS_SYMBOL = "FROZEN_OPERATIONS";

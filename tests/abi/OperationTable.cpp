@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::size_t DESTRUCTOR_SLOTS = 2;
 
-/// How many slots there are from the first on: the symbol holds two words before it.
+/// Returns the number of slots. The vtable's symbol begins before the first slot, so the end of the
+/// symbol is used.
 std::size_t slotCount(void** table) {
     Dl_info info;
     void* symbol = nullptr;
@@ -46,7 +47,7 @@ std::string nameIn(const std::string& operation) {
     return operation.substr(0, operation.find('('));
 }
 
-/// Where the operation of that name is in `operations`, as a half sentence.
+/// Returns a clause that says where the operation of that name is in `operations`.
 std::string whereabouts(const std::string& operation, const std::vector<std::string>& operations) {
     const auto found =
         std::find_if(operations.begin(), operations.end(),

@@ -1,16 +1,15 @@
-// The broker's table of virtual functions as the program has it, and what has moved in
-// it since another.
+// Reads the broker's vtable in this program, and compares it with an earlier one.
 #pragma once
 
 #include <string>
 #include <vector>
 
-/// The operations behind the destructor, in the order of their slots, each as
-/// "name(parameter types)" with all type aliases resolved. Needs a program that
-/// exports its symbols. Throws std::runtime_error where a slot has no name.
+/// Returns the operations after the destructor, in the order of their slots, each as
+/// "name(parameter types)" with all type aliases resolved. The program must export its symbols.
+/// Throws std::runtime_error if a slot has no symbol.
 std::vector<std::string> operationTable();
 
-/// A line for each slot of `was` that holds something else `now`, at most five and the
-/// number of the others; empty if there is none. What is new at the end doesn't count.
+/// Returns a line for each slot of `was` that differs in `now`. After five lines, only the number
+/// of the others is added. Ignores new operations at the end. Returns "" if nothing has moved.
 std::string movedOperations(const std::vector<std::string>& was,
                             const std::vector<std::string>& now);

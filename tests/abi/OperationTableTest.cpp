@@ -1,4 +1,4 @@
-// What a moved operation looks like in the report.
+// The report about moved operations.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

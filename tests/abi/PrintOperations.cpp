@@ -1,4 +1,5 @@
-// Prints the broker's operations in the order of their slots, for a frozen reference.
+// Prints the broker's operations in the order of their slots. `script/check/abi --freeze` stores
+// the list.
 #include <cstdio>
 
 #include "tests/abi/OperationTable.h"

@@ -1,4 +1,4 @@
-// Everything of the plugin ABI reachable from one exported function, for abidw.
+// Exports a function from which all types of the plugin ABI are reachable, for abidw.
 #include <IRequestBroker.h>
 
 extern "C" IRequestBroker* corvane_plugin_abi(IRequestBroker* broker);

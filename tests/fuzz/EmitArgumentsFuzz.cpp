@@ -1,5 +1,5 @@
-// The words of `corvane emit`: the daemon reads from the message just the values that were
-// given, or the words are refused with a reason and nothing else happens.
+// Fuzzes the arguments of `corvane emit`. Either they are rejected with a reason, or the daemon
+// reads exactly the given values from the message.
 #include <sys/socket.h>
 #include <systemd/sd-bus.h>
 
@@ -25,7 +25,7 @@ struct Release {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
 
-/// A connection that messages can be made for. Nothing is sent.
+/// Returns a connection for which messages can be created. Nothing is sent.
 sd_bus* makeBus() {
     int ends[2];
     REQUIRE(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) == 0);
@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const auto index = input.byte();
     std::string text = input.rest();
-    std::erase(text, '\0');  // no command line has one
+    std::erase(text, '\0');  // a command line can't contain zero bytes
     std::istringstream lines(text);
     std::string name;
     if (index < allEvents().size()) {

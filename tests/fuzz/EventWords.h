@@ -1,4 +1,4 @@
-// The values of an event written down again, as `corvane emit` and scenarios take them.
+// Formats the values of an event as arguments of `corvane emit` and of scenarios.
 #pragma once
 
 #include <string>
@@ -7,6 +7,6 @@
 #include "platform/host/events/EventTable.h"
 #include "platform/host/events/Values.h"
 
-/// key=value for every argument and record field that has a value.
+/// Returns "name=value" for every argument and record field.
 std::vector<std::string> wordsOf(const corvane::host::Event& event,
                                  const corvane::host::Values& values);

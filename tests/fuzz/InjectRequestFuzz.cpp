@@ -1,5 +1,6 @@
-// Whatever bytes a peer sends to the socket for injection: the server answers what it can
-// read, each answer says what really became of the event, and the next peer is served.
+// Fuzzes the bytes that a peer sends to the injection socket. The server must answer the requests
+// that it can read, each answer must report the event's actual result, and the server must serve
+// the next peer.
 #include <Ecore.h>
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
@@ -29,7 +30,7 @@ namespace {
 
 using corvane::host::allEvents;
 
-/// A callback for each kind of event: reads all it is lent to the last byte.
+/// A callback for each kind of event. It reads all bytes of its arguments.
 template <typename Function>
 struct Reader;
 template <typename... All>
@@ -46,7 +47,7 @@ struct Reader<void (*)(All...)> {
     }
 };
 
-/// The platform with its injection, for the life of the process.
+/// The host platform with its injection server. It exists as long as the process.
 class Platform {
 public:
     unsigned calls = 0;
@@ -67,14 +68,14 @@ public:
 #undef EVENT
     }
     ~Platform() {
-        bt_product_deinit();  // the main loop's objects would count as leaks
+        bt_product_deinit();  // otherwise the main loop's objects are reported as leaks
         std::error_code ignored;
         fs::remove_all(m_directory, ignored);
     }
     Platform(const Platform&) = delete;
     Platform& operator=(const Platform&) = delete;
 
-    /// All the server answers a peer that sends `request` and nothing more.
+    /// Sends `request` on a new connection and returns everything that the server answers.
     std::string answer(const std::string& request) const {
         const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
         sockaddr_un address{};
@@ -122,7 +123,8 @@ std::string signatureOf(const corvane::host::Event& event) {
     return signature;
 }
 
-/// A call of one of the server's methods, mostly of the right types.
+/// Reads a call of one of the server's methods, mostly with the correct argument types. Sets
+/// `tellsCallbacks` if it is an event's method, whose answer is the number of callbacks called.
 std::string readCall(Input& input, std::uint32_t serial, bool& tellsCallbacks) {
     const std::size_t method = input.byte();
     const bool otherTypes = (method & 0x80) != 0;
@@ -146,7 +148,7 @@ std::string readCall(Input& input, std::uint32_t serial, bool& tellsCallbacks) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static Platform platform;
     Input input(data, size);
-    // The first call is in order: whatever came before, the server answers it.
+    // The first call is valid. The server must answer it, whatever earlier peers have sent.
     std::string request = dbusGreeting() + dbusCall(1, "BtAvrcpVolumeNotify", "", "");
     std::set<std::uint32_t> events{1};
     const bool anyBytes = input.upTo(7) == 7;

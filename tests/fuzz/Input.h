@@ -1,4 +1,4 @@
-// What a fuzz target makes its values of, and how it says that a property doesn't hold.
+// Tools of the fuzz targets: a reader that makes values from the fuzzer's bytes, and an assertion.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-/// Ends the process, which is what makes a finding.
+/// Aborts the process if the condition is false. The fuzzer reports that as a crash.
 #define REQUIRE(holds)                                                               \
     do {                                                                             \
         if (!(holds)) {                                                              \
@@ -17,7 +17,8 @@
         }                                                                            \
     } while (false)
 
-/// Reads values from the front of the bytes; behind their end everything is zero.
+/// Reads values from the fuzzer's bytes, front to back. After the end, numbers are zero and texts
+/// are empty.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : m_data(data), m_size(size) {}
@@ -28,7 +29,7 @@ public:
 
     bool flag() { return (byte() & 1) != 0; }
 
-    /// From 0 to `most`.
+    /// Returns a number from 0 to `most`.
     unsigned upTo(unsigned most) { return byte() % (most + 1); }
 
     template <typename Number>
@@ -39,10 +40,10 @@ public:
         return value;
     }
 
-    /// Up to 255 bytes of any kind, behind a byte that tells how many.
+    /// Reads a length byte and returns that many bytes, at most 255.
     std::string bytes() { return take(byte()); }
 
-    /// The same without zeros, as a C string is.
+    /// The same without zero bytes, for use as a C string.
     std::string text() {
         auto text = bytes();
         std::erase(text, '\0');
@@ -64,5 +65,5 @@ private:
     std::size_t m_size;
 };
 
-/// What libFuzzer, and Replay.cpp in its place, calls.
+/// The entry point that libFuzzer, or Replay.cpp instead, calls with each input.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

@@ -1,5 +1,5 @@
-// Which files of a plugin directory are plugins, and in which order they are loaded: the
-// daemon's own code against a second writing of its rules, over file names of any kind.
+// Fuzzes the file names in a plugin directory. Compares which files the daemon's code accepts as
+// plugins, and their load order, with an independent implementation of the rules.
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -38,7 +38,7 @@ struct Product {
     }
 };
 
-/// The directory, made once and emptied after each run.
+/// The plugin directory. It is created once and emptied after each run.
 class Directory {
 public:
     Directory() {
@@ -57,7 +57,7 @@ public:
 
     fs::path plugins() const { return m_path / "plugins"; }
 
-    /// Whether what stands there now can be loaded from, whatever its name.
+    /// Creates an entry of a kind. Returns true if it can be loaded, apart from its name.
     bool add(const std::string& name, unsigned kind) const {
         const auto path = plugins() / name;
         switch (kind) {
@@ -86,7 +86,7 @@ private:
     fs::path m_path;
 };
 
-/// A name that a file may have, or nothing.
+/// Reads a valid file name, or "".
 std::string fileName(Input& input) {
     const unsigned known = input.upTo(9);
     std::string name = known < std::size(KNOWN_NAMES) ? KNOWN_NAMES[known] : input.text();
@@ -102,7 +102,8 @@ bool endsAsPlugin(const std::string& name) {
     return name.size() > 2 && name.compare(name.size() - 3, 3, ".so") == 0;
 }
 
-/// As the standard queue orders them, put in as they were found.
+/// Returns the order in which a std::priority_queue returns the names, if they are inserted in the
+/// order in which they were found.
 std::vector<std::string> expectedOrder(const std::list<std::string>& found,
                                        const Product& product) {
     using Item = std::pair<int, std::string>;

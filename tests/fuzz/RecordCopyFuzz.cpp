@@ -1,5 +1,5 @@
-// A platform's record of any content reaches a plugin as a copy that owns all it points to:
-// the platform's own is gone, and so is the event's source, when the plugin looks at it.
+// Fuzzes the content of the platform's records. A plugin must receive a deep copy: the platform's
+// record and the event source are destroyed before the plugin reads the copy.
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,8 +13,8 @@
 
 namespace {
 
-/// A plugin's function: writes the record it receives, the last argument before the user
-/// data, into the string its user data points to.
+/// A plugin's callback. It writes the received record, its last argument before the user data, as
+/// text into the string to which the user data points.
 template <typename Function>
 struct Plugin;
 template <typename... All>
@@ -27,8 +27,8 @@ struct Plugin<void (*)(All...)> {
     }
 };
 
-/// Delivers an event of `Source` twice, and lets the second task end without being run
-/// if it may. `expected` is what the plugin is to receive.
+/// Delivers an event of `Source` twice. Destroys the second task without running it unless
+/// `runsBoth`. `expected` is the record that the plugin must receive, as text.
 template <typename Source, typename... Args>
 void deliver(std::unique_ptr<SampleBuffers> buffers, const std::string& expected, bool runsBoth,
              Args... args) {
@@ -61,7 +61,7 @@ public:
 
     char* textOrNull() { return m_input.flag() ? nullptr : text(); }
 
-    /// An array with as many strings as `count` says, or a few if that isn't positive.
+    /// Reads an array of `count` strings, or of one string if `count` isn't positive.
     char** texts(int count, bool mayBeNull) {
         std::vector<std::string> texts(static_cast<std::size_t>(count > 0 ? count : 1));
         std::vector<bool> nulls;
@@ -76,14 +76,15 @@ public:
         return array;
     }
 
-    /// Exactly as many bytes as `length` says: one that is read beyond them shows.
+    /// Reads a buffer of exactly `length` bytes, so that AddressSanitizer reports a read after
+    /// them.
     char* bytes(int length) {
         auto bytes = m_input.bytes();
         bytes.resize(static_cast<std::size_t>(length > 1 ? length - 1 : 0));
         return m_buffers->text(bytes);
     }
 
-    /// From -2 to 29.
+    /// Reads a number from -2 to 29.
     int count() { return static_cast<int>(m_input.upTo(31)) - 2; }
     int number() { return m_input.number<int>(); }
     bool flag() { return m_input.flag(); }
@@ -197,7 +198,7 @@ void socketData(RecordInput input) {
     deliver<BtSocketDataReceivedCb>(input.takeBuffers(), text, input.flag(), record);
 }
 
-// The platform's address always has 18 bytes, and no more are its copy.
+// The platform's address buffer always has at least 18 bytes. Only 18 bytes are copied.
 void battery(RecordInput input) {
     auto buffers = std::make_unique<SampleBuffers>();
     auto* record = input.record<bt_hid_battery_status_info_s>();
@@ -222,7 +223,7 @@ void key(RecordInput input) {
     deliver<BtAvrcpKeyEventReceivedCb>(input.takeBuffers(), text, input.flag(), record);
 }
 
-// A task of this kind that doesn't run leaves its address behind.
+// A task of this kind leaks its address if it doesn't run, so both tasks run.
 void connection(RecordInput input) {
     auto* record = input.record<bt_device_connection_info_s>();
     *record = {input.text(), input.flag() ? BT_DEVICE_LINK_LE : BT_DEVICE_LINK_BREDR,

@@ -1,5 +1,5 @@
-// Stands in for libFuzzer in builds of any compiler: runs a target over all files of the
-// directories given.
+// Replaces libFuzzer in builds without it: runs a fuzz target on all files of the given
+// directories.
 #include <exception>
 #include <filesystem>
 #include <fstream>

@@ -1,5 +1,5 @@
-// A scenario of any text is played as it is written, or refused with the line of the
-// mistake and nothing else: what was read, written down again, reads the same.
+// Fuzzes the text of a scenario. Either it is rejected with the line of the mistake, or the parsed
+// scenario can be written and parsed again with the same result.
 #include <algorithm>
 #include <cstdlib>
 #include <sstream>
@@ -17,7 +17,7 @@ using namespace corvane::tool;
 
 std::string quoted(const std::string& word) {
     std::string text = "\"";
-    REQUIRE(word.find('\0') == word.npos);  // no message could carry it
+    REQUIRE(word.find('\0') == word.npos);  // a D-Bus string can't contain it
     for (const char letter : word) {
         if (letter == '"' || letter == '\\') {
             text += '\\';

@@ -1,5 +1,6 @@
-// A settings file of any content: nothing but usable settings comes of it, every complaint
-// names the file and a line of it, and what was read can be written down and read again.
+// Fuzzes the content of a settings file. All settings that are read must be valid, every complaint
+// must name the file and the line, and the settings must be the same after writing and reading them
+// again.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -17,7 +18,7 @@ namespace {
 
 using namespace corvane::host;
 
-/// A file that has a path, but no place on a disk.
+/// A file in memory that has a path.
 class MemoryFile {
 public:
     explicit MemoryFile(std::string_view text) : m_fd(memfd_create("settings", MFD_CLOEXEC)) {

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
-"""Applies the faults of faults.toml, one at a time, to copies of the tree and runs the tests there.
+"""Mutation testing: applies the faults of faults.toml, one at a time, to copies of the source tree
+and runs the tests there.
 
-run.py [--check] [TEXT...]: the faults whose names contain one of the texts, by default all. Prints
-which tests caught how many faults, and which faults survived. Exits with 1 if fewer than 95 % are
-caught, if a fault survives without a reason, or if one is caught although it has a reason.
+run.py [--check] [TEXT...]: tries the faults whose names contain one of the texts, by default all.
+Prints how many faults each level of tests caught, and which faults survived. Exits with 1 if fewer
+than 95 % are caught, if a fault survives without a reason (its `survives`), or if a fault with such
+a reason is caught.
 With --check it only checks that each fault's old text occurs exactly once in its file. Run it from
 the top of the tree.
 """
@@ -21,8 +23,8 @@ from pathlib import Path
 
 PLACE = Path("build/mutations")
 MUST = 0.95
-# The programs of each level, the cheapest level first. A time-out counts as caught. For a fault with
-# `by` only the program and tests named there are run.
+# The test programs of each level, the fastest level first. A time-out counts as caught. For a fault
+# with `by`, only the program and the tests named there are run.
 LEVELS = {
     "unit": ["unit"],
     "model": ["model_task_context"],
@@ -35,7 +37,7 @@ ENVIRONMENT = os.environ | {"ECORE_NO_SYSTEM_MODULES": "1"}
 
 
 class Worker:
-    """A copy of the tree with a build of its own."""
+    """A copy of the source tree with its own build directory. Used by one thread."""
 
     def __init__(self, number):
         self.tree = PLACE / str(number) / "tree"
@@ -72,7 +74,7 @@ class Worker:
                 raise RuntimeError(f"{level} fails without any fault, see {self.log.name}")
 
     def holds(self, targets, tests="*"):
-        """Whether these programs' tests pass; None when they can't be built."""
+        """Returns True if the tests of these programs pass, None if the build fails."""
         for target in targets:
             if subprocess.run(["cmake", "--build", str(self.build), "-j1", "--target", target],
                               stdout=self.log, stderr=subprocess.STDOUT).returncode != 0:
@@ -82,7 +84,7 @@ class Worker:
                    for target in targets)
 
     def catch(self, fault):
-        """The level, or program, that notices the fault, or None."""
+        """Returns the level, or the program of `by`, that catches the fault, or None."""
         levels, tests = LEVELS, "*"
         if "by" in fault:
             program, tests = fault["by"]
@@ -107,7 +109,7 @@ class Worker:
 
 
 def misplaced(fault):
-    """Why the fault can't be applied, or nothing."""
+    """Returns why the fault can't be applied, or an empty string."""
     if not Path(fault["file"]).is_file():
         return f"{fault['name']}: there is no file {fault['file']}"
     if (count := Path(fault["file"]).read_text().count(fault["old"])) != 1:
@@ -136,7 +138,8 @@ def main():
     lock = threading.Lock()
     caught, survivors, errors = Counter(), [], []
 
-    # Neighbours in the list change the same file, so each worker takes faults from its own end.
+    # Neighbouring faults change the same file, so the two workers start at opposite ends of the
+    # list: then each rebuilds fewer files.
     def work(number):
         try:
             worker = Worker(number)

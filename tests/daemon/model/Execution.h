@@ -1,5 +1,5 @@
-// Carries a program out on a context, be it the product's or the reference: each of the
-// program's actors is a thread, and what an operation or a task comes to is recorded.
+// Executes a program on a task context, either the product's or the reference model. Each actor of
+// the program is a thread. The results of operations and the progress of tasks are recorded.
 #pragma once
 
 #include <exception>
@@ -22,10 +22,10 @@ struct InvokerFailure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// A thread that runs job loops for others, one at a time.
+/// A helper thread that runs the job loops of other threads, one at a time.
 class Carrier {
 public:
-    /// Runs `loop` there, and passes on what it throws.
+    /// Runs `loop` on the helper thread and waits until it returns. Throws what `loop` throws.
     void carry(const std::function<void()>& loop) {
         Scheduler& scheduler = *Scheduler::current();
         if (Scheduler::actor() == m_actor) {
@@ -44,7 +44,7 @@ public:
         }
     }
 
-    /// The thread's body; ends when there is nothing left and `isOver`.
+    /// The body of the helper thread. Returns when no loop is waiting and `isOver` returns true.
     void run(const std::function<bool()>& isOver) {
         m_actor = Scheduler::actor();
         while (true) {
@@ -141,7 +141,8 @@ public:
     }
 
 private:
-    /// Queued jobs don't go with their context.
+    /// Returns a guard if jobs may be left: a context leaks the jobs that are still queued when it
+    /// is destroyed.
     std::unique_ptr<IntendedLeak> intendedLeak() const {
         return m_program.isDrained ? nullptr : std::make_unique<IntendedLeak>();
     }
@@ -154,7 +155,7 @@ private:
         }
     }
 
-    /// Whether the operation succeeded.
+    /// Returns true if the operation returned true, false if it returned false or threw.
     bool perform(const Operation& operation) {
         try {
             const bool result = call(operation);
@@ -202,10 +203,11 @@ private:
         };
     }
 
-    /// Runs what is left; a task that throws leaves what is behind it.
+    /// Runs the jobs that are still queued. A task that throws ends the job loop, so it takes
+    /// several attempts.
     void drain() {
         const Operation initiate{Operation::Kind::Initiate, Entry::Direct, 0, 0, nullptr};
-        constexpr int attempts = 100;  // more than there are tasks that throw
+        constexpr int attempts = 100;  // more than the number of tasks that throw
         for (int i = 0; i < attempts && !perform(initiate); ++i) {
         }
     }

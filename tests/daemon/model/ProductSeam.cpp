@@ -1,6 +1,5 @@
-// Puts the scheduler between the task context and what it is made of: its mutex, its
-// condition variables, the clock and the log. On threads that no scheduler drives,
-// everything is as always.
+// Replaces what the task context uses by the scheduler: its mutexes, condition variables, clock and
+// log. On threads without a scheduler, the original functions are called.
 #include <dlfcn.h>
 #include <dlog.h>
 #include <pthread.h>
@@ -20,7 +19,7 @@ using model::Time;
 
 namespace {
 
-constexpr Time START = std::chrono::seconds(1000);  // of the scheduler's clock
+constexpr Time START = std::chrono::seconds(1000);  // CLOCK_MONOTONIC at the start of a run
 
 template <typename Function>
 Function next(const char* name) {
@@ -37,8 +36,8 @@ Time sinceStart(const timespec& time) {
     return std::chrono::seconds(time.tv_sec) + Time(time.tv_nsec) - START;
 }
 
-// "TPLContext.h : _InvokeJob(<line>)  task is queued\n" as "_InvokeJob  task is queued",
-// and the context's address as "this".
+// Shortens "TPLContext.h : _InvokeJob(<line>)  task is queued\n" to "_InvokeJob  task is queued"
+// and replaces the context's address by "this".
 std::string normalised(std::string_view text) {
     constexpr std::string_view file = "TPLContext.h : ";
     const auto open = text.find('(');
@@ -78,7 +77,7 @@ extern "C" int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept {
 extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex,
                                       clockid_t clock, const timespec* time) {
     if (Scheduler* const scheduler = Scheduler::current()) {
-        // A mutex that isn't driven is free whenever somebody else goes on.
+        // Release a mutex that the scheduler doesn't replace while other threads run.
         Scheduler::Mutex* const own = driven(mutex);
         if (own == nullptr) {
             pthread_mutex_unlock(mutex);

@@ -1,5 +1,5 @@
-// What the threads of a run do: a random program, made from a seed, that knows nothing
-// of who carries it out.
+// A random program, generated from a seed: the operations that the threads of a run perform on a
+// task context. It does not depend on the context that executes it.
 #pragma once
 
 #include <memory>
@@ -14,18 +14,18 @@ struct Task {
 
     int number;
     End end;
-    std::vector<Operation> operations;  // on its own context
+    std::vector<Operation> operations;  // performed by the task, on the context that runs it
 };
 
 /// How an operation's invoker enters the job loop.
 enum class Entry {
     Direct,
-    Late,            // gives way before
-    FailsBefore,     // throws without having entered
-    FailsAfter,      // throws when the loop has returned
-    HoldsException,  // gives way before it passes on what the loop threw
+    Late,            // yields before it enters
+    FailsBefore,     // throws without entering
+    FailsAfter,      // throws after the loop has returned
+    HoldsException,  // yields before it rethrows the loop's exception
     DropsException,
-    OtherThread,  // hands the loop to the carrier thread and waits for it
+    OtherThread,  // runs the loop on the helper thread and waits for it
 };
 
 struct Operation {
@@ -40,8 +40,8 @@ struct Operation {
 
 struct Program {
     std::vector<std::vector<Operation>> actors;
-    bool isOwned;    // the context belongs to a shared pointer
-    bool isDrained;  // nothing is left queued when the context goes
+    bool isOwned;    // the context is owned by a shared pointer
+    bool isDrained;  // no job is queued when the context is destroyed
 };
 
 Program makeProgram(unsigned seed);

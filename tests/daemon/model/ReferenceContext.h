@@ -1,7 +1,6 @@
-// What a task context has to do, step by step, on the scheduler's own mutex and clock:
-// only one thread is ever going on, so these are plain variables. The log lines are
-// part of it, and so are the places where a thread may give way. What is odd and kept
-// is reached by name.
+// The reference model of the task context, on the scheduler's mutexes and clock. Only one thread
+// runs at a time, so its state is plain variables. It writes the same log lines as the product and
+// yields in the same places. `reach` counts each intended oddity by name.
 #pragma once
 
 #include <chrono>
@@ -17,7 +16,7 @@
 
 namespace model {
 
-/// Threads: any of the run's.
+/// Threads: those of the run.
 class ReferenceContext {
 public:
     using Task = std::function<void()>;
@@ -56,7 +55,7 @@ private:
     struct Signal {
         bool done = false;
         bool skipped = false;
-        bool missed = false;  // the waiter has gone
+        bool missed = false;  // the waiter has stopped waiting
         Scheduler::Condition condition;
     };
     struct Job {
@@ -210,7 +209,7 @@ private:
         }
     }
 
-    /// False when the queue is still full at the deadline.
+    /// Returns false if the queue is still full at the deadline.
     bool waitForRoom() {
         const Time deadline = scheduler().now() + m_timeout;
         while (isFull()) {
@@ -344,9 +343,9 @@ private:
     bool m_terminated = false;
     bool m_running = false;
 
-    // For the oddities alone.
-    int m_runner = -1;  // whose thread runs the loop
-    int m_caller = -1;  // whose operation entered it
+    // Used only to detect oddities.
+    int m_runner = -1;  // the actor that runs the job loop
+    int m_caller = -1;  // the actor whose operation entered it
     bool m_isLeaving = false;
     bool m_hasFailed = false;
 };

@@ -1,5 +1,5 @@
-// One run of a program: its scheduler, what happened in it, and which of the kept
-// oddities it reached.
+// One run of a program: its scheduler, the recorded events, and the intended oddities that it
+// reached. An oddity is surprising behaviour that is kept on purpose.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +11,8 @@
 
 namespace model {
 
-/// Owner: the test. Threads: the scheduler's; record and line are for the one that is
-/// going on.
+/// Owner: the test. Only one Run may exist at a time. Threads: record and line are called by the
+/// scheduler's running thread.
 class Run {
 public:
     explicit Run(unsigned seed);
@@ -20,24 +20,25 @@ public:
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
 
-    /// The run under way.
+    /// Returns the run that exists.
     static Run& current();
 
     Scheduler& scheduler() { return m_scheduler; }
 
-    /// Notes an event of the calling actor, without giving way.
+    /// Records an event of the calling actor, without yielding.
     void record(const std::string& event);
-    /// Notes a log line, and gives way unless the actor holds a mutex.
+    /// Records a log line, then yields unless the actor holds a mutex.
     void line(char priority, const std::string& text);
     void reach(const char* oddity) { ++m_oddities[oddity]; }
 
     const std::vector<std::string>& events() const { return m_events; }
     const std::map<std::string, int>& oddities() const { return m_oddities; }
 
-    /// The object whose mutexes the scheduler takes over; none until it is set.
+    /// Sets the object whose mutexes the scheduler replaces.
     void setContext(const void* context, std::size_t size);
     const void* context() const { return m_context; }
-    /// Null for a mutex that is none of the context's.
+    /// Returns the scheduler's mutex for the mutex at `address`, or null if that is not part of the
+    /// context.
     Scheduler::Mutex* mutexAt(const void* address);
     Scheduler::Condition& conditionAt(const void* address) { return m_conditions[address]; }
 
@@ -52,7 +53,7 @@ private:
     std::map<const void*, Scheduler::Condition> m_conditions;
 };
 
-/// "CORVANE_MODEL_SEED=<seed> <this program>"
+/// Returns "replay: CORVANE_MODEL_SEED=<seed> <this program>".
 std::string replayCommand(unsigned seed);
 
 }  // namespace model

@@ -1,6 +1,6 @@
-// Runs several threads one at a time: a seed chooses who goes on at each point where
-// one may give way to another. Time is the scheduler's own and passes only when it
-// chooses to, so nothing here ever really waits for a deadline.
+// A deterministic scheduler that runs several threads one at a time. At each point where a thread
+// may yield, a random generator seeded by the test chooses the next thread. Time is simulated and
+// advances only when the scheduler decides so; no thread really waits for a deadline.
 #pragma once
 
 #include <chrono>
@@ -15,9 +15,10 @@ namespace model {
 
 using Time = std::chrono::nanoseconds;  // since the start of the run
 
-/// Owner: a run of a program. Threads: made by run(); every other operation is for
-/// those threads, of which one at a time is going on. A run in which everybody waits
-/// for ever ends the process, after `onStuck`.
+/// Owner: a run of a program.
+/// Threads: run() creates them. All other operations are called by these threads, of which only
+/// one runs at a time.
+/// Errors: if all threads wait forever (a deadlock), calls `onStuck` and aborts the process.
 class Scheduler {
 public:
     struct Mutex {
@@ -26,15 +27,16 @@ public:
     struct Waiter {
         bool notified = false;
     };
-    /// Who waits, in the order of coming.
+    /// The waiting threads, in the order of arrival.
     using Condition = std::vector<Waiter*>;
 
     Scheduler(unsigned seed, std::function<void()> onStuck);
 
-    /// Calls each of the bodies on a thread of its own until all have returned.
+    /// Calls each body on its own thread and returns when all have returned.
     void run(const std::vector<std::function<void()>>& bodies);
 
-    /// The scheduler and number of the calling thread; null and -1 on any other thread.
+    /// Return the scheduler and the number of the calling thread, or null and -1 if no scheduler
+    /// controls it.
     static Scheduler* current();
     static int actor();
 
@@ -44,19 +46,19 @@ public:
     void yield();
     void waitUntil(std::function<bool()> ready, std::optional<Time> deadline = {});
 
-    /// May give way before the mutex is taken, and after it has been let go.
+    /// lock may yield before it takes the mutex, unlock after it has released it.
     void lock(Mutex& mutex);
     void unlock(Mutex& mutex);
-    /// Whether the calling thread holds a mutex.
+    /// Returns true if the calling thread holds a mutex.
     bool holdsMutex() const;
-    /// Waits for a notification or the deadline, without `mutex` if there is one.
+    /// Waits for a notification or the deadline. Releases `mutex` meanwhile unless it is null.
     void wait(Condition& condition, Mutex* mutex, Time deadline);
     void notifyOne(Condition& condition);
 
 private:
     struct Actor {
         std::binary_semaphore turn{0};
-        std::function<bool()> ready;  // empty: at once
+        std::function<bool()> ready;  // empty if the actor can run at once
         std::optional<Time> deadline;
         int mutexes = 0;
         bool ended = false;
@@ -64,7 +66,7 @@ private:
 
     bool canGoOn(const Actor& actor) const;
     std::optional<Time> nextDeadline() const;
-    /// Null when all have ended.
+    /// Returns the next actor to run, or null if all have ended.
     Actor* choose(const Actor* last);
     unsigned random(std::size_t end);
 

@@ -1,6 +1,6 @@
-// The task context against the reference: for each seed, a random program under a
-// schedule that the seed chooses, carried out by both. Whatever is logged, run, returned
-// or thrown, on which thread and in which order, has to be the same.
+// Compares the task context with the reference model. For each seed, both execute the same random
+// program under the same random schedule. All log lines, tasks, results and exceptions must be the
+// same, in the same order and on the same threads.
 #include <gtest/gtest.h>
 #include <sched.h>
 
@@ -26,7 +26,7 @@ public:
     void _Execute(const std::function<void()>& task) { task(); }
 };
 
-/// What a run came to.
+/// The result of a run.
 struct Outcome {
     std::vector<std::string> events;
     std::map<std::string, int> oddities;
@@ -76,7 +76,8 @@ Outcome runReference(unsigned seed) {
             run.scheduler().steps()};
 }
 
-/// Whether both did the same; if not, says where they part and how to see it again.
+/// Returns true if both runs are the same. Otherwise fails the test with the first difference and
+/// the command that replays the run.
 bool compare(unsigned seed, const Outcome& product, const Outcome& reference) {
     if (product.events == reference.events && product.liveJobs == reference.liveJobs) {
         return true;
@@ -105,7 +106,7 @@ std::optional<unsigned> number(const char* variable) {
                            : std::optional(static_cast<unsigned>(std::strtoul(text, nullptr, 10)));
 }
 
-/// What surprises and is kept; each has to come up.
+/// Surprising behaviour that is kept on purpose. The seeds must reach each of them.
 const std::vector<std::string> ODDITIES{
     "a context that no shared pointer owns threw",
     "a context was destroyed with jobs still queued",
@@ -131,7 +132,8 @@ const std::vector<std::string> ODDITIES{
 
 class TaskContextModelTest : public testing::Test {
 protected:
-    // One thread goes on at a time: handing over is quickest where it stays.
+    // Pins the process to one processor: only one thread runs at a time, and switching between
+    // threads is fastest there.
     static void SetUpTestSuite() {
         cpu_set_t here;
         CPU_ZERO(&here);

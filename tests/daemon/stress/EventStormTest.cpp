@@ -1,5 +1,5 @@
-// Events of every kind from four threads while two others subscribe and unsubscribe.
-// CORVANE_STORM_EVENTS sets how many.
+// Four threads deliver events of every kind while two others subscribe and unsubscribe.
+// CORVANE_STORM_EVENTS sets the number of events.
 #include <bluetooth.h>
 #include <gtest/gtest.h>
 
@@ -29,14 +29,14 @@ unsigned eventsPerThread() {
            DELIVERING_THREADS;
 }
 
-/// The kind of a thread's event: they take turns.
+/// Returns the kind of a thread's event. The kinds follow in turn.
 std::size_t kindOf(Stamp stamp) {
     return (stamp.thread + stamp.number) % stampedEvents().size();
 }
 
-/// A plugin's task invoker that holds producers up when too much waits, however long it
-/// takes. A job that comes in while the runner leaves waits for the next one: so those
-/// who are held up queue some.
+/// A plugin's task invoker. It blocks producers, without a time limit, while too many tasks are
+/// queued. A job that is queued while the runner leaves waits for the next job, so blocked
+/// producers queue empty tasks.
 class StormInvoker : public ITaskInvoker {
 public:
     StormInvoker() { m_executor->Initiate(0, 0); }
@@ -53,7 +53,7 @@ public:
     void runTheRest() {
         m_executor->Schedule([] {});
     }
-    /// From each task.
+    /// Called by each task.
     void done() { ++m_done; }
     long handedIn() const { return m_handedIn; }
 
@@ -65,13 +65,13 @@ private:
     std::atomic<long> m_done = 0;
 };
 
-/// A plugin with its broker; subscribed to nothing yet. Plain numbers on purpose: a
-/// context that runs two tasks at once is a data race.
+/// A plugin with its broker, without subscriptions at first. Its counters are intentionally not
+/// atomic: if the context ran two tasks at once, ThreadSanitizer would report a data race.
 class Plugin : public StampReceiver {
 public:
-    /// One that stays misses nothing.
+    /// A plugin that `stays` is always subscribed and expects every event.
     explicit Plugin(bool stays = false) : m_stays(stays) {}
-    // What waits for the next job would be lost with the context.
+    // Jobs that are still queued would be leaked with the context.
     ~Plugin() override { invoker.runTheRest(); }
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
@@ -115,7 +115,7 @@ private:
         bool holds = !received.number || *received.number >= following;
         if (m_stays) {
             next.number = following;
-            // Events that don't tell who sent them are counted, and no more.
+            // Skip events that don't contain the sending thread. They are only counted.
             while (!stampedEvents()[kindOf(next)]->tellsThread()) {
                 ++next.number;
             }
@@ -131,9 +131,9 @@ private:
     std::array<long, 42> m_counts{};
 };
 
-/// Runs `deliver(stamp)` for each event on the delivering threads, and `change(plugin)`
-/// on the others, each with a plugin of its own, until all is delivered. Those plugins
-/// outlive the storm: a fan-out may still hold one that has unsubscribed.
+/// Calls `deliver(stamp)` for each event on the delivering threads. Meanwhile calls
+/// `change(plugin)` repeatedly on the other threads, each with its own plugin. These plugins must
+/// outlive the storm: a delivery may still use a plugin that has unsubscribed.
 template <typename Deliver, typename Change>
 void storm(std::array<Plugin, SUBSCRIBING_THREADS>& passing, unsigned events, Deliver deliver,
            Change change) {

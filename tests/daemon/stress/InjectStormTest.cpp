@@ -1,5 +1,5 @@
-// Ten thousand injected events in a second, by several peers and from several threads of
-// the platform, up to a plugin of the real daemon.
+// Injects ten thousand events per second into the real daemon. Several peers send them, several
+// platform threads deliver them, and a plugin counts them.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int SENDERS = 4;
 constexpr int EVENTS_PER_SECOND = 10000;
-constexpr int EVENTS = EVENTS_PER_SECOND * STORM_SECONDS / SENDERS;  // of each sender
+constexpr int EVENTS = EVENTS_PER_SECOND * STORM_SECONDS / SENDERS;  // per sender
 constexpr auto PACE = std::chrono::nanoseconds(1'000'000'000LL * SENDERS / EVENTS_PER_SECOND);
 
 class InjectStormTest : public testing::Test {
@@ -27,7 +27,7 @@ protected:
         m_directory.setSettings("[inject]\nthreads = 4\n");
     }
 
-    // One sender's events, at its pace or as fast as the daemon can.
+    // Sends the events of one sender at PACE, or more slowly if the daemon can't keep up.
     void send(int sender) const {
         corvane::tool::InjectClient peer(m_directory.socket());
         const auto& event = *corvane::host::findEvent("bt-adapter-name-changed");

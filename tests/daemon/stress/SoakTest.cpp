@@ -1,6 +1,6 @@
-// The real daemon for a long time, with one plugin that stays and two that come and go:
-// nothing that it allocated, opened or mapped is left behind but the one leak that is
-// kept, and that to the byte. CORVANE_SOAK_SECONDS sets how long.
+// Runs the real daemon for a long time, with one plugin that stays subscribed and two that
+// subscribe and unsubscribe repeatedly. The daemon must not leak memory or files, except for one
+// intended leak, which is checked to the byte. CORVANE_SOAK_SECONDS sets the duration.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -36,12 +36,12 @@ using corvane::host::Values;
 using corvane::tool::InjectClient;
 
 constexpr int SENDERS = 4;
-constexpr int AIMED_AT_PER_SECOND = 6000;  // so that 5000 are reached
+constexpr int AIMED_AT_PER_SECOND = 6000;  // high enough to reach 5000
 constexpr auto PACE = std::chrono::nanoseconds(1'000'000'000LL * SENDERS / AIMED_AT_PER_SECOND);
 constexpr auto MINUTE = std::chrono::seconds(60);
 constexpr auto WARM_UP = std::chrono::seconds(5);
-constexpr int DROPPED = 100;  // discarded behind a termination, and as many refused
-constexpr auto SOUND_SERVER_PERIOD = std::chrono::seconds(3);  // it is looked for every two
+constexpr int DROPPED = 100;  // tasks discarded behind a termination; as many are refused
+constexpr auto SOUND_SERVER_PERIOD = std::chrono::seconds(3);  // the daemon searches every 2 s
 const std::string ADDRESS = "AA:BB:CC:DD:EE:FF";
 
 std::chrono::seconds duration() {
@@ -52,9 +52,9 @@ std::chrono::seconds duration() {
 struct Heap {
     long bytes;
     long blocks;
-    long taskBlocks;  // of the size that threads keep for tasks, in use or kept
+    long taskBlocks;  // blocks of the size that threads keep for tasks, in use or kept
 
-    /// Compares everything but the blocks that threads keep, whose number varies within a bound.
+    /// Ignores taskBlocks: the number of kept blocks varies within a bound.
     bool operator==(const Heap& other) const {
         return bytes == other.bytes && blocks == other.blocks;
     }
@@ -86,7 +86,8 @@ protected:
         }
     }
 
-    /// Says a word to a plugin and waits until it has done it. Returns what it answers.
+    /// Sends a command letter to a plugin and waits until the plugin has executed it. Returns the
+    /// plugin's answer.
     std::string tell(const std::string& plugin, char word) {
         const int pipe =
             open((m_directory.directory() / (plugin + ".control")).c_str(), O_WRONLY | O_CLOEXEC);
@@ -104,9 +105,9 @@ protected:
         return heap;
     }
 
-    /// Returns what is in use when no plugin is subscribed and no delivery is running: the minimum
-    /// over longer than the period of the search for a sound server. Meanwhile it emits events
-    /// without subscribers, so that every delivery thread runs.
+    /// Returns the heap in use while no plugin is subscribed and no delivery is running. It is the
+    /// minimum over more than one period of the search for a sound server. Meanwhile events without
+    /// subscribers are emitted, so that every delivery thread runs.
     Heap settledHeap() {
         const Event& event = *corvane::host::findEvent("bt-adapter-name-changed");
         Heap least = heap();
@@ -123,7 +124,8 @@ protected:
         return least;
     }
 
-    /// One sender's events until `end`, at its pace or as fast as the daemon can.
+    /// Sends events until `end` at PACE, or more slowly if the daemon can't keep up. Returns their
+    /// number.
     long send(int sender, Clock::time_point end) {
         std::vector<Values> values;
         for (const Event& event : allEvents()) {
@@ -142,7 +144,8 @@ protected:
         return sent;
     }
 
-    /// Everybody joins, events come for a time, everybody leaves. Returns how many came.
+    /// Subscribes all plugins, sends events for `time`, and unsubscribes the two plugins that come
+    /// and go. Returns the number of events sent.
     template <typename Watch>
     long round(std::chrono::seconds time, Watch watch) {
         tell("stays", 'j');
@@ -162,8 +165,8 @@ protected:
         return sent;
     }
 
-    /// Drops tasks of connection events on purpose, as many behind a termination as after
-    /// it. Returns what the plugin says about them.
+    /// Makes the daemon drop tasks of connection events: one half is queued behind a termination,
+    /// the other half is refused after it. Returns the plugin's answer about them.
     std::string dropTasks() {
         tell("stays", 'h');
         emitConnections();
@@ -201,11 +204,12 @@ protected:
         return status("Threads") * static_cast<long>(ShortLived::CAPACITY);
     }
 
-    /// What was seen in the first tenth, at most a minute, and afterwards.
+    /// Maximum memory in the first tenth of the time, at most a minute, and afterwards.
     struct Samples {
         long residentEarly = 0;
         long residentLate = 0;
-        // The fewest in each half of the rest: a look for the sound server takes some more.
+        // Minimum in each half of the remaining time: the search for a sound server opens some
+        // files.
         std::ptrdiff_t filesEarly = 1'000'000;
         std::ptrdiff_t filesLate = 1'000'000;
     };

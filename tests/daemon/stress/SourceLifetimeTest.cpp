@@ -1,4 +1,4 @@
-// An event source that loses its last subscriber while several threads fan out of it.
+// An event source loses its last subscriber while several threads deliver its events.
 #include <bluetooth.h>
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ void count(int, bt_adapter_state_e, void* userData) {
     ++*static_cast<std::atomic<int>*>(userData);
 }
 
-/// Brings all threads together inside the fan-out, then unsubscribes on each of them.
+/// Waits until all threads are inside their delivery, then unsubscribes on each of them.
 class LeavingInvoker : public ITaskInvoker {
 public:
     RequestBroker broker{this};

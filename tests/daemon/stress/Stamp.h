@@ -1,6 +1,6 @@
-// The arguments of an event made from who sent it and its number, so that whoever
-// receives it can tell whether it is the right one and has come whole. Nothing here
-// allocates: storms have millions of events.
+// Generates the arguments of an event from its stamp: the sending thread and a sequence number. The
+// receiver can check from them that the event is the expected one and is complete. Nothing here
+// allocates memory, because stress tests send millions of events.
 #pragma once
 
 #include <bluetooth.h>
@@ -23,7 +23,8 @@ struct Stamp {
 
 namespace stamp {
 
-/// "<thread>-<number>-<place>", as long as an address: longer texts are cut in one event.
+/// "<thread>-<number>-<place>". It is as long as a Bluetooth address, because one event truncates
+/// longer texts.
 using Text = std::array<char, 18>;
 
 inline Text textOf(Stamp stamp, unsigned place) {
@@ -38,8 +39,8 @@ inline Text textOf(Stamp stamp, unsigned place) {
     return text;
 }
 
-/// What of a stamp a value can hold: an int all of it, a byte the low bits, a route the
-/// sender, other enumerations and booleans one bit.
+/// Returns the part of a stamp that fits into a value: an int holds all of it, a byte the low bits,
+/// an output route the thread, other enumerations and booleans one bit.
 template <typename T>
 T valueOf(Stamp stamp, unsigned place) {
     const unsigned both = stamp.number << 2 | stamp.thread;
@@ -54,7 +55,8 @@ T valueOf(Stamp stamp, unsigned place) {
     }
 }
 
-/// Fills a record's fields, in memory of its own that is overwritten in the end.
+/// Fills the fields of a record. It owns the texts and arrays, and overwrites them when it is
+/// destroyed.
 class Filler {
 public:
     explicit Filler(Stamp stamp, unsigned place) : m_stamp(stamp), m_place(place) {}
@@ -99,7 +101,8 @@ private:
     std::array<char*, 3> m_array{};
 };
 
-/// Whether a record is what Filler made, and a copy changed in the known ways.
+/// Checks that a received record is what Filler made, apart from the known changes of a copy.
+/// `holds` is the result.
 class Checker {
 public:
     Checker(Stamp stamp, unsigned place) : m_stamp(stamp), m_place(place) {}
@@ -140,7 +143,8 @@ private:
     unsigned m_place;
 };
 
-/// The fields of each record. `repeated` and `lost` are what a discovery's copy does.
+/// Visits the fields of each record. The copy of a discovery record repeats another field instead
+/// of the `repeated` one, and sets the `lost` one to zero.
 template <typename Visitor>
 void visit(bt_class_s& value, Visitor& visitor) {
     visitor.value(value.major_device_class);
@@ -228,7 +232,7 @@ void visit(T& value, Visitor& visitor) {
     visitor.value(value);
 }
 
-/// Who sent a value, and its number, as far as the first field with room for them tells.
+/// Reads the thread and the number of a stamp from the first fields that can hold them.
 class Reader {
 public:
     void text(const char* field) {
@@ -268,7 +272,7 @@ private:
 template <typename T>
 constexpr bool isText = std::is_same_v<T, const char*> || std::is_same_v<T, char*>;
 
-/// An argument of type `T` as the platform lends it.
+/// An argument of type `T`. It is valid as long as this object, which overwrites it at the end.
 template <typename T>
 class Lent {
 public:

@@ -32,7 +32,7 @@ public:
 
     void deliver(Stamp stamp) const override {
         [&]<std::size_t... Index>(std::index_sequence<Index...>) {
-            // What is lent lives until the call has returned.
+            // The temporaries live until the call has returned.
             fake_platform::deliver<Argument<Index>...>(
                 m_setFunction, stamp::Lent<Argument<Index>>(stamp, placeOf(Index)).get()...);
         }
@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t COUNT = sizeof...(All) - 1;  // but for the user data
+    static constexpr std::size_t COUNT = sizeof...(All) - 1;  // without the user data
     using Tuple = std::tuple<All...>;
     template <std::size_t Index>
     using Argument = std::tuple_element_t<Index, Tuple>;

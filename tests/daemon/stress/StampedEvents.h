@@ -1,4 +1,4 @@
-// The 42 kinds of event with arguments made from a stamp.
+// The 42 kinds of event, with arguments generated from a stamp.
 #pragma once
 
 #include <functional>
@@ -10,13 +10,12 @@
 
 class IRequestBroker;
 
-/// A plugin's side of all kinds.
+/// Receives all kinds of event, as a plugin.
 class StampReceiver {
 public:
     virtual ~StampReceiver() = default;
 
-    /// What was received, as far as the event has room for it; `isOf` tells whether all
-    /// arguments are those of a stamp.
+    /// The kind of a received event, and its thread and number if its arguments can hold them.
     struct Received {
         std::size_t kind;
         std::optional<unsigned> thread;
@@ -24,6 +23,7 @@ public:
     };
     class Arguments {
     public:
+        /// Returns true if all arguments are those generated from `stamp`.
         virtual bool areOf(Stamp stamp) const = 0;
 
     protected:
@@ -39,9 +39,9 @@ public:
 
     virtual void subscribe(IRequestBroker& broker, StampReceiver& receiver) const = 0;
     virtual void unsubscribe(IRequestBroker& broker) const = 0;
-    /// As the platform would, in memory that is overwritten on return.
+    /// Delivers the event as the platform does, in memory that is overwritten on return.
     virtual void deliver(Stamp stamp) const = 0;
-    /// Whether the event has room for who sent it.
+    /// Returns true if the arguments can hold the sending thread.
     virtual bool tellsThread() const = 0;
 };
 

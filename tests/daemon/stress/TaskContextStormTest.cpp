@@ -1,4 +1,4 @@
-// One task context, many threads, and tasks that fail: never two tasks at once.
+// Many threads queue tasks, some of which throw. The task context must never run two at once.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int PRODUCERS = 4;
 constexpr int TASKS_PER_THREAD = 50'000;
-constexpr int ONE_IN = 7;  // tasks that throw
+constexpr int ONE_IN = 7;  // one task in seven throws
 
 }  // namespace
 
@@ -23,7 +23,7 @@ TEST(TaskContextStormTest, TasksNeverOverlapAlsoWhenSomeOfThemThrow) {
     fake_platform::recordNothing();
     const auto executor = TaskExecutor::Create();
     executor->Initiate(0, 0);
-    long ran = 0;  // plain on purpose: two tasks at once are a data race
+    long ran = 0;  // not atomic on purpose: ThreadSanitizer reports two tasks at once
     std::atomic<int> inside = 0;
     std::atomic<int> overlaps = 0;
     std::atomic<int> thrown = 0;
@@ -48,7 +48,7 @@ TEST(TaskContextStormTest, TasksNeverOverlapAlsoWhenSomeOfThemThrow) {
             });
         }
     }
-    // What a failed drain or a leaving runner left behind.
+    // Run the tasks that a throwing task or a leaving runner left queued.
     for (bool drained = false; !drained;) {
         try {
             executor->Schedule([] {});
