@@ -1,4 +1,4 @@
-// The agent: the requests of devices and its answers.
+// Tests the agent for pairing and authorization: the requests that it reports and its answers.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -26,7 +26,7 @@ protected:
                                   std::string("[<objectpath '") + DEVICE + "'>" + more + "]"});
     }
 
-    // Name and address of the device follow the type.
+    // Expects the next authentication request to have this type and key.
     void expectRequest(const std::string& type, const std::string& key) {
         EXPECT_EQ(nextEvent("bt-adapter-authentication-req"),
                   "result=0 type=" + type +
@@ -134,7 +134,7 @@ TEST_F(AgentTest, CancelIsAnsweredAndQuestionsGoOn) {
     EXPECT_EQ(ask("RequestPinCode"), "('ok 0000',)\n");
 }
 
-// The daemon is stopped, so that the question and its cancellation arrive together.
+// SIGSTOP pauses the daemon, so that the request and its cancellation arrive together.
 TEST_F(AgentTest, QuestionThatIsCancelledIsNotAnswered) {
     start();
     m_daemon->sendSignal(SIGSTOP);
@@ -149,7 +149,7 @@ TEST_F(AgentTest, QuestionThatIsCancelledIsNotAnswered) {
 
 TEST_F(AgentTest, AnswersNobodyButBluez) {
     start("accept");
-    const auto answer = call("NameOf", {daemonId()});  // as in (':1.5',)
+    const auto answer = call("NameOf", {daemonId()});  // for example (':1.5',)
     const auto begin = answer.find(':');
     const auto name = answer.substr(begin, answer.find('\'', begin) - begin);
     const auto refused =

@@ -1,4 +1,4 @@
-// Audio connections: streaming, volume and remote control.
+// Tests the events for audio connections: streaming, volume and remote control.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -135,7 +135,7 @@ TEST_F(AudioTest, RemoteControlConnectsByTheRolesOfTheRemote) {
     offer(TARGET);
     controlConnected(true);
     EXPECT_EQ(nextEvent("bt-avrcp-control-connection-state-changed"), "connected=true " + ADDRESS);
-    offer(CONTROLLER);  // becomes known only now
+    offer(CONTROLLER);  // its role becomes known after the connection
     EXPECT_EQ(nextEvent("bt-avrcp-target-connection-state-changed"), "connected=true " + ADDRESS);
     controlConnected(false);
     EXPECT_EQ(nextEvent("bt-avrcp-control-connection-state-changed"), "connected=false " + ADDRESS);

@@ -1,4 +1,4 @@
-// BlueZ and the bus start, end and restart.
+// Tests how the daemon handles the start, the end and a restart of BlueZ and of the bus.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -61,7 +61,7 @@ TEST_F(BluezBusTest, BusThatEndsLeavesTheAdapterOffUntilItIsBack) {
     startBluez();
     mock({"AddAdapter", "ss", "hci0", "desk"});
     EXPECT_EQ(nextState(), "result=0 state=on");
-    // Ecore warns about a file descriptor that is closed while it uses it.
+    // Ecore logs a warning about epoll if a file descriptor is closed while Ecore uses it.
     EXPECT_THAT(m_daemon->errors(), Not(HasSubstr("epoll")));
 }
 

@@ -1,4 +1,4 @@
-// Signals of BlueZ and the events that plugins receive.
+// Tests that plugins receive events for the signals of BlueZ.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

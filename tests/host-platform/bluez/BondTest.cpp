@@ -1,4 +1,4 @@
-// Bonds that are created and destroyed, and changes that are neither.
+// Tests the events for bonds that are created and destroyed.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

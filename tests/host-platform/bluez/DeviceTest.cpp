@@ -1,4 +1,4 @@
-// Connections of devices, their services, and GATT and HID connections.
+// Tests the events for device connections, services, batteries, and GATT and HID connections.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Discovery and the devices it finds.
+// Tests discovery and the devices that it finds.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ using testing::StartsWith;
 
 constexpr const char* EVENT = "bt-adapter-device-discovery-state-changed";
 
-// The arguments of an event without a device.
+// The arguments of a discovery event without a device.
 const std::string NOTHING =
     "info={remote_address=\"\" remote_name=\"\" bt_class={major_device_class=0 "
     "minor_device_class=0 major_service_class_mask=0} rssi=0 is_bonded=false service_uuid=[] "

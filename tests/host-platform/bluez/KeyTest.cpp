@@ -1,4 +1,4 @@
-// The keys of remote controls. Pipes replace their input devices.
+// Tests the keys of remote controls. FIFOs replace their input devices.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 
 namespace {
 
-// A pipe in the directory of input devices, with an end to write to.
+// Creates a FIFO in the directory of input devices, and writes input events to it.
 class FakeInput {
 public:
     explicit FakeInput(const std::filesystem::path& file) {

@@ -1,4 +1,4 @@
-// The sockets that BlueZ hands over for its profiles.
+// Tests the sockets that BlueZ passes to the platform for connections of its profiles.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -29,7 +29,7 @@ protected:
         EXPECT_EQ(call("ConnectProfile", {daemonId(), path, DEVICE}), "('ok',)\n");
     }
 
-    // The next event of a connection, with N for the number of its socket.
+    // Returns the next connection event, with N in place of the socket's number.
     std::string nextConnection() {
         return std::regex_replace(nextEvent("bt-socket-connection-state-changed"),
                                   std::regex("socket_fd=[0-9]+"), "socket_fd=N");

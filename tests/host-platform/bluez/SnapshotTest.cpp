@@ -1,4 +1,5 @@
-// The initial state makes no event; the end of a state in it makes one.
+// Tests that the state in which the daemon finds BlueZ causes no events, except that of the
+// adapter, and that the end of such a state causes one.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,7 +17,7 @@ constexpr const char* UUIDS =
 
 class SnapshotTest : public BluezTvFixture {
 protected:
-    // A device with every kind of connection.
+    // Gives the device every kind of connection, and starts discovery.
     void fill() {
         updateDevice(std::string("{'AddressType': <'random'>, 'Paired': <true>, 'Connected': "
                                  "<true>, 'ServicesResolved': <true>, ") +
@@ -30,7 +31,7 @@ protected:
         update(ADAPTER, "org.bluez.Adapter1", "{'Discovering': <true>}");
     }
 
-    // Ends BlueZ and starts it with the adapter alone.
+    // Restarts BlueZ, with the adapter but without the device.
     void restartBluez() {
         m_bluez->terminate();
         EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=off");
@@ -39,7 +40,7 @@ protected:
         EXPECT_EQ(nextEvent("bt-adapter-state-changed"), "result=0 state=on");
     }
 
-    // The lines of the event log except the adapter's state and the markers.
+    // Returns the lines of the event log, without the events of the adapter.
     std::string events() const {
         std::string found;
         const auto log = m_daemon->errors();

@@ -1,4 +1,4 @@
-// The smallest sample plugin does what its comments say.
+// Tests the smallest sample plugin with injected events.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// An exception of a plugin's callback leaves the main loop and ends the daemon in
-// the way it ends on all exceptions.
+// Tests that an exception of a plugin's callback leaves the main loop, and that the daemon logs it
+// and ends with the exit status 255.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@ namespace {
 class ExceptionTest : public BluezFixture {
 protected:
     void startThrowingDaemon() {
-        // On this way out the main-loop library is not shut down: its classes stay allocated,
-        // and a leak checker would change the exit status.
+        // After an exception the daemon does not shut down the main-loop library. Leak detection
+        // would report the library's memory and change the exit status.
         startDaemon(THROWING_PLUGIN, {{"ASAN_OPTIONS", "detect_leaks=0"}});
     }
 

@@ -1,5 +1,5 @@
-// The daemon's log in a real journal, which runs in a private /run of the test's programs, and the
-// daemon with a standard error that cannot be written.
+// Tests the daemon's log in a real journal, which runs with a private /run, and the daemon with a
+// standard error that can't be written.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -62,7 +62,7 @@ protected:
         ASSERT_EQ(waiting.status, 0) << m_journal->errors();
     }
 
-    // Runs a command in the mount namespace of the journal.
+    // Returns a command line that runs `command` in the mount namespace of the journal.
     std::vector<std::string> beside(const std::vector<std::string>& command) const {
         std::vector<std::string> result{"nsenter", "-t", std::to_string(m_journal->id()), "-m"};
         if (geteuid() != 0) {
@@ -77,7 +77,7 @@ protected:
 };
 
 TEST_F(JournalTest, HasTheDaemonsRecordsAndTheStandardErrorHasNone) {
-    // With --merge, journalctl also starts before the journal has its first file.
+    // --merge lets journalctl start before the journal has its first file.
     ChildProcess reader({beside({"journalctl", "--directory=/run/log/journal", "--merge",
                                  "--follow", "--lines=all", "--output=json"})});
     ChildProcess running(daemon(

@@ -1,4 +1,4 @@
-// The warning about callbacks that take too long.
+// Tests the warning about callbacks that take too long.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ using testing::Not;
 
 class SlowCallbackTest : public HostFixture {
 protected:
-    // All the daemon writes with that limit, when a callback takes 20 ms.
+    // Sets slow_ms to `limit` and returns the daemon's log of a callback that takes 20 ms.
     std::string logWithLimit(const std::string& limit) {
         startDaemon(DIRECTED_PLUGIN, withSettings("[callbacks]\nslow_ms = " + limit + '\n'));
         EXPECT_EQ(tool({"emit", "bt-adapter-name-changed", "name=work"}).status, 0);

@@ -1,4 +1,3 @@
-// Runs a sound server and the daemon for a test.
 #include "tests/host-platform/sound/SoundFixture.h"
 
 #include <cstddef>

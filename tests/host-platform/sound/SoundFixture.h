@@ -1,5 +1,5 @@
-// A sound server with two null sinks, and the daemon with the event-log plugin, in a
-// directory of the test.
+// Fixture that runs a sound server with two null sinks, and the daemon with the event-log plugin,
+// in a temporary directory.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,34 +16,34 @@ class SoundFixture : public testing::Test {
 protected:
     SoundFixture();
 
-    /// Expects the daemon to exit with status 0, because the sanitizers report by the exit
-    /// status.
+    /// Stops the daemon if it is running, and expects the exit status 0: the sanitizers report
+    /// errors through the exit status.
     void TearDown() override;
 
-    /// Starts a server with the sinks tv_speaker, the default, and bt_headset, and waits until
-    /// it answers.
+    /// Starts a server with the sinks tv_speaker (the default) and bt_headset, and waits until it
+    /// is ready.
     void startServer();
 
-    /// Waits until the daemon follows the server with `sink` as the default. The plugin may not
-    /// be ready yet.
+    /// Waits until the daemon has connected to the server and found `sink` as the default sink.
+    /// The plugin may not be loaded yet.
     void waitForFollower(const std::string& sink = "tv_speaker");
 
-    /// Starts the daemon with a settings file.
+    /// Starts the daemon with `settings` as its settings file, without waiting for it.
     void startDaemon(const std::string& settings = "");
     void waitForPlugin();
 
     void makeDefault(const std::string& sink) const { pactl({"set-default-sink", sink}); }
 
-    /// Runs pactl. Expects success.
+    /// Runs pactl and returns its output. Expects the exit status 0.
     std::string pactl(std::vector<std::string> arguments) const;
 
     /// Returns the number of speaker-changed events so far.
     int speakerEvents() const;
 
-    /// Returns the rest of the plugin's line for the next speaker-changed event.
+    /// Waits for the next speaker-changed event and returns its arguments as the plugin logs them.
     std::string nextSpeaker();
 
-    /// A program in the daemon's environment.
+    /// Returns the options to run `command` in the daemon's directory and environment.
     ChildProcess::Options beside(std::vector<std::string> command) const;
     const std::filesystem::path& directory() const { return m_daemonDirectory.directory(); }
 

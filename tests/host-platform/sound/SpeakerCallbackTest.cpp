@@ -1,5 +1,5 @@
-// The platform's speaker-changed callback: the thread that calls it, and when the sound
-// server's thread exists.
+// Tests which thread calls the platform's speaker-changed callback, and how long the thread that
+// follows the sound server exists.
 #include <Ecore.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -25,8 +25,8 @@ auto threads() {
     return std::distance(begin(tasks), end(tasks));
 }
 
-// Runs the main loop, if there is one, which starts and stops the thread. The kernel may list a
-// joined thread for a moment longer.
+// Returns true if this process has `count` threads within 10 s. Runs the main loop meanwhile,
+// because it starts and stops the thread. The kernel may still list a joined thread for a moment.
 bool threadsBecome(std::ptrdiff_t count) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (threads() != count && std::chrono::steady_clock::now() < deadline) {
@@ -63,8 +63,8 @@ protected:
 
     ~SpeakerCallbackTest() override { sound_manager_unset_speaker_changed_cb(); }
 
-    // Once for all tests: Ecore's handler for child processes is not safe, and the tests start
-    // many.
+    // Initializes Ecore once for all tests and removes its SIGCHLD handler. The handler is not
+    // safe, and the tests start many child processes.
     static void startMainLoop() {
         if (!mainLoopStarted) {
             ASSERT_GT(ecore_init(), 0);
@@ -81,7 +81,8 @@ protected:
 
     static inline bool mainLoopStarted = false;
 
-    // Runs the main loop while the default sink changes, until the callback was called.
+    // Changes the default sink and runs the main loop, repeatedly, until the callback has been
+    // called or 20 s have passed.
     void changeSinksUntilCalled(const Call& call) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         for (int i = 0; call.count == 0 && std::chrono::steady_clock::now() < deadline; ++i) {

@@ -1,4 +1,4 @@
-// Speaker-changed events, from a sound server to the plugin.
+// Tests that changes of the sound server's default sink reach the plugin as events.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -107,7 +107,7 @@ TEST_F(SpeakerTest, TakesTheServerOfTheSettings) {
     EXPECT_EQ(nextSpeaker(), "route=speaker");
 }
 
-// The server is found when it starts and not logged before.
+// Nothing is logged while there is no server. A server that starts later is found.
 TEST_F(SpeakerTest, IsSilentWithoutAServer) {
     startDaemon();
     waitForPlugin();

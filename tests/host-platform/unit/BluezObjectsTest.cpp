@@ -1,4 +1,4 @@
-// Changes of BlueZ's objects and the callbacks that they cause, without a bus.
+// Tests which callbacks are called when BlueZ's objects change, without a bus.
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ protected:
         bt_hid_unset_battery_status_received_cb();
     }
 
-    // No pointer of the record is null.
+    // Reads the address and the name, neither of which may be null.
     static void onDiscovery(int, bt_adapter_device_discovery_state_e,
                             bt_adapter_device_discovery_info_s* info, void* self) {
         auto& test = *static_cast<BluezObjectsTest*>(self);
@@ -52,7 +52,7 @@ protected:
         }
     }
 
-    // The callback may read 18 bytes, even if the address is shorter.
+    // Reads 18 bytes of the address, as a plugin may do even if the address is shorter.
     static void onBattery(bt_hid_battery_status_info_s* status, void* self) {
         char copy[18];
         std::memcpy(copy, status->address, sizeof copy);
@@ -113,7 +113,7 @@ TEST_F(BluezObjectsTest, AnExceptionStopsNoOtherReport) {
     m_throws = true;
     EXPECT_THROW(addDevice({{"Address", std::string("A")}}), std::runtime_error);
     EXPECT_EQ(m_objects.addressOf(DEVICE_PATH), "A");
-    EXPECT_THROW(m_objects.removeAll(), std::runtime_error);  // discovery has ended
+    EXPECT_THROW(m_objects.removeAll(), std::runtime_error);  // reports the end of discovery
     EXPECT_EQ(m_objects.adapterPath(), "");
 }
 

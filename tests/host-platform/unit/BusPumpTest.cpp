@@ -1,4 +1,4 @@
-// A connection in the main loop: how much of it a wake-up takes.
+// Tests how many D-Bus messages one wake-up of the main loop processes.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -28,7 +28,7 @@ protected:
         ecore_shutdown();
     }
 
-    // The server's end of a connection, which counts what it is given in `m_taken`.
+    // Opens the server's end of a connection, which counts the messages it receives in `m_taken`.
     BusPtr openBus() {
         sd_bus* bus = nullptr;
         sd_id128_t id{};

@@ -1,5 +1,4 @@
-// The C functions that set and clear the callbacks, all 42 pairs of them, in the
-// libraries themselves.
+// Tests all 42 pairs of C functions that set and unset a callback, in the platform libraries.
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The one callback kept for each kind of event.
+// Tests the slot that keeps the one callback of an event.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -149,7 +149,7 @@ TEST(CallbackSlotTest, KnowsWhetherItIsSet) {
     EXPECT_FALSE(slot.isSet());
 }
 
-// The television's libraries keep their slots in another library.
+// The C functions are in the platform libraries, the slots in the core library.
 TEST(CallbackSlotTest, IsTheSameInAllLibraries) {
     const auto& slot = corvane::host::slotOf<&bt_avrcp_set_volume_changed_cb>;
     EXPECT_EQ(bt_avrcp_set_volume_changed_cb([](unsigned short, void*) {}, nullptr), 0);
@@ -159,7 +159,8 @@ TEST(CallbackSlotTest, IsTheSameInAllLibraries) {
     EXPECT_FALSE(slot.isSet());
 }
 
-// The C functions and what delivers are in different libraries. A plugin unsubscribes here.
+// A plugin may unsubscribe in its callback. unset() must recognise the call that is running,
+// although the delivery and the C function are in different libraries.
 TEST(CallbackSlotTest, IsClearedWithoutAWaitInsideTheCallback) {
     using std::chrono::steady_clock;
     static steady_clock::duration needed;
@@ -176,7 +177,8 @@ TEST(CallbackSlotTest, IsClearedWithoutAWaitInsideTheCallback) {
     EXPECT_LT(needed, std::chrono::milliseconds(100));
 }
 
-// Callback and user data belong together, whatever another thread does to the slot.
+// While other threads change the slot, a delivery must use a callback and user data that were set
+// together.
 TEST(CallbackSlotTest, NeverMixesCallbackAndUserDataOfTwoSettings) {
     static std::atomic<int> mixed{0};
     static int one;

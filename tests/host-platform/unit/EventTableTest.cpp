@@ -1,4 +1,5 @@
-// The host platform's table of events, against the daemon's table and the tests' own.
+// Compares the host platform's event table with the table of the daemon and with that of the
+// tests. Also tests the output of `corvane list`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -33,7 +34,7 @@ void forEachField(std::span<const Field> fields, Visit visit) {
     }
 }
 
-// An event in one of the tables: its name, its set and unset functions, its callback's type.
+// An event of a table: its name, its set and unset functions and the type of its callback.
 using Row = std::tuple<std::string, std::string, std::string, std::type_index>;
 
 std::string eventName(std::string_view type) {
@@ -68,7 +69,7 @@ std::vector<Row> rowsOfTests() {
     };
 }
 
-// The daemon's table has the callbacks' types in place of the functions' names.
+// The daemon's table has the type of the callback, but not the set and unset functions.
 using BrokerRow = std::pair<std::string, std::type_index>;
 
 std::vector<BrokerRow> rowsOfBroker() {

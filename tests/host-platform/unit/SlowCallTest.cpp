@@ -1,4 +1,4 @@
-// The warning about set and unset calls that keep a plugin's thread for too long.
+// Tests the warning about set and unset calls that block a plugin's thread for too long.
 #include <bluetooth.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ using corvane::host::SlotChange;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// Longer than the 100 ms of the default, on the thread of the call.
+// A slot observer that keeps the calling thread busy for longer than the default limit of 100 ms.
 void work(void*, SlotChange, const char*, unsigned) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(110);
     while (std::chrono::steady_clock::now() < end) {

@@ -1,4 +1,4 @@
-// System information read from a file.
+// Tests the system information that is read from a file.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <system_info.h>
@@ -24,7 +24,8 @@ protected:
 
     void write(const std::string& text) { std::ofstream(path()) << text; }
 
-    // Returns the platform's answer, or -1 for an error.
+    // Returns the platform's value, or -1 for an error. Expects the output to be unchanged after an
+    // error.
     int ask(const char* key) {
         int value = UNTOUCHED;
         const int result = system_info_get_custom_int(key, &value);

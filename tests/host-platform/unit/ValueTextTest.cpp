@@ -1,4 +1,4 @@
-// Values of injected events, given as text.
+// Tests the parsing of event values that are given as text.
 #include <bluetooth.h>
 #include <bluetooth_tv.h>
 #include <gmock/gmock.h>
@@ -79,7 +79,7 @@ TEST(ValueTextTest, ReadsEnumerationsByNameAndValue) {
               "colour can't be \"2\"; it must be red (0), green (1) or blue (5)");
 }
 
-// The names are listed without their values, so each enumeration is looked at once here.
+// The platform lists most names without their values, so one name of each enumeration is compared.
 TEST(ValueTextTest, NamesTheValuesOfTheEnumerations) {
     const auto valueOf = [](const char* event, const char* field, const char* name) {
         return std::get<int>(parseValue(*findField(*findEvent(event), field), name));

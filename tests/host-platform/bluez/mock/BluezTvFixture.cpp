@@ -1,4 +1,3 @@
-// The daemon with a mock of BlueZ that has an adapter and a device.
 #include "tests/host-platform/bluez/mock/BluezTvFixture.h"
 
 void BluezTvFixture::startTvBluez() {

@@ -1,4 +1,4 @@
-// The daemon with a mock of BlueZ that has an adapter and a device.
+// Fixture that runs the daemon with a mock of BlueZ, which has an adapter and a device.
 #pragma once
 
 #include <string>
@@ -14,38 +14,40 @@ protected:
     static constexpr const char* BATTERY_INTERFACE = "org.bluez.Battery1";
     static constexpr const char* TRANSPORT = "/org/bluez/hci0/dev_AA_BB_CC_DD_EE_01/sep1/fd0";
 
-    /// Starts the bus and BlueZ, with an adapter that is on and the device.
+    /// Starts the bus, and BlueZ with a powered adapter and the device.
     void startTv();
 
-    /// Also starts the daemon, with additional lines in the settings section [bluez], and waits
-    /// until it has reported the adapter.
+    /// Calls startTv() and startDaemonThere().
     void startAll(const std::string& bluezSettings = "");
+    /// Starts the daemon, with additional lines in the settings section [bluez], and waits until
+    /// it has reported the adapter.
     void startDaemonThere(const std::string& bluezSettings = "");
 
     /// Starts only BlueZ, without an adapter.
     void startTvBluez();
 
-    /// Calls a method of the mock with `arguments` as gdbus takes them. Returns its answer.
+    /// Calls a method of the mock, with the arguments in the syntax of gdbus. Returns the output
+    /// of gdbus.
     std::string call(const std::string& method, const std::vector<std::string>& arguments) const;
 
     void addInterface(const std::string& path, const std::string& interface,
                       const std::string& properties) const;
     void removeInterface(const std::string& path, const std::string& interface) const;
 
-    /// Changes or adds properties and emits the signal.
+    /// Changes or adds properties and emits PropertiesChanged.
     void update(const std::string& path, const std::string& interface,
                 const std::string& properties) const;
 
-    /// Changes properties of the device.
+    /// Does the same for the device.
     void updateDevice(const std::string& properties) const;
 
-    /// Emits PropertiesChanged of the device with nothing but an invalidated property.
+    /// Emits PropertiesChanged for the device, with an invalidated property and no values.
     void invalidate(const std::string& property) const;
 
     /// Waits until the daemon has handled all signals sent so far.
     void settle();
 
-    /// Returns how many times the daemon has reported the event so far.
+    /// Returns how many times the event-log plugin has logged the event so far.
     int countOf(const std::string& event) const;
 
     std::string daemonId() const { return std::to_string(m_daemon->id()); }

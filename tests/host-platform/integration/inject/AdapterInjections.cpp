@@ -1,4 +1,4 @@
-// The events of the adapter and of devices.
+// The injections of adapter and device events.
 #include "tests/host-platform/integration/inject/Injections.h"
 
 namespace {

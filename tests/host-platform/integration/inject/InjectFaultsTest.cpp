@@ -1,4 +1,4 @@
-// Requests with nonsensical content.
+// Tests requests with random values, and requests of another user.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(Threads, InjectFaultsTest, testing::Values(0u, 4u));
 
 using InjectUserTest = HostFixture;
 
-// Even where the file system would let it in.
+// Another user is refused even if the file permissions allow the access.
 TEST_F(InjectUserTest, AnotherUserIsSentAway) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can become another user";

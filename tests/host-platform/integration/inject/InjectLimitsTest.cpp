@@ -1,4 +1,4 @@
-// What one peer, or many, can take of the daemon.
+// Tests the limits on the resources of the daemon that peers can use.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ protected:
         m_peers.clear();
     }
 
-    // Leaves the daemon so many numbers for further descriptors.
+    // Lowers the daemon's limit, so that it can open only `more` further descriptors.
     void leaveDescriptors(int more) const {
         const auto open = fs::path("/proc") / std::to_string(m_daemon->id()) / "fd";
         rlim_t most = 0;
@@ -54,7 +54,7 @@ protected:
         ASSERT_EQ(prlimit(m_daemon->id(), RLIMIT_NOFILE, &limit, nullptr), 0);
     }
 
-    // A peer that has sent some bytes.
+    // Connects a peer that sends `bytes`, and returns its socket.
     int peerThatSent(const std::string& bytes) {
         const int peer = m_peers.emplace_back(connectPeer());
         const timeval limit{20, 0};
@@ -65,7 +65,8 @@ protected:
         return peer;
     }
 
-    // Sends `bytes` again and again, which are far more than the sockets hold, and reads nothing.
+    // Sends `bytes` repeatedly, far more than the socket buffers hold, without reading. Expects the
+    // daemon to end the connection.
     static void expectEndOfFlood(int peer, const std::string& bytes) {
         std::size_t sent = 0;
         ssize_t size = 0;
@@ -77,7 +78,7 @@ protected:
             << "the connection doesn't end";
     }
 
-    // What the daemon sends a peer before it ends the connection.
+    // Returns everything that the daemon sends until it ends the connection.
     static std::string receiveAll(int peer) {
         std::string received;
         std::array<char, 4096> buffer{};
@@ -89,7 +90,8 @@ protected:
         return received;
     }
 
-    // The first `count` messages the daemon sends a peer; what has come is kept in `received`.
+    // Waits until the peer has received at least `count` messages and returns all of them.
+    // `received` keeps the bytes for the next call.
     static std::vector<DBusMessage> receive(int peer, std::size_t count, std::string& received) {
         std::array<char, 4096> buffer{};
         auto messages = dbusMessages(received);
@@ -105,7 +107,7 @@ protected:
         return *messages;
     }
 
-    // An event whose message has so many bytes.
+    // Returns a message of `size` bytes that injects bt-adapter-name-changed.
     static std::string renaming(std::size_t size) {
         const auto empty = dbusCall(1, "BtAdapterNameChanged", "s", std::string(5, '\0'));
         const auto length = static_cast<std::uint32_t>(size - empty.size());
@@ -143,7 +145,7 @@ TEST_P(InjectDescriptorsTest, RunOutAndThePeerIsRefused) {
     connectPeers(20);
     EXPECT_NE(nextLine("INJECT: a peer is refused: there is no descriptor or no memory for it"),
               "");
-    // At once, not when another descriptor has become free.
+    // The peer is refused at once, not when another descriptor becomes free.
     const timeval limit{1, 0};
     setsockopt(m_peers.back(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     EXPECT_EQ(receiveAll(m_peers.back()), "");
@@ -151,7 +153,7 @@ TEST_P(InjectDescriptorsTest, RunOutAndThePeerIsRefused) {
     expectServedAgain();
 }
 
-// A peer takes four: the last one fails at each of them.
+// A peer needs four descriptors. Each of these limits makes a different one of the four fail.
 INSTANTIATE_TEST_SUITE_P(Left, InjectDescriptorsTest, testing::Range(8, 12));
 
 TEST_F(InjectLimitsTest, TakesAMessageOfTheGreatestSize) {

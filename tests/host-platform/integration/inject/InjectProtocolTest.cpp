@@ -1,4 +1,4 @@
-// Injection as a peer of any kind sees it: what it offers, what it refuses.
+// Tests the D-Bus interface of injection: its methods and the requests that it refuses.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -18,7 +18,7 @@ class InjectProtocolTest : public HostFixture {
 protected:
     void SetUp() override { startDaemon(); }
 
-    // The error of a raw call.
+    // Makes a raw call, expects it to fail and returns the error.
     std::string refused(const Words& arguments) {
         Words command{"busctl",
                       "--address=unix:path=" + socket().string(),
@@ -32,7 +32,7 @@ protected:
         return result.errors;
     }
 
-    // The error of the tool.
+    // Runs the tool, expects it to fail and returns the error.
     std::string toolError(const Words& arguments) {
         const auto result = tool(arguments);
         EXPECT_EQ(result.status, 1);

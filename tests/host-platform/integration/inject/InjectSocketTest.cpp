@@ -1,4 +1,4 @@
-// The socket of injection: when it is there, and what is in its way.
+// Tests when the socket of injection is created and removed, and what prevents its creation.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ using testing::HasSubstr;
 
 class InjectSocketTest : public HostFixture {
 protected:
-    // Starts a daemon, without plugins, that isn't the fixture's.
+    // Returns the options of a second daemon, without plugins, whose socket is `path`.
     ChildProcess::Options secondDaemon(const std::string& path) const {
         const auto home = directory() / "second";
         fs::create_directories(home / "plugins");
@@ -30,13 +30,13 @@ protected:
                  {"DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent"}}};
     }
 
-    // The directory of the socket.
+    // Creates the directory of the socket with this mode.
     void makeDirectory(unsigned mode) const {
         fs::create_directory(socket().parent_path());
         fs::permissions(socket().parent_path(), fs::perms(mode));
     }
 
-    // A socket in the daemon's place.
+    // Binds a socket to the daemon's path and returns it.
     int bindSocket() const {
         const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_un address{};
@@ -46,7 +46,8 @@ protected:
         return fd;
     }
 
-    // What a daemon says about a socket it can't have; it runs all the same.
+    // Starts a daemon that can't create its socket and returns the line that it logs. Expects the
+    // daemon to run nevertheless.
     std::string complaintAbout(const std::string& path) const {
         ChildProcess second(secondDaemon(path));
         const auto line = second.waitForLine("INJECT: no injection: ");
@@ -133,7 +134,7 @@ TEST_F(InjectSocketTest, StaysIfItIsAnotherThanTheDaemonMade) {
     close(other);
 }
 
-// What a second daemon sees when the first has made the socket and doesn't listen yet.
+// Simulates a first daemon that has bound the socket but does not listen yet.
 TEST_F(InjectSocketTest, LeavesTheOneOfADaemonThatIsStartingAlone) {
     makeDirectory(0700);
     const int lock =
@@ -150,7 +151,7 @@ TEST_F(InjectSocketTest, LeavesTheOneOfADaemonThatIsStartingAlone) {
 
 TEST_F(InjectSocketTest, GoesToOneOfTwoDaemonsThatStartAtOnce) {
     makeDirectory(0700);
-    close(bindSocket());  // left behind
+    close(bindSocket());  // as a killed daemon leaves it
     ChildProcess first(secondDaemon(socket()));
     ChildProcess second(secondDaemon(socket()));
     ASSERT_TRUE(first.waitForLine("loadPlugins"));

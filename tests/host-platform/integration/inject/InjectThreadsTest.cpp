@@ -1,4 +1,4 @@
-// Injected events delivered by threads of the platform.
+// Tests the delivery of injected events by threads of the platform.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ protected:
 
     std::string fifo() const { return directory() / "fifo"; }
 
-    // The thread that delivers an event.
+    // Emits an event with this name and returns the id of the thread that delivers it.
     std::string threadOf(const std::string& name) {
         EXPECT_EQ(tool({"emit", "bt-adapter-name-changed", "name=" + name}).output,
                   "bt-adapter-name-changed: delivered to 1 callback\n");

@@ -1,5 +1,5 @@
-// Every event that can be injected, as the tests make it: by the tool and by a raw
-// call, with what the event-log plugin writes of it.
+// The table of all events that can be injected. Each row has the arguments for the tool and for a
+// raw D-Bus call, and the text that the event-log plugin is expected to log.
 #pragma once
 
 #include <span>
@@ -11,10 +11,10 @@ using Words = std::vector<std::string>;
 struct Injection {
     const char* event;
     const char* method;
-    Words arguments;       // of `corvane emit`
+    Words arguments;       // for `corvane emit`
     Words call;            // the same for `busctl call`: types and values
-    const char* defaults;  // what the plugin writes of the event without arguments
-    const char* expected;  // and with them
+    const char* defaults;  // the expected text without arguments; null: not tested
+    const char* expected;  // the expected text with the arguments
 };
 
 std::span<const Injection> adapterAndDeviceInjections();

@@ -1,4 +1,4 @@
-// The events of profiles: HID, hands-free, audio, AVRCP, GATT and sockets.
+// The injections of profile events: HID, hands-free, audio, AVRCP, GATT and sockets.
 #include "tests/host-platform/integration/inject/Injections.h"
 
 namespace {

@@ -25,7 +25,8 @@ int randomNumber(std::mt19937& random) {
     }
 }
 
-// Every byte but the one that ends a string; much of it is no UTF-8.
+// Returns a text of random length. A quarter of the texts may contain any byte except zero, so
+// most of these are not valid UTF-8.
 std::string randomText(std::mt19937& random) {
     const bool plain = upTo(random, 3) != 0;
     std::string text(static_cast<std::size_t>(upTo(random, 9) == 0 ? 5000 : upTo(random, 30)), ' ');

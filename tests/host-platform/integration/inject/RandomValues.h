@@ -1,4 +1,4 @@
-// Values for the arguments of an event, good and bad, from a seeded generator.
+// Random values for the arguments of an event, valid and invalid.
 #pragma once
 
 #include <random>

@@ -1,4 +1,4 @@
-// Where script/server puts the daemon's socket.
+// Tests the directory that script/server chooses for the daemon's socket.
 #include <gtest/gtest.h>
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-// The events of the television: its accessories, broadcasts and speakers.
+// The injections of television events: accessories, broadcasts and speakers.
 #include "tests/host-platform/integration/inject/Injections.h"
 
 namespace {

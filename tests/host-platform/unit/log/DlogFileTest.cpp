@@ -1,5 +1,5 @@
-// The platform log of a whole process, in a file and on the standard error: lines stay whole, and
-// no end of the process loses a line.
+// Tests the platform log of a separate process, in a file and on the standard error. Lines are
+// never split, and no line is lost, however the process ends.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -22,7 +22,8 @@ using testing::ElementsAre;
 
 class DlogFileTest : public SettingsFixture, public testing::WithParamInterface<const char*> {
 protected:
-    // Returns how the program ended.
+    // Runs the log program and stores its log. Returns the exit status, or minus the number of the
+    // signal that ended the program.
     int run(const std::string& what) {
         const std::string file = directory() / "log";
         std::filesystem::remove(file);

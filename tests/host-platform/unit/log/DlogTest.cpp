@@ -1,4 +1,4 @@
-// The platform log: layout of a line, formats, lengths, priorities, bad streams.
+// Tests the platform log: line layout, formats, lengths, priorities and streams that fail.
 #include <dlog.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -78,7 +78,7 @@ TEST(DlogTest, ReplacesAControlCharacterAtAnyPlace) {
     EXPECT_THAT(logged([] { dlog_print(4, "\n2:", "x"); }), testing::EndsWith(" I  2:: x\n"));
 }
 
-// U+0080 to U+009F: a terminal may take U+009B for the start of a command.
+// These are U+0080 to U+009F. A terminal may interpret U+009B as the start of a control sequence.
 TEST(DlogTest, ReplacesControlCharactersOfTwoBytesAndKeepsOtherLetters) {
     const auto cleaned = [](const std::string& text) {
         const auto line = logged([&] { dlog_print(4, "T", "%s", text.c_str()); });
@@ -89,7 +89,7 @@ TEST(DlogTest, ReplacesControlCharactersOfTwoBytesAndKeepsOtherLetters) {
               "a  2J    !\n");
     const std::string letters = "\xc2\xa0 \xc3\x80 \xd0\x90 \xe2\x82\x9b \xf0\x9f\x98\x80";
     EXPECT_EQ(cleaned(letters), letters + '\n');
-    // Bytes that are not UTF-8, which some terminals read one by one, and overlong forms.
+    // Invalid UTF-8, which some terminals interpret byte by byte, and overlong encodings.
     EXPECT_EQ(cleaned("\x9b"
                       "1m \xe9\x9b"
                       "x \xc3"),
@@ -108,7 +108,8 @@ TEST(DlogTest, RefusesAMissingFormat) {
     EXPECT_EQ(line, "");
 }
 
-// As a parameter, because the compiler checks formats that it knows.
+// Expects the log to contain the same text as snprintf() writes. The format is a parameter because
+// the compiler checks constant formats.
 template <typename... Arguments>
 void expectTextOfTheCLibrary(const char* format, Arguments... arguments) {
     char text[200];

@@ -1,5 +1,5 @@
-// A program that logs to its own socket at the journal's path, then prints the records: one per
-// line, with '|' between the fields.
+// Test program that binds a socket to the journal's path, writes to the log and prints the records
+// that it receives, with '|' between the fields.
 #include <dlog.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -32,7 +32,8 @@ int openJournal() {
     return fd;
 }
 
-// A value that contains newlines is preceded by its size, in eight bytes, instead of '='.
+// Formats a record for printing. A value that contains newlines is preceded by its size, in eight
+// bytes, instead of '='; it is printed after ':'.
 std::string readable(std::string_view record) {
     std::string result;
     while (!record.empty()) {
@@ -84,7 +85,7 @@ void logPlaces() {
     constexpr int priority = DLOG_PRIORITY_INFO;
     dlog_print(priority, "TEST", "%s: %s(%d) > go %d", "main.cpp", "start", 42, 1);
     dlog_print(priority, "TEST", "%s: %s(%d) > ", "a.h", "operator()", 7);
-    const char* volatile missing = nullptr;  // the compiler would refuse one it knows
+    const char* volatile missing = nullptr;  // volatile: the compiler rejects a known null
     dlog_print(priority, "TEST", "%s: %s(%d) > go", "main.cpp", missing, 42);
     dlog_print(priority, "TEST", "%s: %s(%d) - go", "main.cpp", "start", 42);
     info("main.cpp: start(42) > go");

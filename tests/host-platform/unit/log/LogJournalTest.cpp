@@ -1,5 +1,5 @@
-// The log in the journal. A socket stands in for the journal, in a private /run of the test's
-// program.
+// Tests the platform log in the journal. A socket of the test program replaces the journal, in a
+// private /run.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -42,7 +42,7 @@ TEST_F(LogJournalTest, TakesRecordsWithFieldsIfItHasTheStandardError) {
     EXPECT_EQ(result.errors, "");
 }
 
-// A text may hold anything, such as the name of a remote device.
+// The text is not trusted: it may contain the name of a remote device, for example.
 TEST_F(LogJournalTest, LearnsThePlaceFromTheFormatAndNotFromTheText) {
     EXPECT_EQ(run("places").output,
               "MESSAGE=main.cpp: start(42) > go 1|PRIORITY=6|SYSLOG_IDENTIFIER=TEST|"

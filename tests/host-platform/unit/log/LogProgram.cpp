@@ -1,5 +1,5 @@
-// A program that logs, for tests of what a process has only one of: its environment, its standard
-// error, its threads and its end.
+// Test program that writes to the log. The tests run it in a process of its own, because they
+// change the environment, the standard error or the way in which the process ends.
 #include <dlog.h>
 #include <fcntl.h>
 #include <pthread.h>
@@ -104,7 +104,8 @@ int logIntoClosedPipe() {
     return logInto(ends[1]);
 }
 
-// The next file that is opened gets the number of the standard error.
+// Closes the standard error. The next file that is opened gets its descriptor number, and the log
+// must not write to that file.
 int logIntoNothing() {
     close(STDERR_FILENO);
     const int lost = log("lost");
@@ -146,7 +147,7 @@ int forkWithinALine() {
     }
     dup2(ends[1], STDERR_FILENO);
     log("before");
-    // fork() runs this handler ahead of those that were registered earlier, such as the log's.
+    // fork() runs this handler before those that were registered earlier, such as the log's.
     pthread_atfork(
         [] {
             forkHasBegun = true;

@@ -1,4 +1,4 @@
-// A settings file for a test. The environment names it while the test runs.
+// Fixture with a temporary settings file. CORVANE_PLATFORM_CONF names the file during the test.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// Prints how the platform's libraries use their settings. A process reads them only once, so
-// each test case runs this program anew.
+// Test program that prints system information and writes to the log. A process reads its settings
+// only once, so the tests start a new process for each case.
 #include <dlog.h>
 #include <system_info.h>
 

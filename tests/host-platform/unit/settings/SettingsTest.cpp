@@ -1,4 +1,4 @@
-// The settings: every key, the errors of a bad file, and the environment.
+// Tests the reading of settings: all keys, the errors of a bad file, and the environment variables.
 #include <dlog.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

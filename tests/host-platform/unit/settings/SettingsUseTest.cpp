@@ -1,4 +1,4 @@
-// How the log and the system information use the settings.
+// Tests how the log and the system information use the settings.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -111,7 +111,7 @@ TEST_F(SettingsUseTest, AFullDiskDoesNoHarm) {
     EXPECT_EQ(result.errors, "");
 }
 
-// Several of the libraries read the file.
+// An error is logged once, although several libraries read the file.
 TEST_F(SettingsUseTest, ComplaintsAreMadeOnceAtAnyLevel) {
     write("[log]\nlevel = error\ncolour = red\n");
     const auto errors = run({"key"}).errors;
@@ -121,7 +121,8 @@ TEST_F(SettingsUseTest, ComplaintsAreMadeOnceAtAnyLevel) {
                                      LINE_START + "E TEST: priority 6\n"));
 }
 
-// Such a program has more privileges than the user who starts it and sets its environment.
+// A set-group-ID program has more privileges than the user who starts it, and that user sets the
+// environment.
 TEST_F(SettingsUseTest, TheEnvironmentIsIgnoredByAProgramThatChangesItsRights) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only root can give a program to another group";
