@@ -1,4 +1,4 @@
-// The completion of the command in bash, by bash itself.
+// Tests the bash completion of `corvane` in a real bash.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-// What the shell would offer for the line, with the cursor at its end.
+// Returns the completions that bash offers for the line, with the cursor at its end.
 std::vector<std::string> completionsOf(const std::string& line) {
     const auto result = ChildProcess::run(
         {{"bash", "-c",
@@ -67,7 +67,8 @@ TEST(CompletionTest, OffersValues) {
     EXPECT_THAT(completionsOf("corvane emit bt-adapter-name-changed name="), IsEmpty());
 }
 
-// In a directory with files of odd names, where the command writes its arguments in brackets.
+// Completes unusual file names in a temporary directory. There, `corvane` is a shell function that
+// prints each of its arguments in angle brackets.
 class FileCompletionTest : public testing::Test {
 protected:
     FileCompletionTest() {
@@ -78,7 +79,7 @@ protected:
         std::ofstream(m_directory / "d (1) $HOME" / "plugin.so");
     }
 
-    // What an interactive shell writes that is given these keys.
+    // Returns the output of an interactive bash that receives these keys.
     std::string typed(const std::string& keys) const {
         const auto result = ChildProcess::run(
             {{"bash", "-c",

@@ -1,4 +1,4 @@
-// The words of `corvane emit`, and the socket it goes to.
+// Tests the arguments of `corvane emit` and the choice of the socket.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

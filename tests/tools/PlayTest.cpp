@@ -1,4 +1,4 @@
-// Scenarios against a running daemon.
+// Tests `corvane play` with a running daemon.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// The language of scenarios.
+// Tests the parser of scenarios.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Watching what happens to the callbacks of a running daemon.
+// Tests `corvane watch` with a running daemon.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -114,7 +114,7 @@ TEST_F(WatchTest, DisconnectsAWatcherThatDoesNotRead) {
     startWatch();
     expectLine("set bt-adapter-state-changed");
     m_watch->sendSignal(SIGSTOP);
-    // Far more than a socket holds.
+    // Causes far more events than the socket buffer holds.
     const auto scenario = directory() / "scenario";
     std::ofstream(scenario) << "repeat 40000\nemit bt-avrcp-volume-notify\nend\n";
     EXPECT_EQ(tool({"play", scenario}).status, 0);

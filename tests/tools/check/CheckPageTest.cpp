@@ -1,4 +1,4 @@
-// The page that explains the findings names those there are, no more and no fewer.
+// Tests that the page about the findings explains all of them, and no others.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-// Of rows such as "| `id` | error | ...".
+// Returns the ids of all rows such as "| `id` | error | ...".
 std::vector<std::string> idsOfThePage() {
     std::ifstream page(PAGE);
     std::vector<std::string> ids;

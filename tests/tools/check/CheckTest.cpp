@@ -1,4 +1,4 @@
-// What `corvane check` tells, and its exit status.
+// Tests the output and the exit status of `corvane check`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -17,7 +17,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-// A busy machine is no mistake of the plugin.
+// Long limits, so that a busy machine does not cause a finding.
 const std::vector<std::string> PATIENT{"--slow-ms", "10000", "--timeout", "60"};
 
 TEST(CheckTest, TheSamplePluginsAreClean) {
@@ -31,7 +31,8 @@ TEST(CheckTest, EveryEventIsDeliveredToWhoSubscribesToAll) {
     const auto result = check(PLUGIN_DIRECTORY "/libevent-log.so", PATIENT);
     ASSERT_TRUE(result.contains("run")) << result.dump(2);
     EXPECT_THAT(result["run"]["events"], SizeIs(42));
-    // Each once with its defaults, some with other values, and each 20 times by threads.
+    // Each event is delivered once with its defaults and 20 times by threads. Some are also
+    // delivered with other values.
     EXPECT_GT(result["run"]["delivered"], 42 * 21);
 }
 
@@ -113,7 +114,7 @@ TEST(CheckTest, AnExceptionIsNamedWithItsClassAndText) {
 TEST(CheckTest, AHangIsEndedAfterTheLimitAndNamed) {
     const auto details = detailsOf(check(fixture("hangs"), {"--timeout", "3"}), "hang");
     EXPECT_THAT(details, HasSubstr("during the delivery of bt-adapter-name-changed\n"));
-    // A thread checker puts the question off.
+    // ThreadSanitizer delays the signal that requests the stack.
     if (SANITIZER != std::string("thread")) {
         EXPECT_THAT(details, HasSubstr("onName"));
     }
@@ -124,7 +125,7 @@ TEST(CheckTest, ADroppedTaskThatCallsTheBrokerIsNamedWithItsPlace) {
                                    "dropped-task-hang");
     EXPECT_THAT(details, HasSubstr("during the dropping of tasks requested in the callback of "
                                    "bt-adapter-name-changed\n"));
-    // A thread checker puts the question off.
+    // ThreadSanitizer delays the signal that requests the stack.
     if (SANITIZER != std::string("thread")) {
         EXPECT_THAT(details, ContainsRegex("Requester::~Requester\\(\\)"));
     }
@@ -137,7 +138,7 @@ TEST(CheckTest, LeftoversAreNamed) {
               "BtAvrcpTargetInitialize without BtAvrcpTargetDeinitialize\n");
     const auto threads = detailsOf(check(fixture("leaves_thread"), PATIENT), "leftover-threads");
     EXPECT_THAT(threads, ContainsRegex("^thread [0-9]+ \"[^\n]*\"\n"));
-    // A thread checker puts the question off.
+    // ThreadSanitizer delays the signal that requests the stack.
     if (SANITIZER != std::string("thread")) {
         EXPECT_THAT(threads, HasSubstr("PLUGIN_INIT::{lambda()#1}"));
     }

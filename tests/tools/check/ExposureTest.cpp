@@ -1,4 +1,4 @@
-// `corvane order` and `check` warn where others may change what a daemon runs.
+// Tests that `corvane order` and `check` warn if other users can change what a daemon runs.
 #include <gmock/gmock.h>
 #include <grp.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A directory with a plugin, which its owner alone may write.
+/// Creates a directory with a plugin. Only their owner can write to them.
 class ExposureTest : public testing::Test {
 protected:
     ExposureTest() {
@@ -28,7 +28,8 @@ protected:
         return "corvane: warning: " + path.string() + what + '\n';
     }
 
-    // The result of each command, which has to be that of a clean plugin.
+    // Runs the command with and without --json and returns its warnings. Expects both runs to give
+    // the same warnings, and the exit status 0.
     std::string warningsOf(const std::string& command) const {
         const bool isCheck = command == "check";
         const auto result = runTool({command, isCheck ? m_plugin : m_directory});
@@ -72,7 +73,7 @@ TEST_F(ExposureTest, AStickyDirectoryAddsPluginsButReplacesNone) {
     EXPECT_EQ(warningsOf("check"), "");
 }
 
-// Someone else, with a primary group.
+// Returns a user other than root whose primary group is not that of root.
 const passwd& someoneElse() {
     setpwent();
     const passwd* user = getpwent();

@@ -1,4 +1,4 @@
-// Plugins that are wrong in one way: that is found, and nothing else.
+// Tests that `corvane check` finds the one error of each fixture plugin, and no other.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -18,8 +18,8 @@ using testing::IsEmpty;
 
 struct Row {
     std::string fixture;
-    std::string finding;           // the only one; or empty
-    std::string slowMs = "10000";  // a busy machine is no mistake of the plugin
+    std::string finding;           // the only one; empty: none
+    std::string slowMs = "10000";  // long enough for a busy machine
     std::string timeoutSec = "60";
 
     friend std::ostream& operator<<(std::ostream& out, const Row& row) {
@@ -37,7 +37,7 @@ const std::vector<Row> ROWS{
     {"missing_variable", "not-loadable"},
     {"newer_interface", "newer-interface"},
     {"exports_more", "exported-symbols"},
-#ifndef __clang__  // makes no such symbols
+#ifndef __clang__  // clang emits no such symbols
     {"unique_symbols", "unique-symbols"},
 #endif
     {"nodelete", "nodelete"},
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(All, FixtureTest, testing::ValuesIn(ROWS),
 TEST(FindingsTest, EachHasAFixture) {
     for (const auto& kind : corvane::check::allFindingKinds()) {
         const std::string_view id = kind.id;
-        // The first is of a file's name; see CheckTest.
+        // not-a-candidate is about the file's name; CheckTest tests it.
         const auto isOf = [&](const Row& row) { return row.finding == id; };
         EXPECT_TRUE(id == "not-a-candidate" || id == "sanitizer-report" ||
                     std::ranges::any_of(ROWS, isOf))

@@ -1,4 +1,4 @@
-// `corvane order` tells what the daemon does.
+// Tests that `corvane order` shows the order in which the daemon loads its plugins.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-/// In a directory of its own.
+/// Runs the command in a temporary directory.
 class OrderTest : public testing::Test {
 protected:
     OrderTest() { fs::create_directory(m_directory / "plugins"); }
@@ -45,7 +45,8 @@ protected:
         return cells;
     }
 
-    // What the daemon logs about the same directory.
+    // Returns the plugins of the same directory in the order in which the daemon loads them,
+    // according to its log.
     std::vector<std::string> loadedByTheDaemon() const {
         ChildProcess daemon(
             {{DAEMON},

@@ -1,4 +1,4 @@
-// What of a text of unknown origin reaches a terminal as it is.
+// Tests which characters of untrusted text are escaped before it is printed to a terminal.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,4 +1,5 @@
-// What a plugin's process may do to the check: neither results, output nor processes without end.
+// Tests that a plugin's process can't disturb the check with malformed results, endless output or
+// child processes that it leaves running.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -61,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(All, MalformedResultTest,
                                          R"({"fact":"jobs","value":"x"})",
                                          R"({"fact":"unknown","value":1})"));
 
-// The end of what is written into a FIFO by processes that hold it open; false after the limit.
+// Returns true when all processes have closed the FIFO for writing, or false after 10 s.
 bool endsInTime(int fifo) {
     std::array<char, 64> buffer;
     pollfd waiting{fifo, POLLIN, 0};

@@ -1,4 +1,4 @@
-// Runs the command for a test, on nothing but what the test gives it.
+// Functions that run `corvane` in a test, without the settings of this machine.
 #pragma once
 
 #include <map>
@@ -13,7 +13,7 @@ inline ChildProcess::Result runTool(std::vector<std::string> arguments,
     std::vector<std::string> command{TOOL};
     command.insert(command.end(), arguments.begin(), arguments.end());
     environment.emplace("CORVANE_PLATFORM_CONF", "/dev/null");
-    // Generous: a run under a thread checker on a busy machine.
+    // The limit is long enough for ThreadSanitizer on a busy machine.
     return ChildProcess::run({command, {}, environment}, std::chrono::seconds(100));
 }
 
@@ -21,7 +21,8 @@ inline std::string fixture(const std::string& name) {
     return FIXTURE_DIRECTORY "/" + name + ".so";
 }
 
-/// The result of a check, as JSON.
+/// Runs `corvane check --json` and returns its result. If the output is not JSON, returns an object
+/// with the output in "failure".
 inline nlohmann::json check(const std::string& file, std::vector<std::string> options = {}) {
     std::vector<std::string> arguments{"check", "--json", file};
     arguments.insert(arguments.end(), options.begin(), options.end());
@@ -30,7 +31,7 @@ inline nlohmann::json check(const std::string& file, std::vector<std::string> op
     return json.is_discarded() ? nlohmann::json{{"failure", result.output + result.errors}} : json;
 }
 
-/// The details of the one finding with that id, each in a line.
+/// Returns the details of the finding with this id, one per line, or an empty string.
 inline std::string detailsOf(const nlohmann::json& result, const std::string& id) {
     std::string text;
     for (const auto& finding : result.value("findings", nlohmann::json::array())) {
