@@ -1,9 +1,9 @@
 # corvane_test(NAME program LEVEL label SOURCES source... [LIBRARIES library...]
 #              [DEFINITIONS definition...] [DEPENDS target...] [TIMEOUT seconds] [WHOLE]
 #              [PROPERTIES name value...])
-# A GoogleTest program. Each of its tests becomes a test of ctest with that label and time limit
-# (60 s by default) and those properties; with WHOLE the program is a single test. Tests see no
-# settings of this machine. `DEPENDS` names what the program starts or loads.
+# Builds a GoogleTest program. Each of its tests becomes a test of ctest with the given label, time
+# limit (60 s by default) and properties. With WHOLE, the program becomes a single test. Tests
+# ignore the machine's settings file. DEPENDS names the targets that the program starts or loads.
 function(corvane_test)
   cmake_parse_arguments(PARSE_ARGV 0 TEST "WHOLE" "NAME;LEVEL;TIMEOUT"
     "SOURCES;LIBRARIES;DEFINITIONS;DEPENDS;PROPERTIES")

@@ -1,4 +1,4 @@
-// Events from a test to a plugin.
+// Tests of the events that a test emits to a plugin.
 #include <corvane/testkit.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the sample plugin event-log keeps out of the log.
+// Tests of the private data that the sample plugin event-log hides in the log.
 #include <corvane/testkit.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Where the plugins under test are.
+// The paths of the plugins under test.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// A plugin author's ways, with what this build installs: a project made by the tool, plain
-// compiler calls, an installation that has been moved; and the daemon takes the result.
+// Tests of the installed kit, used as plugin authors use it: a project created by `corvane new`,
+// plain compiler calls and an installation that has been moved. The daemon loads the new plugin.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ protected:
     static void TearDownTestSuite() { s_installation.reset(); }
     static Installation& installation() { return *s_installation; }
 
-    /// Makes, builds and tests a project; where its build is.
+    /// Creates, builds and tests a project. Returns its build directory.
     static fs::path buildNewProject(const std::string& name) {
         auto& installed = installation();
         const auto project = installed.unusedDirectory();
@@ -44,7 +44,7 @@ protected:
         return build;
     }
 
-    /// What the shell makes of `words`, behind the compiler with its warnings as errors.
+    /// Runs the compiler with warnings as errors, and with `words` as the shell expands them.
     static ChildProcess::Result compile(const std::string& words) {
         return installation().run(
             {"sh", "-c", COMPILER " " FLAGS " -std=c++20 -Wall -Wextra -Werror " + words},

@@ -1,4 +1,4 @@
-// How a plugin comes and goes.
+// Tests of loading and unloading a plugin.
 #include <corvane/testkit.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ void expectLoadError(const std::string& library, const std::string& part) {
     Host host;
     EXPECT_THAT([&] { host.load(library); },
                 ThrowsMessage<LoadError>(AllOf(HasSubstr(library), HasSubstr(part))));
-    // A failure leaves the host as it was.
+    // After a failure, nothing is subscribed and another plugin can be loaded.
     EXPECT_THAT(host.subscriptions(), IsEmpty());
     host.load(fixture("ordinary"));
     EXPECT_THAT(host.unload(), LeavesNothingBehind());

@@ -1,4 +1,4 @@
-// The matchers, and what a failed expectation says.
+// Tests of the matchers and of the text that a failed expectation prints.
 #include <corvane/testkit.h>
 #include <dlog.h>
 #include <gmock/gmock.h>

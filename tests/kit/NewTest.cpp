@@ -1,4 +1,4 @@
-// corvane new, by the tool itself.
+// Tests of `corvane new`, which they run as a program.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// The platform a plugin finds in a test.
+// Tests of the platform that the kit gives a plugin: system information, log and main loop.
 #include <corvane/testkit.h>
 #include <dlog.h>
 #include <gmock/gmock.h>

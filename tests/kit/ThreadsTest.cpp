@@ -1,4 +1,4 @@
-// Events from threads other than the test's.
+// Tests of events that are delivered on other threads than the test's.
 #include <corvane/testkit.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ using testing::Not;
 using testing::ThrowsMessage;
 using std::chrono_literals::operator""ms;
 
-/// Holds the plugin `reads` in its callback until it is released.
+/// A pipe that the plugin `reads` reads from: its callback blocks until release() is called.
 class Pipe {
 public:
     Pipe() {
@@ -64,8 +64,8 @@ TEST(ThreadsTest, DeliversOnAnotherThread) {
 TEST(ThreadsTest, DeliversOnceOnEachOfManyThreads) {
     Host host;
     host.load(fixture("asks"));
-    // Not more at once than the plugin's queue takes: a full one can be left without a runner
-    // until those who wait for room give up.
+    // No more at once than the plugin's queue takes: a full queue can be left without a runner
+    // until the threads that wait for room time out.
     for (int i = 0; i < 20; ++i) {
         host.emitFromThreads(8, "bt-adapter-state-changed");
         host.waitUntilHandled();
@@ -80,7 +80,7 @@ TEST(ThreadsTest, DoesNotWaitForTheDeliveries) {
     host.load(fixture("reads"));
     host.emitFromThreads(1, "bt-adapter-name-changed", pipe.name());
     EXPECT_THAT(host.waitForLog("reading"), Ne(std::nullopt));
-    // What comes meanwhile is left to the thread that is in the plugin.
+    // The thread that is inside the plugin will handle this event too.
     host.emit("bt-adapter-name-changed", pipe.name());
     EXPECT_THAT(host.log(), Not(Contains(HasText("read x"))));
     pipe.release(2);

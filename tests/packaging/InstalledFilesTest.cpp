@@ -1,4 +1,4 @@
-// What each component consists of: the lists in installed/ are complete.
+// Tests of the installed files of each component against the lists in installed/.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

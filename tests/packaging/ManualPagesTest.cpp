@@ -1,4 +1,5 @@
-// The manual pages, and the one of the command against the command.
+// Tests of the manual pages: they have no formatting error, and corvane(1) describes every
+// subcommand.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -30,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(Pages, ManualPageTest, testing::Values("corvaned.8", "c
                              return name.substr(0, name.find('.'));
                          });
 
-// The names in the first column below "Subcommands:".
+// Returns the names in the first column below "Subcommands:" in the output of `corvane --help`.
 std::vector<std::string> subcommands() {
     const auto help = ChildProcess::run({.command = {TOOL, "--help"}});
     std::istringstream lines(help.output);

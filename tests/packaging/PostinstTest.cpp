@@ -1,4 +1,4 @@
-// What the package's script does to the plugin directory when it is installed over one.
+// Tests of what the package's postinst script does to a plugin directory that already exists.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,8 +16,8 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
 
-/// A root with a plugin directory that everyone may write, and programs that only tell what they
-/// were to do.
+/// A root directory with a world-writable plugin directory, and stub programs that only record
+/// their calls.
 class PostinstTest : public testing::Test {
 protected:
     PostinstTest() {
@@ -39,7 +39,7 @@ protected:
         fs::permissions(path, fs::perms(0755));
     }
 
-    // The programs that were called, each in a line.
+    // Runs the script. Returns the calls of the stub programs, one in each line.
     std::string configure() const {
         const auto result = ChildProcess::run(
             {{"sh", POSTINST, "configure", ""},

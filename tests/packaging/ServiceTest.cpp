@@ -1,4 +1,4 @@
-// The unit as installed, judged by systemd's own tools, which need no running systemd.
+// Tests of the installed unit with systemd's own tools, which need no running systemd.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ protected:
                          "--root=" + m_installation.root().string(), "corvaned.service"}});
     }
 
-    // Verification wants to see what every service depends on.
+    // `systemd-analyze verify` needs the targets that every service depends on.
     void addTargetsOfTheMachine() const {
         const auto directory = m_installation.at("/lib/systemd/system");
         fs::create_directories(directory);
@@ -44,7 +44,7 @@ protected:
                       directory + "/root.conf");
     }
 
-    // Fails above the limit, which is ten times the exposure.
+    // The command fails if ten times the exposure level is above the limit.
     ChildProcess::Result exposure(int limit) const {
         return ChildProcess::run({.command = {"systemd-analyze", "security", "--offline=true",
                                               "--threshold=" + std::to_string(limit), unit()},
@@ -71,7 +71,7 @@ TEST_F(ServiceTest, StartsTheInstalledDaemon) {
     EXPECT_THAT(result.errors, HasSubstr(BINARIES "/corvaned is not executable"));
 }
 
-// Whatever a drop-in makes of ProtectSystem=.
+// This holds even if a drop-in changes ProtectSystem=.
 TEST_F(ServiceTest, MayNotWriteItsPlugins) {
     std::ifstream input(unit());
     const std::string text(std::istreambuf_iterator<char>(input), {});

@@ -1,5 +1,5 @@
-// Entry points of a plugin that subscribes to the adapter's name and does everything else in its
-// callback.
+// Entry points of a plugin that subscribes to changes of the adapter's name. The source that
+// includes this header defines the callback onName().
 #pragma once
 
 #include "tests/plugins/Fixture.h"

@@ -1,5 +1,5 @@
-// Entry points of a plugin that subscribes to the adapter's state and does everything else in its
-// callback.
+// Entry points of a plugin that subscribes to changes of the adapter's state. The source that
+// includes this header defines the callback onState().
 #pragma once
 
 #include "tests/plugins/Fixture.h"

@@ -1,4 +1,4 @@
-// A plugin that subscribes to the adapter's state and throws THROWN in its callback.
+// A plugin whose callback for the adapter's state throws THROWN.
 #include <stdexcept>
 
 #include "tests/plugins/StateSubscriber.h"

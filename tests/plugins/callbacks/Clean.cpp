@@ -1,4 +1,4 @@
-// Nothing is wrong.
+// A correct plugin whose callback requests a task.
 #include "tests/plugins/NameSubscriber.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// A plugin that counts the changes of the adapter's state and says when there have been a hundred.
+// A plugin that counts the changes of the adapter's state and logs a line at the hundredth.
 #include <atomic>
 
 #include "tests/plugins/StateSubscriber.h"

@@ -1,4 +1,4 @@
-// A callback never returns.
+// A plugin whose callback never returns.
 #include <unistd.h>
 
 #include "tests/plugins/NameSubscriber.h"

@@ -1,4 +1,4 @@
-// Can't do without the record that may be missing.
+// A plugin that aborts if an event has no record, which the interface allows.
 #include <cstdlib>
 
 #include "tests/plugins/Fixture.h"

@@ -1,4 +1,4 @@
-// A plugin that subscribes to the adapter's state without a function.
+// A plugin that subscribes to the adapter's state with a null pointer as callback.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

@@ -1,4 +1,5 @@
-// Keeps what is lent for the call only. A memory checker sees it.
+// A plugin that keeps a string which is valid only during the callback, and reads it in the next
+// call. Memory checkers report that.
 #include "tests/plugins/NameSubscriber.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// A callback takes long.
+// A plugin whose callback takes 300 ms.
 #include <chrono>
 #include <thread>
 

@@ -1,4 +1,4 @@
-// A plugin that subscribes to three events and waits at the gate in its callback for the first.
+// A plugin that subscribes to three events. Its callback for the first one waits at the gate.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

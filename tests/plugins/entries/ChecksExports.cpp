@@ -1,5 +1,5 @@
-// A plugin that binds to what the daemon exports: a function, and type information of
-// the plugin interface.
+// A plugin that uses symbols which the daemon exports: a function, and the type information of the
+// plugin interface.
 #include <IRequestBroker.h>
 #include <dlfcn.h>
 

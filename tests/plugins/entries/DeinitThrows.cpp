@@ -1,4 +1,4 @@
-// A plugin whose deinit entry throws THROWN.
+// A plugin whose PLUGIN_DEINIT throws THROWN.
 #include <stdexcept>
 
 #include "tests/plugins/Fixture.h"

@@ -1,4 +1,4 @@
-// A plugin that does nothing but return INIT_RESULT from its init entry.
+// A plugin that only returns INIT_RESULT from PLUGIN_INIT.
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {

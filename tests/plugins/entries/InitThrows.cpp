@@ -1,4 +1,4 @@
-// A plugin whose init entry throws THROWN.
+// A plugin whose PLUGIN_INIT throws THROWN.
 #include <stdexcept>
 
 #include "tests/plugins/Fixture.h"

@@ -1,5 +1,6 @@
-// A plugin that calls a function that no library defines: in its init entry, or if IN_CALLBACK in
-// its callback for the adapter's state. The loader looks for it when it is called.
+// A plugin that calls a function that no library defines. If IN_CALLBACK is true, its callback for
+// the adapter's state calls it, otherwise PLUGIN_INIT. Lazy binding: the loader looks for the
+// function only when it is called.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

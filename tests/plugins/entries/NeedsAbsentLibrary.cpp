@@ -1,4 +1,4 @@
-// A plugin that needs a library which isn't there.
+// A plugin that needs a library which the loader does not find.
 #include "tests/plugins/Fixture.h"
 
 int functionOfAnAbsentLibrary();

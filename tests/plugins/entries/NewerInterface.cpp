@@ -1,4 +1,4 @@
-// Built with the headers of a daemon to come, which has one operation more.
+// A plugin built as if with the headers of a later daemon, whose interface has one more operation.
 #include "tests/plugins/Fixture.h"
 
 [[gnu::section(".corvane.abi"), gnu::used]] static const int laterOperationCount =

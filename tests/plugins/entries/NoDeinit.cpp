@@ -1,4 +1,4 @@
-// A plugin without a deinit entry.
+// A plugin without PLUGIN_DEINIT.
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {

@@ -1,4 +1,4 @@
-// A library without an init entry.
+// A library without PLUGIN_INIT.
 #include "tests/plugins/Fixture.h"
 
 void PLUGIN_DEINIT() {

@@ -1,4 +1,4 @@
-// Writes to where nothing is.
+// A plugin whose callback writes to an unmapped address.
 #include "tests/plugins/NameSubscriber.h"
 
 namespace {
@@ -12,7 +12,7 @@ writeNowhere() {
 
 void onName(char*, void*) {
     writeNowhere();
-    nowhere = nullptr;  // the call before isn't the last, so that this function stays a frame
+    nowhere = nullptr;  // prevents a tail call, so that onName stays in the backtrace
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Can't do with events from other threads than the main thread.
+// A plugin whose callback aborts unless it runs on the main thread.
 #include <unistd.h>
 
 #include <cstdlib>

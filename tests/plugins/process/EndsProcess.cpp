@@ -1,5 +1,5 @@
-// A plugin that ends the process by END: in its init entry, or if IN_CALLBACK in its callback for
-// the adapter's state.
+// A plugin that ends the process by END. If IN_CALLBACK is true, its callback for the adapter's
+// state does so, otherwise PLUGIN_INIT.
 #include <IRequestBroker.h>
 #include <unistd.h>
 

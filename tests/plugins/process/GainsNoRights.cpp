@@ -1,4 +1,5 @@
-// Succeeds only where no program that it starts gets rights of its own.
+// A plugin whose PLUGIN_INIT succeeds only if no_new_privs is set, so that no program that it
+// starts can gain privileges.
 #include <sys/prctl.h>
 
 #include "tests/plugins/Fixture.h"

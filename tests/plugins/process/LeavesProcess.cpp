@@ -1,5 +1,5 @@
-// Leaves a process in a session of its own, whose parent has ended. It holds a FIFO open, into
-// which it has written its number.
+// A plugin that leaves a process behind, in a new session and with a parent that has exited. The
+// process writes its ID to the FIFO that FIXTURE_FIFO names, and keeps the FIFO open.
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,7 +10,7 @@
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void*) {
-    int ready[2];  // closed by the process once its number is written
+    int ready[2];  // the process closes it after writing its ID
     if (pipe(ready) != 0) {
         return -1;
     }

@@ -1,4 +1,4 @@
-// Leaves a thread running.
+// A plugin that leaves a detached thread running.
 #include <unistd.h>
 
 #include <thread>

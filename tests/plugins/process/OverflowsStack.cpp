@@ -1,4 +1,4 @@
-// Uses up the stack.
+// A plugin whose callback overflows the stack.
 #include <cstring>
 
 #include "tests/plugins/NameSubscriber.h"

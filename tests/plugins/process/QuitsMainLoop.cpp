@@ -1,4 +1,4 @@
-// A plugin that ends the main loop as soon as it runs.
+// A plugin that quits the main loop as soon as the loop runs.
 #include <Ecore.h>
 
 #include "tests/plugins/Fixture.h"

@@ -1,4 +1,4 @@
-// Keeps a handle of itself.
+// A plugin that opens its own library again and never closes it, so that it stays loaded.
 #include <dlfcn.h>
 
 #include "tests/plugins/Fixture.h"

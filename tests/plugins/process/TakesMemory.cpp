@@ -1,4 +1,4 @@
-// Takes more memory than a check gives.
+// A plugin that allocates more memory than `corvane check` allows.
 #include <cstddef>
 #include <new>
 

@@ -1,4 +1,4 @@
-// An exception leaves a thread of the plugin.
+// A plugin that starts a thread which ends with an uncaught exception.
 #include <stdexcept>
 #include <thread>
 

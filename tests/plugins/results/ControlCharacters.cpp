@@ -1,4 +1,4 @@
-// Throws and logs text that would make a terminal do things.
+// A plugin that logs and throws text with control characters, which a terminal would obey.
 #include <iostream>
 #include <stdexcept>
 

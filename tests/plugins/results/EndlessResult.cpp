@@ -1,4 +1,4 @@
-// Writes a line without end to the descriptor of the check's results.
+// A plugin that writes an endless line to the result pipe of `corvane check`.
 #include <unistd.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// Exports a function of its own.
+// A plugin that exports a function besides its entry points.
 #include "tests/plugins/NameSubscriber.h"
 
 __attribute__((visibility("default"))) void helperOfThePlugin() {}

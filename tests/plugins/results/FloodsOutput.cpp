@@ -1,4 +1,4 @@
-// Writes to the standard output without end.
+// A plugin whose callback writes to the standard output without end.
 #include <unistd.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// Writes to the descriptor of the check's results without end, as many lines as fit.
+// A plugin that writes valid lines to the result pipe of `corvane check` without end.
 #include <unistd.h>
 
 #include <string>

@@ -1,4 +1,4 @@
-// Sends the check a result of its own, which the test chooses.
+// A plugin that writes the text of FIXTURE_RESULT to the result pipe of `corvane check`.
 #include <unistd.h>
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// Throws an exception whose text is longer than a result of the check may be.
+// A plugin that throws an exception with a text longer than a result of `corvane check` may be.
 #include <stdexcept>
 #include <string>
 

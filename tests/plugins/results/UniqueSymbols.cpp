@@ -1,4 +1,5 @@
-// Exports the static variable of a template, of which the loader keeps a single one.
+// A plugin that exports the static variable of a template. With g++ the symbol is unique in the
+// process (STB_GNU_UNIQUE), and the loader never unloads the library.
 #include "tests/plugins/NameSubscriber.h"
 
 template <typename T>

@@ -1,4 +1,4 @@
-// Leaves a shared profile initialised.
+// A plugin that leaves a shared profile initialised.
 #include "tests/plugins/Fixture.h"
 
 namespace {

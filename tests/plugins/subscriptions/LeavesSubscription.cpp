@@ -1,4 +1,4 @@
-// Stays subscribed, to an event for which the platform starts a thread.
+// A plugin that never unsubscribes from an event for which the platform starts a thread.
 #include "tests/plugins/Fixture.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// A plugin that subscribes to the adapter's state in its init entry, returns INIT_RESULT from it
-// and never unsubscribes.
+// A plugin that subscribes to the adapter's state in PLUGIN_INIT, which returns INIT_RESULT, and
+// never unsubscribes.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

@@ -1,5 +1,5 @@
-// A plugin that initialises the HID host once and AVRCP control twice, and gives each up
-// once; if KEEPS_PROFILES it leaves them initialised.
+// A plugin that initialises the HID host once and AVRCP control twice, and deinitialises each once.
+// If KEEPS_PROFILES is true, it leaves them initialised.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

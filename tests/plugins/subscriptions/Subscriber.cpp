@@ -1,5 +1,5 @@
-// A plugin that subscribes to the adapter's state, SUBSCRIPTIONS times, and unsubscribes
-// in its deinit entry, or already in its callback if UNSUBSCRIBES_IN_CALLBACK.
+// A plugin that subscribes to the adapter's state SUBSCRIPTIONS times. It unsubscribes in
+// PLUGIN_DEINIT, and also in its callback if UNSUBSCRIBES_IN_CALLBACK is true.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

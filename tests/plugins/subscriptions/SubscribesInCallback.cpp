@@ -1,4 +1,5 @@
-// A plugin that subscribes in its callback: to the same event, or if OTHER_EVENT to another one.
+// A plugin that subscribes in its callback: to another event if OTHER_EVENT is true, otherwise to
+// the same event again.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

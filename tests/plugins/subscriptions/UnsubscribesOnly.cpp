@@ -1,4 +1,5 @@
-// A plugin that unsubscribes from events and deinitialises a profile that it never asked for.
+// A plugin that unsubscribes from events without a subscription, and deinitialises a profile that
+// it has not initialised.
 #include <IRequestBroker.h>
 
 #include "tests/plugins/Fixture.h"

@@ -1,4 +1,4 @@
-// Unsubscribes from an event that it never subscribed to.
+// A plugin that unsubscribes from an event that it never subscribed to.
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {

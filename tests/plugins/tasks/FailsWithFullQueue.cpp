@@ -1,5 +1,6 @@
-// A plugin that fails to start while one of its tasks waits at the gate and its queue is full, so
-// that the end of its task context finds no room. Its library stays mapped for that task.
+// A plugin whose PLUGIN_INIT fails while a task waits at the gate and the queue is full. The
+// termination of the task context therefore finds no room. The library is linked with nodelete, so
+// that it stays mapped for that task.
 #include <IRequestBroker.h>
 
 #include <future>

@@ -1,5 +1,6 @@
-// A plugin whose thread runs a task that blocks while ten more are queued behind it. The eleventh
-// waits for room; if FREES_IN_TIME the blocking task makes it, else the time runs out.
+// A plugin whose thread runs a task that blocks while ten more are queued behind it. The request of
+// an eleventh waits for room. If FREES_IN_TIME is true, the blocking task ends and makes room;
+// otherwise the request times out.
 #include <IRequestBroker.h>
 
 #include <chrono>
@@ -13,7 +14,7 @@ namespace {
 
 constexpr int CAPACITY = 10;
 constexpr std::chrono::seconds PATIENCE{15};
-constexpr std::chrono::seconds MOST_DELAY{10};  // of a busy machine
+constexpr std::chrono::seconds MOST_DELAY{10};  // allowed on a busy machine
 
 std::promise<void> blocked;
 std::promise<void> freed;
@@ -30,8 +31,8 @@ void block(void*) {
     say("goes on");
 }
 
-// The first of those that wait: by being taken from the queue it has made room for the eleventh,
-// and keeps this thread the runner until that one is queued.
+// The first queued task. Taking it from the queue makes room for the eleventh. It runs until the
+// eleventh is queued, so that this thread remains the runner.
 void first(void*) {
     if (FREES_IN_TIME) {
         eleventhQueued.get_future().wait();

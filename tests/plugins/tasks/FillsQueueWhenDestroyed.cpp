@@ -1,4 +1,5 @@
-// What a job held queues more jobs than there is room for, when it is destroyed after the job.
+// A plugin whose task captures an object. Its destructor, which runs after the task, queues more
+// tasks than there is room for.
 #include <memory>
 
 #include "tests/plugins/Fixture.h"

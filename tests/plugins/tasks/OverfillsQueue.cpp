@@ -1,4 +1,4 @@
-// A job queues more jobs than there is room for, again and again.
+// A plugin whose task queues 100,000 tasks, far more than there is room for.
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {

@@ -1,5 +1,5 @@
-// A plugin that requests work in its callback, POSTS pieces of it, each of which is run when the
-// callback has returned. The last that there is room for requests another one.
+// A plugin whose callback requests POSTS tasks, which run after the callback has returned. The last
+// task that the queue has room for requests one more.
 #include <IRequestBroker.h>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-// A plugin that requests work which throws, or no work at all if EMPTY, in its init entry. If
-// CATCHES it catches what comes of it and goes on.
+// A plugin whose PLUGIN_INIT requests a task that throws, or an empty function if EMPTY is true. If
+// CATCHES is true, it catches the exception and requests another task; otherwise the exception
+// leaves PLUGIN_INIT.
 #include <IRequestBroker.h>
 
 #include <functional>

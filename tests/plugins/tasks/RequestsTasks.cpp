@@ -1,4 +1,5 @@
-// A plugin that has work of its own run in its task context.
+// A plugin that requests tasks in PLUGIN_INIT, inside a task and on another thread, and requests an
+// empty function.
 #include <IRequestBroker.h>
 
 #include <functional>

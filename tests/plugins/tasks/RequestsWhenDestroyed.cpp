@@ -1,5 +1,5 @@
-// A job holds an object whose destructor requests another job. That does no harm as long as
-// the job runs.
+// A plugin whose task captures an object with a destructor that requests another task. That does no
+// harm if the task runs, but it hangs if the task is dropped.
 #include <memory>
 
 #include "tests/plugins/NameSubscriber.h"

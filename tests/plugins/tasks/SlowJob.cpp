@@ -1,4 +1,4 @@
-// A job takes long.
+// A plugin whose task takes 300 ms.
 #include <chrono>
 #include <thread>
 

@@ -1,4 +1,4 @@
-// A job queues as many jobs as there is room for. Nothing is wrong.
+// A correct plugin whose task queues exactly as many tasks as there is room for.
 #include "tests/plugins/Fixture.h"
 
 int PLUGIN_INIT(void* handle) {

@@ -1,5 +1,5 @@
-// A plugin that counts the adapter names it is told, which are "SENDER NUMBER", and says
-// at the end how many there were and whether each sender's came in order.
+// A plugin that counts the events of the adapter's name, whose names are "SENDER NUMBER".
+// PLUGIN_DEINIT logs how many there were, and how many were not in the order of their sender.
 #include <IRequestBroker.h>
 #include <dlog.h>
 

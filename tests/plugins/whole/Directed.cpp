@@ -1,4 +1,4 @@
-// A plugin that does what the adapter's new name says.
+// A plugin that obeys the adapter's new name: subscribe, unsubscribe, wait, work or throw.
 #include <IRequestBroker.h>
 #include <dlog.h>
 #include <fcntl.h>
@@ -13,7 +13,7 @@ namespace {
 
 IRequestBroker* pluginBroker = nullptr;
 
-// Comes back when the test has opened the other end.
+// Waits until the test has opened the other end of the FIFO.
 void waitForTest() {
     dlog_print(DLOG_PRIORITY_INFO, "DIRECTED", "waiting");
     close(open(std::getenv("CORVANE_TEST_FIFO"), O_RDONLY));

@@ -1,4 +1,4 @@
-// A plugin that listens to an event and a profile of all plugins and has work of its own.
+// A plugin that subscribes to an event, initialises a shared profile and requests a task.
 #include <IRequestBroker.h>
 
 #include <array>

@@ -1,4 +1,4 @@
-// A plugin that removes another one, which the daemon has found already, before that one's turn.
+// A plugin that deletes another one's library, which the daemon has found but not loaded yet.
 #include <unistd.h>
 
 #include "tests/plugins/Fixture.h"

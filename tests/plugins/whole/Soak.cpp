@@ -1,8 +1,13 @@
-// A plugin for the soak test, told what to do through the pipe "<NAME>.control": j, l
-// subscribe to all 42 kinds and leave them; c comes and goes every 10 ms until the next
-// word; h, r, e subscribe a task context of its own that is terminated while events come
-// (h), lets it end (r), and says how many tasks it was handed and ran (e). The standard
-// error says when each is done. Allocates nothing that stays.
+// A plugin for the soak test. It reads one-letter commands from the FIFO "<NAME>.control":
+//   j  subscribes to all 42 kinds of events
+//   l  unsubscribes from all of them
+//   c  subscribes and unsubscribes in turn, every 10 ms, until the next command
+//   h  subscribes a second task context, which is being terminated while events arrive
+//   r  lets the termination of that context complete
+//   e  deletes that context and reports how many tasks it was given and how many it ran
+//   q  ends the plugin's thread (sent by PLUGIN_DEINIT)
+// It reports each completed command except q on the standard error. It allocates no memory that it
+// does not free.
 #include <IRequestBroker.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -51,11 +56,11 @@ void leave() {
     pluginBroker->unsubscribe();
 #include "tests/support/EventTable.def"
 #undef EVENT
-    // Brings along what was queued while a runner left.
+    // Runs the tasks that were queued while the previous runner was stopping.
     pluginBroker->RequestToInvokeInTaskExecutor([](void*) {}, nullptr);
 }
 
-/// A subscriber whose tasks never run: its context is terminated.
+/// A subscriber whose task context has been told to terminate, so that its tasks never run.
 class Guest : public ITaskInvoker {
 public:
     Guest() {
@@ -80,7 +85,7 @@ public:
         ++handedIn;
         m_executor->Schedule(task);
     }
-    /// What is queued behind the termination is discarded, what comes is refused.
+    /// Lets the termination complete: tasks queued after it are dropped, new ones are refused.
     void terminate() {
         m_end.release();
         m_holder.join();
@@ -97,7 +102,7 @@ private:
     std::thread m_holder;
 };
 
-/// The next word, or nothing after PERIOD_MS.
+/// Waits for the next command and returns it. If `isPeriodic`, returns nothing after PERIOD_MS.
 std::optional<char> nextWord(bool isPeriodic) {
     pollfd fd{control, POLLIN, 0};
     char word = 0;
@@ -147,7 +152,7 @@ void work() {
 
 extern "C" int PLUGIN_INIT(void* broker) {
     pluginBroker = static_cast<IRequestBroker*>(broker);
-    // For writing too, or the end of a writer would be the end of the pipe.
+    // Opened for writing too, so that read() meets no end of file when a writer closes the FIFO.
     control = open(NAME ".control", O_RDWR | O_CLOEXEC);
     worker = std::thread(work);
     say(NAME " is here\n");
