@@ -59,7 +59,9 @@ int writeWhole(int fd, std::string_view line) {
         if (written > 0) {
             done += static_cast<std::size_t>(written);
             lineIsTorn = line[done - 1] != '\n';
-        } else if (written < 0 && errno != EINTR) {
+        } else if (written == 0) {
+            error = EIO;  // a device that takes nothing
+        } else if (errno != EINTR) {
             error = errno;
         }
     }
