@@ -1,6 +1,5 @@
-// Memory for tasks and jobs. A delivery allocates a few of them and frees them again at once, so
-// each thread keeps the blocks that it frees, up to a fixed number, for its next allocations.
-// AddressSanitizer reports the use of a kept block like that of freed memory.
+// Memory for tasks and jobs: each thread keeps the blocks that it frees, up to a fixed number, for
+// its next allocations. AddressSanitizer reports the use of a kept block like that of freed memory.
 #pragma once
 
 #include <array>
@@ -14,10 +13,8 @@
 #define ASAN_UNPOISON_MEMORY_REGION(address, size)
 #endif
 
-/// A base of short-lived objects. An object that is deleted through a base has a virtual
-/// destructor: the size tells where its memory came from.
-///
-/// Threads: any; the thread that deletes an object keeps its block. Errors: std::bad_alloc.
+/// A base of short-lived objects. Deleting one through a base needs a virtual destructor, because
+/// the size tells where its memory came from. Threads: any. Errors: std::bad_alloc.
 class ShortLived {
 public:
     static constexpr std::size_t BLOCK_SIZE = 112;  // a job, or a task with three strings
