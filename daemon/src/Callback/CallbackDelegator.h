@@ -2,6 +2,7 @@
 // it has a subscriber.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <utility>
@@ -9,6 +10,7 @@
 #include "daemon/src/Callback/CallbackType.h"
 #include "daemon/src/Callback/ICallback.h"
 #include "daemon/src/Callback/Singleton.h"
+#include "daemon/src/Callback/SubscriberList.h"
 #include "daemon/src/common/log.h"
 #include "taskExecutor/ITaskInvoker.h"
 #include "taskExecutor/Mutex.h"
@@ -44,6 +46,21 @@ public:
     Mutex& mutex() RETURN_CAPABILITY(m_mutex) { return m_mutex; }
 
 private:
+    /// What subscribing needs to know of a class of event sources.
+    struct SourceClass {
+        std::unique_ptr<ICallback> (*create)();
+        /// Throws std::bad_cast if `source` is of another class.
+        SubscriberList& (*check)(ICallback& source);
+        void (*registerCallback)(SubscriberList& source);
+    };
+    using Remove = std::size_t (*)(ICallback& source, ITaskInvoker* invoker);
+
+    // What the two operations do for every class. The log gives the template's signature.
+    int registerCallback(CallbackType type, ITaskInvoker* invoker, AnyFunction fn, void* userData,
+                         const SourceClass& sourceClass) EXCLUDES(m_mutex);
+    int unregisterCallback(CallbackType type, ITaskInvoker* invoker, Remove remove,
+                           const char* signature) EXCLUDES(m_mutex);
+
     void init();
     void deinit();
 
@@ -54,23 +71,39 @@ private:
     Mutex m_mutex;
 };
 
-// Everything that allocates precedes the platform's set call. So if a first subscription fails, no
-// platform callback has been set, and the source is deleted without a log line.
 template <typename CallbackClass>
 int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker,
                                         typename CallbackClass::Function fn, void* userData) {
+    static constexpr SourceClass SOURCE_CLASS{
+        .create = []() -> std::unique_ptr<ICallback> { return std::make_unique<CallbackClass>(); },
+        .check = [](ICallback& source) -> SubscriberList& {
+            return dynamic_cast<CallbackClass&>(source);
+        },
+        .registerCallback =
+            [](SubscriberList& source) { static_cast<CallbackClass&>(source).registerCallback(); },
+    };
+    return registerCallback(type, invoker, reinterpret_cast<AnyFunction>(fn), userData,
+                            SOURCE_CLASS);
+}
+
+// Everything that allocates precedes the platform's set call. So if a first subscription fails, no
+// platform callback has been set, and the source is deleted without a log line. This function is
+// defined here, because the log names the file.
+inline int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker,
+                                               AnyFunction fn, void* userData,
+                                               const SourceClass& sourceClass) {
     const MutexLock lock(m_mutex);
     auto& callbacks = getCallbackList(type);
     const bool isFirst = !callbacks.contains(type);
     std::map<CallbackType, std::unique_ptr<ICallback>> created;
     if (isFirst) {
         LOGI("no callback, crate callback.");
-        created.emplace(type, std::make_unique<CallbackClass>());
+        created.emplace(type, sourceClass.create());
     }
-    auto& source = dynamic_cast<CallbackClass&>(*(isFirst ? created : callbacks).at(type));
+    SubscriberList& source = sourceClass.check(*(isFirst ? created : callbacks).at(type));
     auto list = source.prepare(invoker, fn, userData);
     if (isFirst) {
-        source.registerCallback();
+        sourceClass.registerCallback(source);
         callbacks.merge(created);
     }
     LOGI("task invoker : %p, callback : %p", static_cast<void*>(invoker),
@@ -81,15 +114,23 @@ int CallbackDelegator::registerCallback(CallbackType type, ITaskInvoker* invoker
 
 template <typename CallbackClass>
 int CallbackDelegator::unregisterCallback(CallbackType type, ITaskInvoker* invoker) {
+    const Remove remove = [](ICallback& source, ITaskInvoker* subscriber) {
+        return dynamic_cast<CallbackClass&>(source).remove(subscriber);
+    };
+    return unregisterCallback(type, invoker, remove, __PRETTY_FUNCTION__);
+}
+
+inline int CallbackDelegator::unregisterCallback(CallbackType type, ITaskInvoker* invoker,
+                                                 Remove remove, const char* signature) {
     const MutexLock lock(m_mutex);
-    ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
+    ApiTracker tracker(signature, __LINE__);
     auto& callbacks = getCallbackList(type);
     const auto found = callbacks.find(type);
     if (found == callbacks.end()) {
         LOGI("no callback");
         return 0;
     }
-    if (dynamic_cast<CallbackClass*>(found->second.get())->remove(invoker) == 0) {
+    if (remove(*found->second, invoker) == 0) {
         callbacks.erase(found);
     }
     return 0;

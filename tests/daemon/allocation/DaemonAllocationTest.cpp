@@ -96,7 +96,7 @@ TEST(DaemonAllocationTest, StartsAndStopsWithThreePlugins) {
     }
     std::signal(SIGCHLD, SIG_DFL);  // the sweep waits for its children
     expectToSurvive("start and stop with 3 plugins",
-                    [] { return std::make_unique<DaemonScenario>(); }, 120, {"~TaskInvokerImpl"});
+                    [] { return std::make_unique<DaemonScenario>(); }, 95, {"~TaskInvokerImpl"});
 }
 
 TEST(DaemonFaultTest, EndsAtOnceWithoutItsMainLoopLibrary) {

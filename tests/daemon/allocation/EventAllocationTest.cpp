@@ -145,7 +145,7 @@ class EventAllocationTest : public testing::TestWithParam<Kind> {};
 
 TEST_P(EventAllocationTest, FailsForItsCallerAndLeavesNothingBehind) {
     const long strings =
-        expectToSurvive("42 kinds of events", GetParam().make, 19 - PREPARED_ALLOCATIONS);
+        expectToSurvive("42 kinds of events", GetParam().make, 14 - PREPARED_ALLOCATIONS);
     // A string is left if one of the two allocations between a task's creation and its run fails,
     // for each of two subscriptions and each of two series.
     const bool isConnection = GetParam().source == std::string("BtDeviceConnectionStateChangedCb");
