@@ -1,4 +1,4 @@
-// A process that contains only the main-loop library. The daemon's size is compared with it.
+// A process that only runs the main loop. The daemon's resident memory is compared with it.
 #include <Ecore.h>
 #include <unistd.h>
 
