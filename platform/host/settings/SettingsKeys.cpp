@@ -57,12 +57,6 @@ constexpr Key KEYS[] = {
      [](Settings& s, auto, auto value) { return storeNamed(s.log.output, OUTPUTS, value); }},
     {"log", "file", "a path that starts with '/'",
      [](Settings& s, auto, auto value) { return storePath(s.log.file, value); }},
-    // Accepted without effect, so that existing files stay valid.
-    {"log", "flush_ms", "a number of milliseconds from 0 to 60000",
-     [](Settings&, auto, auto value) {
-         int unused = 0;
-         return storeNumber(unused, 0, 60000, value);
-     }},
     {"log", "level", "debug, info, warning, error or 3 to 6",
      [](Settings& s, auto, auto value) { return storeNamed(s.log.level, LEVELS, value); }},
     {"system-info", "*", "a 32-bit integer",

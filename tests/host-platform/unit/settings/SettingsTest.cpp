@@ -43,7 +43,7 @@ TEST_F(SettingsTest, HaveDefaultsInAnEmptyFile) {
 
 TEST_F(SettingsTest, TakeEveryKey) {
     write(
-        "[log]\noutput = file\nfile = /a b\nflush_ms = 7\nlevel = warning\n"
+        "[log]\noutput = file\nfile = /a b\nlevel = warning\n"
         "[system-info]\ncom.example/a.b = -7\nbig=2147483647\n"
         "[inject]\nsocket = /run/i.sock\nthreads = 8\n"
         "[callbacks]\nslow_ms = 0\n"
@@ -99,7 +99,7 @@ TEST_F(SettingsTest, ReportUnknownSectionsAndKeysWithWhatThereIs) {
                             at(3) + "there is no section [logs]; the sections are [log], "
                                     "[system-info], [inject], [callbacks], [bluez], [sound]",
                             at(6) + "[log] has no key \"colour\"; its keys are output, file, "
-                                    "flush_ms, level",
+                                    "level",
                             at(8) + "[sound] has no key \"route.\"; its keys are server, route.*"));
 }
 
@@ -213,7 +213,6 @@ INSTANTIATE_TEST_SUITE_P(
         BadValue{"log", "output = syslog", "auto, stderr, journal or file"},
         BadValue{"log", "output =", "auto, stderr, journal or file"},
         BadValue{"log", "file = log.txt", "a path that starts with '/'"},
-        BadValue{"log", "flush_ms = 60001", "a number of milliseconds from 0 to 60000"},
         BadValue{"log", "level = 7", "debug, info, warning, error or 3 to 6"},
         BadValue{"system-info", "a = 1x", "a 32-bit integer"},
         BadValue{"system-info", "a = 2147483648", "a 32-bit integer"},
