@@ -56,7 +56,7 @@ TEST(EmissionTest, ShowsWhatIsSubscribed) {
     EXPECT_THAT(host.subscriptions(), ElementsAre("bt-adapter-name-changed"));
 }
 
-TEST(EmissionTest, TellsThatNobodyIsSubscribed) {
+TEST(EmissionTest, TellsThatThereIsNoSubscriber) {
     Host host;
     host.load(fixture("reads"));
     EXPECT_FALSE(host.emit("bt-adapter-state-changed"));

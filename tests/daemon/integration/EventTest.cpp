@@ -109,7 +109,7 @@ TEST_F(DaemonEventTest, APluginThatSubscribedTwiceIsCalledTwiceAndUnsubscribesOn
               "bt_product_deinit\n");
 }
 
-TEST_F(DaemonEventTest, NobodyIsSubscribedAfterUnsubscribingInTheCallback) {
+TEST_F(DaemonEventTest, NoSubscriberRemainsAfterUnsubscribingInTheCallback) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "unsubscribes_in_callback");
     const Outcome outcome = switchOffAndOn(NOT_DELIVERED);
     EXPECT_EQ(story(whileRunning(outcome.log)),
@@ -153,7 +153,7 @@ TEST_F(DaemonEventTest, TheCallbackStaysSetWhileAnotherPluginIsSubscribed) {
 }
 
 // The plugin's library is closed, so its callback must not be called.
-TEST_F(DaemonEventTest, TheSubscriptionOfAPluginThatFailedReachesNobody) {
+TEST_F(DaemonEventTest, AnEventForAPluginThatFailedToLoadIsDropped) {
     m_sandbox.addPlugin(FIRST_PLUGIN, "subscribes_then_fails");
     m_sandbox.addPlugin(SECOND_PLUGIN, "subscriber");
     m_sandbox.start();

@@ -147,7 +147,7 @@ TEST_F(AgentTest, QuestionThatIsCancelledIsNotAnswered) {
     EXPECT_EQ(call("AgentAnswers", {}), "('Cancel ok',)\n");
 }
 
-TEST_F(AgentTest, AnswersNobodyButBluez) {
+TEST_F(AgentTest, AnswersOnlyBluez) {
     start("accept");
     const auto answer = call("NameOf", {daemonId()});  // for example (':1.5',)
     const auto begin = answer.find(':');

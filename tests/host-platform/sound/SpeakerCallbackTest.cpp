@@ -109,7 +109,7 @@ TEST_F(SpeakerCallbackTest, StartsNothingWithoutAMainLoop) {
     EXPECT_EQ(sound_manager_unset_speaker_changed_cb(), 0);
 }
 
-TEST_F(SpeakerCallbackTest, IsCalledOnTheMainThreadWhoeverSetIt) {
+TEST_F(SpeakerCallbackTest, IsCalledOnTheMainThreadFromWhicheverThreadItWasSet) {
     startServer();
     startMainLoop();
     Call call;

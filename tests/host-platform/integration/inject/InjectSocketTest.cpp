@@ -190,7 +190,7 @@ TEST_F(InjectSocketTest, IsNotThereUnlessAskedFor) {
     EXPECT_THAT(second.errors(), testing::Not(HasSubstr("INJECT")));
 }
 
-TEST_F(InjectSocketTest, TellsWhenNobodySubscribed) {
+TEST_F(InjectSocketTest, TellsWhenThereIsNoSubscriber) {
     ChildProcess second(secondDaemon(socket()));
     ASSERT_TRUE(second.waitForLine("init bluetooth"));
     ASSERT_TRUE(second.waitForLine("loadPlugins"));

@@ -53,7 +53,7 @@ TEST_F(InjectThreadsTest, AreNotThereUnlessAskedFor) {
     EXPECT_EQ(threadOf("a"), std::to_string(m_daemon->id()));
 }
 
-TEST_F(InjectThreadsTest, TellWhatTheyRefuseAndWhenNobodySubscribed) {
+TEST_F(InjectThreadsTest, NameWhatTheyRefuseAndWhenThereIsNoSubscriber) {
     startWithThreads(8, THROWING_PLUGIN);
     EXPECT_EQ(tool({"emit", "bt-avrcp-volume-notify"}).output,
               "bt-avrcp-volume-notify: no plugin has subscribed\n");
