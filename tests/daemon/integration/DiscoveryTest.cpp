@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/process/DaemonLog.h"
+#include "tests/support/process/FileTime.h"
 #include "tests/support/process/Sandbox.h"
 
 using testing::ElementsAre;
@@ -43,6 +44,14 @@ TEST_F(DaemonDiscoveryTest, RegularFilesThatEndInSoAreCandidates) {
     EXPECT_EQ(outcome.log.count("> end init func"), 3U);
     EXPECT_TRUE(outcome.log.contains(".so: init"));
     EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(DaemonDiscoveryTest, AFileDatedAfter2038IsACandidate) {
+    m_sandbox.addPlugin("libx.so");
+    setTime(m_sandbox.plugins() / "libx.so", YEAR_2040);
+    const Outcome outcome = m_sandbox.startAndTerminate();
+    EXPECT_THAT(found(outcome.log), ElementsAre("libx.so"));
+    EXPECT_EQ(outcome.log.count("> end init func"), 1U);
 }
 
 TEST_F(DaemonDiscoveryTest, OtherEndingsAreNotTaken) {

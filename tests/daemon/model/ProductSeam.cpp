@@ -6,6 +6,7 @@
 #include <time.h>
 
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -27,6 +28,11 @@ Function next(const char* name) {
 }
 
 #define NEXT(function) next<decltype(&function)>(#function)
+#if __SIZEOF_LONG__ == 8
+#define NEXT_WITH_TIME(function) NEXT(function)
+#else  // the C library has another function for times of 64 bits
+#define NEXT_WITH_TIME(function) next<decltype(&function)>("__" #function "64")
+#endif
 
 Scheduler::Mutex* driven(pthread_mutex_t* mutex) {
     return Scheduler::current() == nullptr ? nullptr : Run::current().mutexAt(mutex);
@@ -88,7 +94,7 @@ extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t
         }
         return 0;
     }
-    static const auto original = NEXT(pthread_cond_clockwait);
+    static const auto original = NEXT_WITH_TIME(pthread_cond_clockwait);
     return original(condition, mutex, clock, time);
 }
 
@@ -105,12 +111,28 @@ extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
     if (Scheduler* const scheduler = Scheduler::current(); scheduler && clock == CLOCK_MONOTONIC) {
         const Time now = START + scheduler->now();
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now);
-        *time = {seconds.count(), static_cast<long>((now - seconds).count())};
+        time->tv_sec = static_cast<time_t>(seconds.count());
+        time->tv_nsec = static_cast<long>((now - seconds).count());
         return 0;
     }
-    static const auto original = NEXT(clock_gettime);
+    static const auto original = NEXT_WITH_TIME(clock_gettime);
     return original(clock, time);
 }
+
+#if __SIZEOF_LONG__ == 4
+// The C++ library may have been built with times of 32 bits.
+struct ShortTime {
+    std::int32_t seconds;
+    std::int32_t nanoseconds;
+};
+extern "C" int getShortTime(clockid_t clock, ShortTime* time) noexcept __asm__("clock_gettime");
+extern "C" int getShortTime(clockid_t clock, ShortTime* time) noexcept {
+    timespec whole{};
+    const int result = clock_gettime(clock, &whole);
+    *time = {static_cast<std::int32_t>(whole.tv_sec), static_cast<std::int32_t>(whole.tv_nsec)};
+    return result;
+}
+#endif
 
 int dlog_print(int priority, const char* tag, const char* format, ...) {
     char text[256];
