@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -27,10 +29,13 @@ public:
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
-    std::size_t size() const {
+    /// Returns std::nullopt if the size can't be determined.
+    std::optional<std::uint64_t> size() const {
         struct stat status {};
-        fstat(m_fd, &status);
-        return static_cast<std::size_t>(status.st_size);
+        if (fstat(m_fd, &status) != 0) {
+            return std::nullopt;
+        }
+        return static_cast<std::uint64_t>(status.st_size);
     }
     bool read(void* to, std::size_t size, std::size_t offset) const {
         return pread(m_fd, to, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
@@ -60,9 +65,13 @@ bool LibraryFile::isCutOff(const std::string& path) {
     if (!file.read(segments.data(), segments.size() * sizeof(Segment), header.e_phoff)) {
         return false;
     }
+    const auto size = file.size();
+    if (!size) {
+        return false;
+    }
     // The rest of the file's last page reads as zeros.
-    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    const std::size_t readable = (file.size() + page - 1) / page * page;
+    const auto page = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    const std::uint64_t readable = (*size + page - 1) / page * page;
     return std::ranges::any_of(segments, [=](const Segment& segment) {
         return segment.p_type == PT_LOAD && segment.p_filesz > 0 &&
                (segment.p_filesz > readable || segment.p_offset > readable - segment.p_filesz);

@@ -1,10 +1,13 @@
 // Detection of truncated library files.
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <link.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <filesystem>
@@ -13,6 +16,20 @@
 #include <string>
 
 #include "daemon/src/LibraryFile.h"
+
+namespace {
+
+bool g_fstatFails = false;
+
+}  // namespace
+
+extern "C" int fstat(int fd, struct stat* status) noexcept {
+    if (g_fstatFails) {
+        errno = EIO;
+        return -1;
+    }
+    return fstatat(fd, "", status, AT_EMPTY_PATH);
+}
 
 namespace {
 
@@ -80,6 +97,20 @@ TEST_F(LibraryFileTest, OneThatLacksTheLastByteOfItsLastPageIsNotAndCanBeOpened)
     ASSERT_NE(handle, nullptr) << dlerror();
     EXPECT_NE(dlsym(handle, "PLUGIN_INIT"), nullptr);
     dlclose(handle);
+}
+
+TEST_F(LibraryFileTest, OneOfMoreThan4GiBIsNot) {
+    EXPECT_FALSE(isCutOff(m_bytes));
+    constexpr off_t size = (off_t{1} << 32) + 1;
+    ASSERT_EQ(truncate(m_path.c_str(), size), 0) << std::strerror(errno);
+    EXPECT_FALSE(LibraryFile::isCutOff(m_path));
+}
+
+TEST_F(LibraryFileTest, OneOfUnknownSizeIsNot) {
+    EXPECT_TRUE(isCutOff(m_bytes.substr(0, 4096)));
+    g_fstatFails = true;
+    EXPECT_FALSE(LibraryFile::isCutOff(m_path));
+    g_fstatFails = false;
 }
 
 TEST_F(LibraryFileTest, ATableOfSegmentsMayStandAnywhere) {
