@@ -3,28 +3,24 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <memory>
 
 #include "daemon/src/common/log.h"
 
-namespace {
-
-FileManager::Candidacy candidacyOf(const std::string& directory, const std::string& name) {
-    using enum FileManager::Candidacy;
+FileManager::Entry FileManager::examine(const std::string& directory, const std::string& name) {
+    using enum Candidacy;
     struct stat status {};
     if (stat((directory + "/" + name).c_str(), &status) != 0) {
-        return Unreachable;
+        return {name, Unreachable, errno};
     }
     if (!S_ISREG(status.st_mode)) {
-        return NotARegularFile;
+        return {name, NotARegularFile, 0};
     }
-    return name.ends_with(".so") ? Candidate : OtherSuffix;
+    return {name, name.ends_with(".so") ? Candidate : OtherSuffix, 0};
 }
 
-}  // namespace
-
-std::optional<std::list<FileManager::Entry>> FileManager::listDirectory(
-    const std::string& directory) {
+std::optional<FileManager::Listing> FileManager::listDirectory(const std::string& directory) {
     struct Closer {
         void operator()(DIR* stream) const { closedir(stream); }
     };
@@ -32,22 +28,27 @@ std::optional<std::list<FileManager::Entry>> FileManager::listDirectory(
     if (!stream) {
         return std::nullopt;
     }
-    std::list<Entry> entries;
-    while (const dirent* entry = readdir(stream.get())) {
-        entries.push_back({entry->d_name, candidacyOf(directory, entry->d_name)});
+    Listing listing{};
+    while (true) {
+        errno = 0;  // readdir sets it only if it fails
+        const dirent* const entry = readdir(stream.get());
+        if (entry == nullptr) {
+            listing.error = errno;
+            return listing;
+        }
+        listing.entries.push_back(examine(directory, entry->d_name));
     }
-    return entries;
 }
 
 std::list<std::string> FileManager::getFilesInDirectory(const std::string& directory) {
     ApiTracker tracker(__PRETTY_FUNCTION__, __LINE__);
-    const auto entries = listDirectory(directory);
-    if (!entries) {
+    const auto listing = listDirectory(directory);
+    if (!listing) {
         LOGE("can not open directory, %s", directory.c_str());
         return {};
     }
     std::list<std::string> files;
-    for (const Entry& entry : *entries) {
+    for (const Entry& entry : listing->entries) {
         if (entry.candidacy == Candidacy::Candidate) {
             LOGI("%s", entry.name.c_str());
             files.push_back(entry.name);

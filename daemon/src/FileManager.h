@@ -13,14 +13,21 @@ public:
     struct Entry {
         std::string name;
         Candidacy candidacy;
+        int error;  // errno if it is unreachable, otherwise 0
+    };
+    struct Listing {
+        std::list<Entry> entries;  // in the directory's own order
+        int error;                 // errno if the directory can't be read to its end, otherwise 0
     };
 
-    /// Returns all entries in the directory's own order, or std::nullopt with errno set if it
-    /// can't be opened.
-    static std::optional<std::list<Entry>> listDirectory(const std::string& directory);
+    /// Examines one name of a directory, whether it is listed or not.
+    static Entry examine(const std::string& directory, const std::string& name);
+
+    /// Returns std::nullopt with errno set if the directory can't be opened.
+    static std::optional<Listing> listDirectory(const std::string& directory);
 
     /// Returns the names, without the directory, of the regular files (symbolic links are
     /// followed) that end in ".so", in the directory's own order. Logs an error and returns an
-    /// empty list if the directory can't be read. Main thread.
+    /// empty list if the directory can't be opened. Main thread.
     std::list<std::string> getFilesInDirectory(const std::string& directory);
 };

@@ -125,6 +125,19 @@ TEST_F(OrderTest, TellsWhyAFileIsNoCandidate) {
     EXPECT_THAT(column(json["skipped"], "file"), ElementsAre("a.so.1", "b.so", "c.so"));
     EXPECT_THAT(column(json["skipped"], "rule"),
                 ElementsAre("other-suffix", "not-a-regular-file", "unreachable"));
+    EXPECT_EQ(json["skipped"][2]["why"], "can't be examined: No such file or directory");
+}
+
+TEST_F(OrderTest, TellsWhyAFileCannotBeOpenedOrRead) {
+    fs::create_symlink("/proc/sys/net/ipv4/route/flush", plugins() / "write-only.so");
+    const auto unopened = runTool({"order", plugins()});
+    EXPECT_THAT(unopened.output, HasSubstr("write-only.so  no rule for this name; can't be opened: "
+                                           "Permission denied\n"));
+    fs::remove(plugins() / "write-only.so");
+    // Nothing is mapped at the address 0.
+    fs::create_symlink("/proc/self/mem", plugins() / "memory.so");
+    EXPECT_EQ(order()["order"][0]["why"],
+              "no rule for this name; can't be read: Input/output error");
 }
 
 TEST_F(OrderTest, ShowsATableWithAWordAboutEquals) {
@@ -160,6 +173,18 @@ TEST_F(OrderTest, RefusesWhatIsNoDirectory) {
     file("libx.so");
     EXPECT_THAT(runTool({"order", plugins() / "libx.so"}).errors,
                 HasSubstr("can't be read: Not a directory"));
+}
+
+TEST_F(OrderTest, RefusesADirectoryThatCannotBeReadToItsEnd) {
+    file("libx.so");
+    // The library is preloaded before AddressSanitizer's, which would report that.
+    const auto result =
+        runTool({"order", plugins()},
+                {{"LD_PRELOAD", BREAKING_LIBRARY}, {"ASAN_OPTIONS", "verify_asan_link_order=0"}});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors,
+              "corvane: " + plugins().string() + " can't be read to its end: Input/output error\n");
 }
 
 TEST_F(OrderTest, RefusesADirectoryThatMayNotBeRead) {

@@ -15,6 +15,7 @@ struct OrderedFile {
     std::string name;
     std::size_t found;  // position among the candidates as the directory lists them, from 1
     PluginPriorityChecker::Decision decision;
+    std::string problem;  // why the file can't be opened or read; empty if it can
 
     int getPriority() const { return decision.priority; }
 };
@@ -27,7 +28,7 @@ struct LoadOrder {
 };
 
 /// Queries the file system and the platform as the daemon does when it starts. Throws
-/// std::runtime_error if the directory can't be read.
+/// std::runtime_error if the directory can't be read to its end.
 LoadOrder readLoadOrder(const std::string& directory);
 
 }  // namespace corvane::tool

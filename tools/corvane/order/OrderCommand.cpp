@@ -1,5 +1,6 @@
 // corvane order: prints which plugins the daemon would load, in which order and why.
 #include <algorithm>
+#include <cstring>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -45,10 +46,18 @@ Reason reasonOf(Rule rule) {
             "rule for this name; the product type is unknown, or its products lack the dongle"};
 }
 
-Reason reasonOf(FileManager::Candidacy candidacy) {
-    switch (candidacy) {
+Reason reasonOf(const OrderedFile& file) {
+    auto reason = reasonOf(file.decision.rule);
+    if (!file.problem.empty()) {
+        reason.text += "; " + file.problem;
+    }
+    return reason;
+}
+
+Reason reasonOf(const FileManager::Entry& entry) {
+    switch (entry.candidacy) {
         case FileManager::Candidacy::Unreachable:
-            return {"unreachable", "can't be examined: a dangling link, or no permission"};
+            return {"unreachable", std::string("can't be examined: ") + std::strerror(entry.error)};
         case FileManager::Candidacy::NotARegularFile:
             return {"not-a-regular-file", "not a regular file"};
         default:
@@ -90,10 +99,10 @@ std::string textOf(const LoadOrder& order) {
     }
     for (std::size_t i = 0; i < order.files.size(); ++i) {
         const auto& file = order.files[i];
-        row(i + 1, file.getPriority(), file.found, file.name, reasonOf(file.decision.rule).text);
+        row(i + 1, file.getPriority(), file.found, file.name, reasonOf(file).text);
     }
     for (const auto& entry : order.skipped) {
-        row("-", "-", "-", entry.name, reasonOf(entry.candidacy).text);
+        row("-", "-", "-", entry.name, reasonOf(entry).text);
     }
     if (!ties(order).empty()) {
         text
@@ -110,7 +119,7 @@ std::string jsonOf(const LoadOrder& order) {
                                 {"ties", ties(order)},
                                 {"exposed", order.exposed}};
     for (const auto& file : order.files) {
-        const auto reason = reasonOf(file.decision.rule);
+        const auto reason = reasonOf(file);
         json["order"].push_back({{"file", file.name},
                                  {"priority", file.getPriority()},
                                  {"found", file.found},
@@ -118,7 +127,7 @@ std::string jsonOf(const LoadOrder& order) {
                                  {"why", reason.text}});
     }
     for (const auto& entry : order.skipped) {
-        const auto reason = reasonOf(entry.candidacy);
+        const auto reason = reasonOf(entry);
         json["skipped"].push_back(
             {{"file", entry.name}, {"rule", reason.rule}, {"why", reason.text}});
     }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -28,7 +29,11 @@ struct ElfEnd {
 class File {
 public:
     explicit File(const std::filesystem::path& path)
-        : m_fd(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+        : m_fd(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+        if (m_fd < 0) {
+            throw CheckError(path.string() + " can't be opened: " + std::strerror(errno));
+        }
+    }
     ~File() { close(m_fd); }
     File(const File&) = delete;
     File& operator=(const File&) = delete;

@@ -4,7 +4,7 @@
 #include <IRequestBroker.h>
 #include <sys/wait.h>
 
-#include <algorithm>
+#include <cstring>
 #include <sstream>
 #include <string_view>
 
@@ -21,12 +21,12 @@ namespace corvane::check {
 namespace {
 
 void checkName(const WorkDirectory& workDirectory, Findings& findings) {
-    const auto entries = FileManager::listDirectory(workDirectory.plugins());
-    const auto isTaken = [&](const FileManager::Entry& entry) {
-        return entry.name == workDirectory.name() &&
-               entry.candidacy == FileManager::Candidacy::Candidate;
-    };
-    if (!entries || std::ranges::none_of(*entries, isTaken)) {
+    const auto entry = FileManager::examine(workDirectory.plugins().string(), workDirectory.name());
+    if (entry.candidacy == FileManager::Candidacy::Unreachable) {
+        throw CheckError(workDirectory.copy().string() +
+                         " can't be examined: " + std::strerror(entry.error));
+    }
+    if (entry.candidacy != FileManager::Candidacy::Candidate) {
         findings.add("not-a-candidate", workDirectory.name());
     }
 }
