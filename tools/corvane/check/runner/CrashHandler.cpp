@@ -30,12 +30,24 @@ void* interruptedAt([[maybe_unused]] void* context) {
     const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): registers are integers
     return reinterpret_cast<void*>(machine->gregs[REG_RIP]);
+#elif defined(__i386__)
+    const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the same
+    return reinterpret_cast<void*>(machine->gregs[REG_EIP]);
 #elif defined(__aarch64__)
     const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
     return reinterpret_cast<void*>(machine->pc);
+#elif defined(__arm__)
+    const auto* const machine = &static_cast<ucontext_t*>(context)->uc_mcontext;
+    return reinterpret_cast<void*>(machine->arm_pc);
 #else
     return nullptr;
 #endif
+}
+
+// A direct cast from a pointer to a larger integer may extend the sign.
+std::uintmax_t numberOf(const void* address) {
+    return reinterpret_cast<std::uintptr_t>(address);
 }
 
 void onSignal(int number, siginfo_t* info, void* context) {
@@ -55,11 +67,11 @@ void onSignal(int number, siginfo_t* info, void* context) {
     // cppcheck-suppress invalidPrintfArgType_uint ; std::uintmax_t is uintmax_t
     int size = std::snprintf(text.data(), text.size(),
                              "\n{\"signal\":%d,\"thread\":%d,\"address\":%ju,\"frames\":[", number,
-                             gettid(), reinterpret_cast<std::uintmax_t>(info->si_addr));
+                             gettid(), numberOf(info->si_addr));
     for (int i = first; i < count; ++i) {
         // cppcheck-suppress invalidPrintfArgType_uint ; the same
         size += std::snprintf(text.data() + size, text.size() - size, "%s%ju", i > first ? "," : "",
-                              reinterpret_cast<std::uintmax_t>(frames[i]));
+                              numberOf(frames[i]));
     }
     size += std::snprintf(text.data() + size, text.size() - size, "]}\n");
     if (write(report::fd(), text.data(), size) != size) {
