@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+#include "tests/support/process/FileTime.h"
+#include "tests/support/process/TemporaryDirectory.h"
 #include "tests/tools/check/RunTool.h"
 
 namespace {
@@ -12,6 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::ContainsRegex;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -53,6 +56,33 @@ TEST(CheckTest, TheStatusIs2ForWhatCannotBeChecked) {
     EXPECT_EQ(runTool({"check", "/tmp"}).status, 2);
     EXPECT_EQ(runTool({"check"}).status, 2);
     EXPECT_EQ(runTool({"check", fixture("clean"), "--slow-ms", "soon"}).status, 2);
+}
+
+TEST(CheckTest, WhatCannotBeOpenedOrReadIsNamedWithTheReason) {
+    const TemporaryDirectory directory;
+    const auto errorOf = [&](const char* target) {
+        const auto link = directory.path() / "libx.so";
+        fs::create_symlink(target, link);
+        const auto result = runTool({"check", link});
+        fs::remove(link);
+        EXPECT_EQ(result.status, 2);
+        return result.errors;
+    };
+    EXPECT_THAT(errorOf("/proc/sys/net/ipv4/route/flush"),
+                EndsWith("libx.so can't be copied: Permission denied\n"));
+    // Nothing is mapped at the address 0.
+    EXPECT_THAT(errorOf("/proc/self/mem"),
+                EndsWith("libx.so can't be copied: Input/output error\n"));
+}
+
+TEST(CheckTest, AFileDatedAfter2038IsChecked) {
+    const TemporaryDirectory directory;
+    const auto file = directory.path() / "libclean.so";
+    fs::copy_file(fixture("clean"), file);
+    setTime(file, YEAR_2040);
+    setTime(directory.path(), YEAR_2040);
+    const auto result = check(file, PATIENT);
+    EXPECT_TRUE(result.value("clean", false)) << result.dump(2);
 }
 
 TEST(CheckTest, StaticOnlyDoesNotRunThePlugin) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/process/FileTime.h"
 #include "tests/support/process/TemporaryDirectory.h"
 #include "tests/tools/check/RunTool.h"
 
@@ -63,6 +64,13 @@ TEST_F(ExposureTest, AFileThatEveryoneMayWriteIsNamed) {
 
 TEST_F(ExposureTest, ADirectoryThatEveryoneMayWriteIsNamed) {
     fs::permissions(m_directory, fs::perms(0777));
+    EXPECT_EQ(warningsOf("order"), warning(m_directory, " is writable by everyone"));
+    EXPECT_EQ(warningsOf("check"), warning(m_directory, " is writable by everyone"));
+}
+
+TEST_F(ExposureTest, ADirectoryDatedAfter2038IsExaminedToo) {
+    fs::permissions(m_directory, fs::perms(0777));
+    setTime(m_directory, YEAR_2040);
     EXPECT_EQ(warningsOf("order"), warning(m_directory, " is writable by everyone"));
     EXPECT_EQ(warningsOf("check"), warning(m_directory, " is writable by everyone"));
 }

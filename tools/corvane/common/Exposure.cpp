@@ -72,7 +72,8 @@ std::vector<std::string> exposureOfFile(const fs::path& file) {
     auto sentences = exposureOf(file);
     std::error_code ignored;
     const auto directory = fs::absolute(file, ignored).parent_path();
-    if ((fs::status(directory, ignored).permissions() & fs::perms::sticky_bit) == fs::perms::none) {
+    struct stat status {};
+    if (stat(directory.c_str(), &status) == 0 && (status.st_mode & S_ISVTX) == 0) {
         const auto more = exposureOf(directory);
         sentences.insert(sentences.end(), more.begin(), more.end());
     }

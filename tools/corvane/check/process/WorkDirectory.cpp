@@ -1,10 +1,15 @@
 // The directory in which a plugin is checked.
 #include "tools/corvane/check/process/WorkDirectory.h"
 
+#include <sys/stat.h>
+
+#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <memory>
 
 #include "tools/corvane/check/findings/CheckError.h"
 
@@ -12,11 +17,45 @@ namespace corvane::check {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// These two stand in for std::filesystem, which on some 32-bit systems can't examine a file that is
+// dated after 2038.
+
+bool isRegularFile(const fs::path& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        throw CheckError(path.string() + " can't be checked: " + std::strerror(errno));
+    }
+    return S_ISREG(status.st_mode);
+}
+
+struct Closer {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using Stream = std::unique_ptr<std::FILE, Closer>;
+
+// Returns 0, or errno.
+int copyFile(const fs::path& from, const fs::path& to) {
+    const Stream input(std::fopen(from.c_str(), "rbe"));
+    const Stream output(input ? std::fopen(to.c_str(), "wbe") : nullptr);
+    if (!output) {
+        return errno;
+    }
+    std::array<char, 65536> block;
+    while (const auto size = std::fread(block.data(), 1, block.size(), input.get())) {
+        if (std::fwrite(block.data(), 1, size, output.get()) != size) {
+            return errno;
+        }
+    }
+    return std::ferror(input.get()) != 0 || std::fflush(output.get()) != 0 ? errno : 0;
+}
+
+}  // namespace
+
 WorkDirectory::WorkDirectory(const fs::path& library) : m_name(library.filename()) {
-    std::error_code error;
-    if (!fs::is_regular_file(library, error)) {
-        throw CheckError(library.string() + " can't be checked: " +
-                         (error ? error.message() : "it is not a regular file"));
+    if (!isRegularFile(library)) {
+        throw CheckError(library.string() + " can't be checked: it is not a regular file");
     }
     auto path = (fs::temp_directory_path() / "corvane-check-XXXXXX").string();
     if (mkdtemp(path.data()) == nullptr) {
@@ -24,9 +63,9 @@ WorkDirectory::WorkDirectory(const fs::path& library) : m_name(library.filename(
     }
     m_directory = path;
     fs::create_directory(plugins());
-    if (!fs::copy_file(library, copy(), error)) {
+    if (const int error = copyFile(library, copy())) {
         fs::remove_all(m_directory);
-        throw CheckError(library.string() + " can't be read: " + error.message());
+        throw CheckError(library.string() + " can't be copied: " + std::strerror(error));
     }
     std::ofstream(m_directory / "platform.conf")
         << "[log]\noutput = stderr\nlevel = info\n"
