@@ -260,7 +260,9 @@ TEST_F(CallbackDelegatorTest, TheDelegatorMayGoDuringAnEvent) {
 }
 
 TEST(CallbackDelegatorSingletonTest, IsMadeOnceAndNotAgainAfterItsEnd) {
-    // Called in a child process, so that the other tests keep their singleton.
+    // Called in a new process, which runs only this test: others have used this process's
+    // singleton.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto life = [] {
         CallbackDelegator* first = Singleton<CallbackDelegator>::getInstance();
         EXPECT_NE(first, nullptr);
