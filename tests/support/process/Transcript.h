@@ -5,6 +5,7 @@
 
 #include <string>
 
-/// Fails the test unless `seen` equals the content of `directory`/`name`.txt.
+/// Fails the test unless `seen` equals the content of `directory`/`name`.txt. The files contain the
+/// type of std::size_t on 64-bit machines.
 void expectTranscript(const std::string& directory, const std::string& name,
                       const std::string& seen);

@@ -16,6 +16,7 @@
 #include "taskExecutor/TaskInvokerImpl.h"
 #include "tests/support/FakePlatform.h"
 #include "tests/support/Invokers.h"
+#include "tests/support/SizeType.h"
 
 using testing::ElementsAre;
 
@@ -73,9 +74,11 @@ const std::string UNREGISTER =
     "int CallbackDelegator::unregisterCallback(CallbackType, ITaskInvoker*) [with CallbackClass = "
     "BtAdapterStateChangedCb]";
 const std::string REMOVE =
-    "size_t CallbackImpl<CallbackFunction, Types>::remove(ITaskInvoker*) [with CallbackFunction = "
-    "void (*)(int, bt_adapter_state_e, void*); Types = {int, bt_adapter_state_e}; size_t = long "
-    "unsigned int]";
+    std::string(
+        "size_t CallbackImpl<CallbackFunction, Types>::remove(ITaskInvoker*) [with "
+        "CallbackFunction = void (*)(int, bt_adapter_state_e, void*); Types = {int, "
+        "bt_adapter_state_e}; size_t = ") +
+    SIZE_TYPE + "]";
 
 }  // namespace
 

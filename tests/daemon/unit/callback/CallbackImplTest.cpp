@@ -14,6 +14,7 @@
 #include "tests/support/FakePlatform.h"
 #include "tests/support/HeapInUse.h"
 #include "tests/support/Invokers.h"
+#include "tests/support/SizeType.h"
 
 using testing::ElementsAre;
 
@@ -105,9 +106,11 @@ TEST_F(CallbackImplTest, RemoveIsTracedUnderItsFullSignature) {
     fake_platform::reset();
     m_source.remove(&m_a);
     const std::string signature =
-        "[size_t CallbackImpl<CallbackFunction, Types>::remove(ITaskInvoker*) [with "
-        "CallbackFunction = void (*)(int, bt_adapter_state_e, void*); Types = {int, "
-        "bt_adapter_state_e}; size_t = long unsigned int](#)]";
+        std::string(
+            "[size_t CallbackImpl<CallbackFunction, Types>::remove(ITaskInvoker*) [with "
+            "CallbackFunction = void (*)(int, bt_adapter_state_e, void*); Types = {int, "
+            "bt_adapter_state_e}; size_t = ") +
+        SIZE_TYPE + "](#)]";
     EXPECT_THAT(fake_platform::transcript(),
                 ElementsAre("D QVX log.h: ApiTracker(#) > IN >> " + signature,
                             "I QVX CallbackImpl.h: remove(#) > remove invoker : 0x#",
