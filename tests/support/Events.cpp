@@ -23,14 +23,14 @@ struct ArgumentsOf<void (*)(All...)> {
     using Tuple = std::tuple<All...>;  // the last is the user data
 };
 
-/// A member pointer to a virtual function contains 1 + its offset in the vtable. The destructor
-/// occupies the first two entries.
+/// A member pointer to a virtual function contains its offset in the vtable, plus 1 except on ARM.
+/// The destructor occupies the first two entries.
 template <typename Operation>
 int slotOf(Operation operation) {
     std::uintptr_t offset;
     static_assert(sizeof operation >= sizeof offset);
     std::memcpy(&offset, &operation, sizeof offset);
-    return static_cast<int>((offset - 1) / sizeof(void*)) - 2;
+    return static_cast<int>(offset / sizeof(void*)) - 2;
 }
 
 template <typename Function>
