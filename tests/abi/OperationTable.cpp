@@ -61,7 +61,7 @@ std::string whereabouts(const std::string& operation, const std::vector<std::str
 std::vector<std::string> operationTable() {
     const RequestBroker broker(nullptr);
     void** table;
-    std::memcpy(&table, &broker, sizeof table);
+    std::memcpy(&table, static_cast<const void*>(&broker), sizeof table);
     std::vector<std::string> names;
     for (std::size_t slot = DESTRUCTOR_SLOTS; slot < slotCount(table); ++slot) {
         names.push_back(nameOf(table[slot]));

@@ -5,8 +5,7 @@ namespace {
 
 int* volatile nowhere = reinterpret_cast<int*>(8);
 
-__attribute__((noinline, no_sanitize_address, no_sanitize_thread, no_sanitize_undefined)) void
-writeNowhere() {
+__attribute__((noinline, no_sanitize("address", "thread", "undefined"))) void writeNowhere() {
     *nowhere = 1;
 }
 

@@ -19,7 +19,7 @@ extern "C" int PLUGIN_INIT(void* handle) {
     broker->BtAdapterSetStateChangedCb(onState, nullptr);
     broker->BtHidHostInitialize(onConnection, nullptr);
     broker->RequestToInvokeInTaskExecutor(
-        [filler = std::array<char, 64>{}](void*) { ++pluginCounts.jobs; }, nullptr);
+        [filler = std::array<char, 64>{}](void*) { pluginCounts.jobs += 1 + filler[0]; }, nullptr);
     ++pluginCounts.started;
     return 0;
 }
