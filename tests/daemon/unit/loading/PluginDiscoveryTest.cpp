@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
@@ -72,6 +74,18 @@ TEST_F(PluginDiscoveryTest, TheListingIsTracedAndNamesEachCandidate) {
                 ElementsAre("D QVX log.h: ApiTracker(#) > IN >> " + signature,
                             "I QVX FileManager.cpp: getFilesInDirectory(#) > libfoo.so",
                             "D QVX log.h: ~ApiTracker(#) > OUT << " + signature));
+}
+
+TEST_F(PluginDiscoveryTest, AnEntryThatCannotBeExaminedHasItsErrorAndTheListingHasNone) {
+    fs::create_symlink("nowhere", "plugins/dangling.so");
+    const auto listing = FileManager::listDirectory("plugins/");
+    ASSERT_TRUE(listing);
+    EXPECT_EQ(listing->error, 0);
+    const auto entry =
+        std::ranges::find(listing->entries, "dangling.so", &FileManager::Entry::name);
+    ASSERT_NE(entry, listing->entries.end());
+    EXPECT_EQ(entry->candidacy, FileManager::Candidacy::Unreachable);
+    EXPECT_EQ(entry->error, ENOENT);
 }
 
 TEST_F(PluginDiscoveryTest, AMissingDirectoryIsOneErrorLine) {
