@@ -131,7 +131,7 @@ ROWS = {
         [program("release", "soak", "*", read_soak, CORVANE_SOAK_SECONDS="600")]),
     "fuzz": Row(
         "Ten minutes of each fuzz target built by clang, then all committed inputs built by g++.",
-        [Step("script/fuzz $CORVANE_FUZZ_SECONDS", lines(".* 0 findings$"),
+        [Step("script/check/fuzz $CORVANE_FUZZ_SECONDS", lines(".* 0 findings$"),
               environment={"CORVANE_FUZZ_SECONDS": "600"}),
          Step("echo $(git ls-files '*/fuzz/corpus/*' | wc -l) inputs replayed under g++",
               lines(r"^[1-9]\d* inputs .*")),
@@ -161,7 +161,7 @@ ROWS = {
         [Step("""echo "clang $(clang -dumpversion) -Werror:" \
                      "$(grep -c '"file":' build/fuzz/compile_commands.json) sources, no warning" """,
               lines("^clang .*"), "fuzz"),
-         Step("script/lint", lines("^(?:clang-tidy|cppcheck): .*"))]),
+         Step("script/check/lint", lines("^(?:clang-tidy|cppcheck): .*"))]),
     # In other tests an exception skips the shutdown, or a library stays open.
     "memcheck": Row(
         "Daemon runs with an orderly shutdown, under valgrind's memcheck: no error, no leak, no "
