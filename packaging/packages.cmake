@@ -46,7 +46,7 @@ set(CPACK_COMPONENT_DEV_DESCRIPTION "Development files for plugins of the corvan
 The header of the plugin interface, sample plugins and the documentation;
 on ordinary machines also the headers of the platform and the corvane
 command, which helps to write plugins and makes events without a device.")
-set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "g++, cmake, pkg-config, libgtest-dev, libgmock-dev, libefl-all-dev")
+set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "g++, cmake, pkgconf | pkg-config, libgtest-dev, libgmock-dev, libefl-all-dev")
 
 if(CORVANE_PLATFORM STREQUAL "host")
   string(APPEND CPACK_DEBIAN_DAEMON_PACKAGE_DEPENDS ", corvane-host-platform ${same_version}")
