@@ -28,9 +28,9 @@ protected:
 
     // `systemd-analyze verify` needs the targets that every service depends on.
     void addTargetsOfTheMachine() const {
-        const auto directory = m_installation.at("/lib/systemd/system");
+        const auto directory = m_installation.at("/usr/lib/systemd/system");
         fs::create_directories(directory);
-        for (const auto& entry : fs::directory_iterator("/lib/systemd/system")) {
+        for (const auto& entry : fs::directory_iterator("/usr/lib/systemd/system")) {
             if (entry.path().extension() == ".target" && entry.is_regular_file()) {
                 fs::copy_file(entry.path(), directory / entry.path().filename());
             }
