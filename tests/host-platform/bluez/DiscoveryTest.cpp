@@ -56,7 +56,9 @@ TEST_F(DiscoveryTest, EndsWithTheAdapter) {
 
 TEST_F(DiscoveryTest, FindsANewDevice) {
     start();
-    mock({"AddDevice", "sss", "hci0", "AA:BB:CC:DD:EE:02", "Lamp"});
+    addInterface(std::string(ADAPTER) + "/dev_AA_BB_CC_DD_EE_02", "org.bluez.Device1",
+                 "{'Address': <'AA:BB:CC:DD:EE:02'>, 'Adapter': <objectpath '/org/bluez/hci0'>, "
+                 "'Name': <'Lamp'>, 'RSSI': <int16 -79>}");
     EXPECT_EQ(nextEvent(EVENT),
               "result=0 state=found info={remote_address=\"AA:BB:CC:DD:EE:02\" "
               "remote_name=\"Lamp\" bt_class={major_device_class=0 minor_device_class=0 "
