@@ -31,6 +31,8 @@ make_root() {
         --include="$packages" "$release" "$root" "$(debian_mirror)"
     cp /etc/resolv.conf "$root/etc/"
     cp -r /etc/apt/apt.conf.d/. "$root/etc/apt/apt.conf.d/"
+    # Programs in the root can make mount namespaces of their own only if it is a mount point.
+    mount --bind "$root" "$root"
     mount -t proc proc "$root/proc"
     mount --rbind /dev "$root/dev"
     mount --make-rslave "$root/dev"
@@ -41,8 +43,8 @@ in_root() {
     chroot "$root" env -i HOME=/root TERM=dumb PATH=/usr/sbin:/usr/bin:/sbin:/bin "$@"
 }
 
-# Unmounts this machine's directories from the root and removes the root.
+# remove_root: unmounts what make_root has mounted, and removes the root.
 remove_root() {
-    umount -R "$root/proc" "$root/dev" 2>/dev/null || true
+    if mountpoint -q "$root"; then umount -R --lazy "$root"; fi
     rm -rf --one-file-system "$root"
 }
