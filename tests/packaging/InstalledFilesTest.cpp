@@ -14,6 +14,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ContainsRegex;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -69,6 +70,13 @@ TEST(InstalledFilesTest, ChangelogBeginsWithTheVersionOfTheProject) {
         {.command = {"gzip", "-dc", installation.at(DOCS "/corvane/changelog.gz")}});
     EXPECT_EQ(changelog.status, 0) << changelog.errors;
     EXPECT_THAT(changelog.output, StartsWith("corvane (" VERSION ") "));
+}
+
+// An empty entry would be the current directory.
+TEST(InstalledFilesTest, TheDaemonLooksForLibrariesOnlyInPlacesRelativeToItself) {
+    const auto dynamic = ChildProcess::run({.command = {"readelf", "-d", DAEMON}});
+    EXPECT_EQ(dynamic.status, 0) << dynamic.errors;
+    EXPECT_THAT(dynamic.output, ContainsRegex(R"(\[\$ORIGIN/[^]:]*(:\$ORIGIN/[^]:]*)*\])"));
 }
 
 }  // namespace
