@@ -42,6 +42,35 @@ build_preset() {
     show_on_failure cmake --build --preset "$preset"
 }
 
+# cached BUILD NAME: prints the value of a variable in the CMake cache of a build directory.
+cached() {
+    sed -n "s/^$2:[A-Z]*=//p" "$1/CMakeCache.txt"
+}
+
+# run_daemon BUILD ACTION [VARIABLE=VALUE...]: starts the daemon in the build directory, in the
+# emulator if it was cross-built, runs the action when it has started, and stops it with SIGTERM.
+# Fails and shows the log if the action fails or the daemon doesn't stop properly. Sets $log.
+run_daemon() {
+    local build=$1 action=$2 status=0 line daemon emulator
+    log=
+    IFS=';' read -ra emulator <<<"$(cached "$build" CMAKE_CROSSCOMPILING_EMULATOR)"
+    exec 3< <(exec env ECORE_NO_SYSTEM_MODULES=1 "${@:3}" "${emulator[@]}" "$build/bin/corvaned" 2>&1)
+    daemon=$!
+    while read -r line <&3; do
+        log+=$line$'\n'
+        if [[ $line == *'OUT << [void CommonDaemon::start()'* ]]; then
+            $action || status=$?
+            kill -TERM $daemon
+        fi
+    done
+    wait $daemon || status=$?
+    if [[ $status -ne 0 || $log != *'deinit bluetooth'* ]]; then
+        printf %s "$log"
+        echo "$build/bin/corvaned doesn't start and stop properly ($status)"
+        return 1
+    fi
+}
+
 # socket_directory: prints the directory for the daemon's socket, and creates it if it is missing. It
 # is in XDG_RUNTIME_DIR or /run if this user can create it there, otherwise in TMPDIR or /tmp.
 socket_directory() {
@@ -59,7 +88,8 @@ socket_directory() {
     return 1
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libefl-all-dev libsystemd-dev libcli11-dev
-                nlohmann-json3-dev libinih-dev libpulse-dev libelf-dev libdw-dev)
+LIBRARY_PACKAGES=(libefl-all-dev libsystemd-dev libcli11-dev nlohmann-json3-dev libinih-dev
+                  libpulse-dev libelf-dev libdw-dev)
+BUILD_PACKAGES=(g++ cmake ninja-build pkg-config "${LIBRARY_PACKAGES[@]}")
 TEST_PACKAGES=(libgtest-dev libgmock-dev dbus python3-dbusmock python3-gi systemd libglib2.0-bin
                pulseaudio pulseaudio-utils mandoc)
