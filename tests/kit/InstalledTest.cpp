@@ -119,6 +119,24 @@ TEST_F(InstalledTest, HeadersOfTheTestKitCompileWithoutWarnings) {
     EXPECT_EQ(checked.status, 0) << checked.errors;
 }
 
+// An installation for a device has no test kit, and the sysroot need not have GoogleTest.
+TEST_F(InstalledTest, NewProjectIsCrossBuiltWithoutTestsIfThereIsNoTestKit) {
+    auto& installed = installation();
+    const auto device = installed.unusedDirectory();
+    fs::copy(installed.prefix(), device, fs::copy_options::recursive);
+    fs::remove(device / INSTALL_LIBDIR / "cmake/Corvane/CorvaneTestkitTargets.cmake");
+    const auto project = installed.unusedDirectory();
+    const auto build = project / "build";
+    installed.succeed({installed.tool(), "new", "device-watch", "--dir", project}, ".");
+    installed.succeed(
+        {CMAKE, "-S", project, "-B", build, "-G", "Ninja", "-DCMAKE_CXX_COMPILER=" COMPILER,
+         "-DCMAKE_SYSTEM_NAME=Linux", "-DCMAKE_PREFIX_PATH=" + device.string()},
+        project);
+    installed.succeed({CMAKE, "--build", build}, project);
+    EXPECT_TRUE(fs::exists(build / "libdevice-watch.so"));
+    EXPECT_FALSE(fs::exists(build / "test"));
+}
+
 TEST_F(InstalledTest, MayBeMoved) {
     installation().move();
     buildNewProject("SecondWatch");
