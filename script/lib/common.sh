@@ -47,13 +47,19 @@ cached() {
     sed -n "s/^$2:[A-Z]*=//p" "$1/CMakeCache.txt"
 }
 
+# find_emulator BUILD: sets $emulator to the command that runs programs of a build that was
+# cross-built, otherwise to nothing.
+find_emulator() {
+    IFS=';' read -ra emulator <<<"$(cached "$1" CMAKE_CROSSCOMPILING_EMULATOR)"
+}
+
 # run_daemon BUILD ACTION [VARIABLE=VALUE...]: starts the daemon in the build directory, in the
 # emulator if it was cross-built, runs the action when it has started, and stops it with SIGTERM.
 # Fails and shows the log if the action fails or the daemon doesn't stop properly. Sets $log.
 run_daemon() {
     local build=$1 action=$2 status=0 line daemon emulator
     log=
-    IFS=';' read -ra emulator <<<"$(cached "$build" CMAKE_CROSSCOMPILING_EMULATOR)"
+    find_emulator "$build"
     exec 3< <(exec env ECORE_NO_SYSTEM_MODULES=1 "${@:3}" "${emulator[@]}" "$build/bin/corvaned" 2>&1)
     daemon=$!
     while read -r line <&3; do
