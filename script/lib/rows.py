@@ -64,7 +64,12 @@ def read_soak(output):
     return figures
 
 
-TESTS_PASS = lines((r"^100% tests passed, 0 tests failed out of (\d+)$", r"\1 tests, none failed"))
+def tests_pass(prefix=""):
+    return lines((r"^100% tests passed, 0 tests failed out of (\d+)$",
+                  prefix + r"\1 tests, none failed"))
+
+
+TESTS_PASS = tests_pass()
 
 
 def tests(preset, names):
@@ -93,6 +98,12 @@ def storm(preset, events):
         lines(r"^\d.* (?:received|rounds) .*",
               (r"^\[=+\] 1 test from .* ran\. \((\d+) ms total\)$", r"no report, in \1 ms")),
         CORVANE_STORM_EVENTS=events)
+
+
+def release(arguments):
+    """All tests in a clean root of another Debian release or architecture."""
+    return Step(f"script/test-in {arguments} script/test dev -DCMAKE_UNITY_BUILD=ON "
+                "-DCMAKE_CXX_FLAGS_DEBUG=-g1", tests_pass(f"{arguments}: "))
 
 
 def device_faults(preset, moments, storms):
@@ -183,4 +194,10 @@ ROWS = {
         "Signals at any moment, and unreadable, full or crowded file systems, with the real daemon.",
         [device_faults("release", "100000", "100"), device_faults("asan", "40", "10"),
          device_faults("tsan", "40", "10")]),
+    "releases": Row(
+        "All tests on Debian 13 and on a 32-bit processor; the unit, ABI, model and stress tests, "
+        "the daemon and a device's build under emulated ARM processors.",
+        [release("trixie amd64"), release("bookworm i386")] +
+        [Step(f"script/cross {architecture}", tests_pass(f"{architecture}: "))
+         for architecture in ("armhf", "arm64")]),
 }
