@@ -34,8 +34,11 @@ make_root() {
     # Programs in the root can make mount namespaces of their own only if it is a mount point.
     mount --bind "$root" "$root"
     mount -t proc proc "$root/proc"
-    mount --rbind /dev "$root/dev"
-    mount --make-rslave "$root/dev"
+    local directory
+    for directory in dev sys; do
+        mount --rbind "/$directory" "$root/$directory"
+        mount --make-rslave "$root/$directory"
+    done
 }
 
 # in_root COMMAND...: runs the command in the root.
