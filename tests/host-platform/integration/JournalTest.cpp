@@ -62,9 +62,10 @@ protected:
         ASSERT_EQ(waiting.status, 0) << m_journal->errors();
     }
 
-    // Returns a command line that runs `command` in the mount namespace of the journal.
+    // Returns a command line that runs `command` in the journal's mount namespace and root.
     std::vector<std::string> beside(const std::vector<std::string>& command) const {
-        std::vector<std::string> result{"nsenter", "-t", std::to_string(m_journal->id()), "-m"};
+        std::vector<std::string> result{"nsenter", "-t", std::to_string(m_journal->id()), "-m",
+                                        "-r"};
         if (geteuid() != 0) {
             result.insert(result.end(), {"-U", "--preserve-credentials"});
         }
