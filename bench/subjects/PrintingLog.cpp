@@ -8,9 +8,9 @@
 int __dlog_print(int, int, const char*, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    const int length = vdprintf(STDERR_FILENO, format, arguments);
+    vdprintf(STDERR_FILENO, format, arguments);
     va_end(arguments);
-    return length;
+    return dprintf(STDERR_FILENO, "\n");
 }
 
 int dlog_print(int, const char*, const char*, ...) {

@@ -89,7 +89,7 @@ def scale(runs, benchmarks, clock):
 
 
 def cells(row):
-    return " | ".join("" if row[key] is None else f"{row[key]:.4g}" for key in ("must", "aim"))
+    return " | ".join("" if row[key] is None else f"{row[key]:.6g}" for key in ("must", "aim"))
 
 
 def tables(rows, runs):
