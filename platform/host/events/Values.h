@@ -43,6 +43,8 @@ public:
         return static_cast<T>(get<int>(name));
     }
 
+    bool operator==(const Values& other) const = default;
+
 private:
     void setDefaults(std::span<const Field> fields);
 

@@ -127,6 +127,11 @@ TEST(CheckTest, ACrashTellsTheFormOfTheEvent) {
                 AllOf(HasSubstr("SIGABRT"),
                       HasSubstr("during the delivery of bt-device-bond-created present=false\n"),
                       HasSubstr("onBond")));
+    EXPECT_THAT(detailsOf(check(fixture("needs_services"), PATIENT), "crash"),
+                AllOf(HasSubstr("SIGSEGV"),
+                      HasSubstr("during the delivery of bt-device-bond-created "
+                                "service_uuid= service_count=3\n"),
+                      HasSubstr("onBond")));
 }
 
 TEST(CheckTest, AnExceptionIsNamedWithItsClassAndText) {

@@ -61,6 +61,7 @@ const std::vector<Row> ROWS{
     {"crashes", "crash"},
     {"crashes_off_main_thread", "crash"},
     {"needs_record", "crash"},
+    {"needs_services", "crash"},
     {"overflows_stack", "crash"},
     {"hangs", "hang", "10000", "3"},
     {"requests_when_destroyed", "dropped-task-hang", "10000", "5"},

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/host/events/EventTable.h"
+#include "platform/host/events/EventVariants.h"
 #include "tools/corvane/check/runner/CheckedPlugin.h"
-#include "tools/corvane/check/runner/EventVariants.h"
 #include "tools/corvane/check/runner/Subscriptions.h"
 
 namespace corvane::check {
@@ -29,7 +29,7 @@ public:
     unsigned delivered() const { return m_delivered; }
 
 private:
-    void deliver(const corvane::host::Event& event, const EventVariant& variant);
+    void deliver(const corvane::host::Event& event, const corvane::host::EventVariant& variant);
     void deliverRounds();
 
     CheckedPlugin& m_plugin;
