@@ -1,7 +1,7 @@
 // A plugin that aborts if an event has no record, which the interface allows.
 #include <cstdlib>
 
-#include "tests/plugins/Fixture.h"
+#include "tests/plugins/BondSubscriber.h"
 
 namespace {
 
@@ -12,12 +12,3 @@ void onBond(int, bt_device_info_s* info, void*) {
 }
 
 }  // namespace
-
-int PLUGIN_INIT(void* handle) {
-    keepBroker(handle);
-    return broker->BtDeviceSetBondCreatedCb(&onBond, nullptr);
-}
-
-void PLUGIN_DEINIT() {
-    broker->BtDeviceUnsetBondCreatedCb();
-}

@@ -1,5 +1,5 @@
 // A plugin that reads as many services as a device's record counts, without testing for the array.
-#include "tests/plugins/Fixture.h"
+#include "tests/plugins/BondSubscriber.h"
 
 namespace {
 
@@ -10,12 +10,3 @@ void onBond(int, bt_device_info_s* info, void*) {
 }
 
 }  // namespace
-
-int PLUGIN_INIT(void* handle) {
-    keepBroker(handle);
-    return broker->BtDeviceSetBondCreatedCb(&onBond, nullptr);
-}
-
-void PLUGIN_DEINIT() {
-    broker->BtDeviceUnsetBondCreatedCb();
-}
