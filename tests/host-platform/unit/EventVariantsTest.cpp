@@ -19,6 +19,7 @@ using namespace corvane::host;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
+using testing::MatchesRegex;
 using testing::StartsWith;
 
 std::vector<std::string> differencesOf(const char* event) {
@@ -103,6 +104,7 @@ TEST(EventVariantsTest, CanBeSentByTheirDifferenceButForTwoKinds) {
                     << event.name << ' ' << variant.difference;
             } catch (const InvalidValue& error) {
                 EXPECT_THAT(error.what(), HasSubstr(" (1)")) << "no enumeration";
+                EXPECT_THAT(variant.difference, MatchesRegex("[a-z_]+=[0-9]+"));
             }
         }
     }
